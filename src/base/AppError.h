@@ -1,0 +1,19 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+/// The one error meant for users: `message` is a finished English sentence, shown as it stands.
+/// Services' own errors (file system, network) pass through as other std::exceptions.
+class AppError : public std::exception
+{
+public:
+    explicit AppError(std::string message) : m_message(std::move(message)) {}
+
+    const std::string& message() const { return m_message; }
+    const char* what() const noexcept override { return m_message.c_str(); }
+
+private:
+    std::string m_message;
+};

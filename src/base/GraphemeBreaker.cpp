@@ -1,0 +1,62 @@
+#include "GraphemeBreaker.h"
+
+static bool isControl(UGraphemeClusterBreak property)
+{
+    return property == U_GCB_CONTROL || property == U_GCB_CR || property == U_GCB_LF;
+}
+
+/// Rules GB6 to GB8: Hangul syllables are not broken.
+static bool joinsHangul(UGraphemeClusterBreak previous, UGraphemeClusterBreak next)
+{
+    switch (previous) {
+    case U_GCB_L:
+        return next == U_GCB_L || next == U_GCB_V || next == U_GCB_LV || next == U_GCB_LVT;
+    case U_GCB_LV:
+    case U_GCB_V:
+        return next == U_GCB_V || next == U_GCB_T;
+    case U_GCB_LVT:
+    case U_GCB_T:
+        return next == U_GCB_T;
+    default:
+        return false;
+    }
+}
+
+bool GraphemeBreaker::joins(UGraphemeClusterBreak next, UChar32 character) const
+{
+    if (m_previous == U_GCB_OTHER && next == U_GCB_OTHER)
+        return false; // GB999, first because it is by far the most frequent
+    if (m_previous == U_GCB_CR && next == U_GCB_LF)
+        return true; // GB3
+    if (isControl(m_previous) || isControl(next))
+        return false; // GB4, GB5
+    if (next == U_GCB_EXTEND || next == U_GCB_ZWJ || next == U_GCB_SPACING_MARK)
+        return true; // GB9, GB9a
+    if (m_previous == U_GCB_PREPEND)
+        return true; // GB9b
+    if (m_previous == U_GCB_ZWJ && next == U_GCB_OTHER)
+        return u_hasBinaryProperty(m_base, UCHAR_EXTENDED_PICTOGRAPHIC) &&
+               u_hasBinaryProperty(character, UCHAR_EXTENDED_PICTOGRAPHIC); // GB11
+    if (next == U_GCB_REGIONAL_INDICATOR)
+        return m_previous == U_GCB_REGIONAL_INDICATOR && m_oddIndicators; // GB12, GB13
+    return joinsHangul(m_previous, next);
+}
+
+bool GraphemeBreaker::beginsCluster(UChar32 character)
+{
+    const auto next = static_cast<UGraphemeClusterBreak>(
+        u_getIntPropertyValue(character, UCHAR_GRAPHEME_CLUSTER_BREAK));
+    const bool joined = joins(next, character);
+    m_oddIndicators = next == U_GCB_REGIONAL_INDICATOR && !(joined && m_oddIndicators);
+    m_previous = next;
+    if (next != U_GCB_EXTEND && next != U_GCB_ZWJ)
+        m_base = character;
+    return !joined;
+}
+
+void GraphemeBreaker::skipAscii(char last)
+{
+    m_previous = last < 0x20 || last == 0x7F ? U_GCB_CONTROL : U_GCB_OTHER;
+    m_base = last;
+    m_oddIndicators = false;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <mutex>
+
+// Clang checks at compile time that what is marked PITHWISE_GUARDED_BY is touched only under its
+// mutex; other compilers see plain code.
+#if defined(__clang__)
+#define PITHWISE_THREAD_ATTRIBUTE(x) __attribute__((x))
+#else
+#define PITHWISE_THREAD_ATTRIBUTE(x)
+#endif
+
+#define PITHWISE_CAPABILITY(x) PITHWISE_THREAD_ATTRIBUTE(capability(x))
+#define PITHWISE_SCOPED_CAPABILITY PITHWISE_THREAD_ATTRIBUTE(scoped_lockable)
+#define PITHWISE_GUARDED_BY(x) PITHWISE_THREAD_ATTRIBUTE(guarded_by(x))
+#define PITHWISE_REQUIRES(x) PITHWISE_THREAD_ATTRIBUTE(requires_capability(x))
+#define PITHWISE_ACQUIRE(...) PITHWISE_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
+#define PITHWISE_RELEASE(...) PITHWISE_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
+
+/// std::mutex with the annotations above. Taken only through MutexLock.
+class PITHWISE_CAPABILITY("mutex") Mutex
+{
+public:
+    void lock() PITHWISE_ACQUIRE() { m_mutex.lock(); }
+    void unlock() PITHWISE_RELEASE() { m_mutex.unlock(); }
+
+private:
+    std::mutex m_mutex;
+};
+
+/// Holds a Mutex from construction to destruction.
+class PITHWISE_SCOPED_CAPABILITY MutexLock
+{
+public:
+    explicit MutexLock(Mutex& mutex) PITHWISE_ACQUIRE(mutex) : m_mutex(mutex) { m_mutex.lock(); }
+    ~MutexLock() PITHWISE_RELEASE() { m_mutex.unlock(); }
+    MutexLock(const MutexLock&) = delete;
+    MutexLock& operator=(const MutexLock&) = delete;
+
+private:
+    Mutex& m_mutex;
+};
