@@ -1,0 +1,34 @@
+#include "ModelFile.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace ModelFile {
+
+/// The folder for a user's data of the XDG base directory specification, which says that a
+/// relative path in the variable is invalid and to be ignored.
+static std::filesystem::path dataHome()
+{
+    if (const char* home = std::getenv("XDG_DATA_HOME")) {
+        std::filesystem::path path(home);
+        if (path.is_absolute())
+            return path;
+    }
+    const char* home = std::getenv("HOME");
+    return std::filesystem::path(home != nullptr ? home : "/") / ".local" / "share";
+}
+
+std::filesystem::path directory()
+{
+    std::filesystem::path folder = dataHome() / "Pithwise";
+    std::error_code ignored;
+    std::filesystem::create_directories(folder, ignored);
+    return folder;
+}
+
+std::filesystem::path path()
+{
+    return directory() / name;
+}
+
+} // namespace ModelFile
