@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+/// Turns the user's wish to stop the program (Ctrl+C, or the session asking it to end) into a call
+/// while it is alive. The second such wish ends the process at once, as without it.
+///
+/// Made and destroyed on the main thread, before any other thread is started; at most one at a
+/// time.
+class Interrupt
+{
+public:
+    /// `callback` runs once at most, on a thread of its own, and must not block.
+    explicit Interrupt(std::function<void()> callback);
+    /// No callback starts after this; one that runs is waited for.
+    ~Interrupt();
+    Interrupt(const Interrupt&) = delete;
+    Interrupt& operator=(const Interrupt&) = delete;
+
+    /// The exit status the process should end with if it was interrupted, else 0. Any thread.
+    int exitStatus() const;
+
+private:
+    class Watcher;
+    std::unique_ptr<Watcher> m_watcher;
+};

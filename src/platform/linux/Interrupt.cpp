@@ -1,0 +1,109 @@
+#include "Interrupt.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <system_error>
+#include <thread>
+
+namespace {
+
+class Descriptor
+{
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor)
+    {
+        if (descriptor < 0)
+            throw std::system_error(errno, std::generic_category(), "Interrupt");
+    }
+    ~Descriptor() { close(m_descriptor); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int get() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+sigset_t stopSignals()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    return set;
+}
+
+} // namespace
+
+class Interrupt::Watcher
+{
+public:
+    explicit Watcher(std::function<void()> callback)
+        : m_callback(std::move(callback)),
+          m_signals(stopSignals()),
+          m_signalDescriptor(signalfd(-1, &m_signals, SFD_CLOEXEC)),
+          m_quitDescriptor(eventfd(0, EFD_CLOEXEC))
+    {
+        // Threads started from now on inherit the mask, so that the signals reach only the watcher.
+        pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
+        m_thread = std::thread([this] { watch(); });
+    }
+
+    ~Watcher()
+    {
+        eventfd_write(m_quitDescriptor.get(), 1);
+        m_thread.join();
+        pthread_sigmask(SIG_UNBLOCK, &m_signals, nullptr);
+    }
+
+    Watcher(const Watcher&) = delete;
+    Watcher& operator=(const Watcher&) = delete;
+
+    int exitStatus() const { return m_signal == 0 ? 0 : 128 + m_signal; }
+
+private:
+    void watch()
+    {
+        pollfd descriptors[] = {{m_signalDescriptor.get(), POLLIN, 0},
+                                {m_quitDescriptor.get(), POLLIN, 0}};
+        while (poll(descriptors, 2, -1) >= 0 || errno == EINTR) {
+            if ((descriptors[1].revents & POLLIN) != 0)
+                return;
+            signalfd_siginfo info{};
+            if ((descriptors[0].revents & POLLIN) == 0 ||
+                read(m_signalDescriptor.get(), &info, sizeof info) != sizeof info)
+                continue;
+            m_signal = static_cast<int>(info.ssi_signo);
+            m_callback();
+            // The next one meets a thread that does not block it and takes the default action.
+            pthread_sigmask(SIG_UNBLOCK, &m_signals, nullptr);
+            eventfd_t ignored = 0;
+            eventfd_read(m_quitDescriptor.get(), &ignored);
+            return;
+        }
+    }
+
+    std::function<void()> m_callback;
+    sigset_t m_signals;
+    Descriptor m_signalDescriptor;
+    Descriptor m_quitDescriptor;
+    std::atomic<int> m_signal = 0;
+    std::thread m_thread;
+};
+
+Interrupt::Interrupt(std::function<void()> callback)
+    : m_watcher(std::make_unique<Watcher>(std::move(callback)))
+{}
+
+Interrupt::~Interrupt() = default;
+
+int Interrupt::exitStatus() const
+{
+    return m_watcher->exitStatus();
+}

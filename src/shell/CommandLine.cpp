@@ -1,0 +1,166 @@
+#include "CommandLine.h"
+
+#include "AppError.h"
+#include "ModelCommand.h"
+#include "PlanCommand.h"
+#include "SummarizeCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <iostream>
+#include <map>
+#include <new>
+
+namespace CommandLine {
+
+namespace {
+
+constexpr int exitError = 1;
+constexpr int exitUsage = 2;
+
+const std::map<std::string, SummaryMode> modes = {{"bullets", SummaryMode::bullets},
+                                                  {"executive", SummaryMode::executive},
+                                                  {"tldr", SummaryMode::tldr},
+                                                  {"actions", SummaryMode::actions}};
+const std::map<std::string, SummaryLength> lengths = {{"brief", SummaryLength::brief},
+                                                      {"balanced", SummaryLength::balanced},
+                                                      {"detailed", SummaryLength::detailed}};
+
+/// Takes one of the names in `values` and nothing else, the numbers behind them included.
+template <typename Value>
+void addChoice(CLI::App& command, const std::string& option, Value& value,
+               const std::map<std::string, Value>& values, const std::string& description)
+{
+    std::string names;
+    for (const auto& [name, unused] : values)
+        names += (names.empty() ? "" : "|") + name;
+    command
+        .add_option_function<std::string>(
+            option, [&value, &values](const std::string& name) { value = values.at(name); },
+            description)
+        ->check([&values, names, option](const std::string& name) {
+            return values.contains(name) ? "" : option + " takes " + names + ", not " + name;
+        })
+        ->type_name(names);
+}
+
+void addRequest(CLI::App& command, SummaryRequest& request)
+{
+    addChoice(command, "--mode", request.mode, modes, "Shape of the summary (default: bullets)");
+    addChoice(command, "--length", request.length, lengths, "How much of it (default: balanced)");
+    command.add_option("SOURCE", request.source, "A text file, or - for standard input")
+        ->required()
+        ->type_name("");
+}
+
+/// The commands; what parsing chose is in `action`.
+struct Commands
+{
+    CLI::App app{"Summarises any text with a language model that runs on this machine.",
+                 "pithwise"};
+    SummaryRequest request;
+    std::function<int()> action;
+
+    Commands()
+    {
+        app.set_version_flag("--version", "pithwise " PITHWISE_VERSION);
+        app.require_subcommand(0, 1);
+        action = [this] {
+            std::cout << app.help();
+            return 0;
+        };
+        addSummarize();
+        addPlan();
+        addModel();
+    }
+
+private:
+    void addSummarize()
+    {
+        CLI::App* command = app.add_subcommand("summarize", "Print the summary of a text");
+        addRequest(*command, request);
+        command
+            ->add_option("--model", request.model,
+                         "A model file (GGUF) to use instead of the downloaded one")
+            ->type_name("FILE");
+        command->footer("The model is downloaded first if it is missing. A stand-in made by "
+                        "standin-model is no language\nmodel: it spells a fixed text whatever the "
+                        "source.");
+        command->callback([this] { action = [this] { return SummarizeCommand::run(request); }; });
+    }
+
+    void addPlan()
+    {
+        CLI::App* command = app.add_subcommand(
+            "plan", "Print as JSON what a summary would ask of the model, without running it");
+        addRequest(*command, request);
+        command->callback([this] { action = [this] { return PlanCommand::run(request); }; });
+    }
+
+    void addModel()
+    {
+        CLI::App* command = app.add_subcommand("model", "The language model's file");
+        command->require_subcommand(1);
+        const auto add = [&](const char* name, const char* description, int (*run)()) {
+            command->add_subcommand(name, description)->callback([this, run] { action = run; });
+        };
+        add("status", "Print whether the model is there", ModelCommand::status);
+        add("path", "Print where the model is kept", ModelCommand::path);
+        add("download", "Download the model, also over a damaged one", ModelCommand::download);
+    }
+};
+
+/// The innermost command that was named, for its usage line.
+std::string usage(const CLI::App& app)
+{
+    const std::vector<CLI::App*> named = app.get_subcommands();
+    if (!named.empty())
+        return usage(*named.front());
+    const std::string help = app.help();
+    const std::size_t begin = help.find("Usage:");
+    return help.substr(begin, help.find('\n', begin) - begin);
+}
+
+/// A sentence from outside may quote a file's name, which may hold anything.
+void printError(std::string sentence)
+{
+    for (char& byte : sentence) {
+        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F)
+            byte = '?';
+    }
+    std::cerr << "pithwise: " << sentence << "\n";
+}
+
+int runAction(const std::function<int()>& action)
+{
+    try {
+        return action();
+    } catch (const AppError& error) {
+        printError(error.message());
+    } catch (const std::bad_alloc&) {
+        printError("There is not enough memory.");
+    } catch (const std::exception& error) {
+        printError(error.what());
+    }
+    return exitError;
+}
+
+} // namespace
+
+int run(int argc, char** argv)
+{
+    Commands commands;
+    try {
+        commands.app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) // --help, --version
+            return commands.app.exit(error);
+        printError(error.what());
+        std::cerr << usage(commands.app) << "\n";
+        return exitUsage;
+    }
+    return runAction(commands.action);
+}
+
+} // namespace CommandLine

@@ -1,0 +1,51 @@
+#include "SummarizeCommand.h"
+
+#include "AnswerPrinter.h"
+#include "Interrupt.h"
+#include "LlamaEngine.h"
+#include "ModelCommand.h"
+#include "ModelFile.h"
+#include "Pithwise.h"
+#include "SourceText.h"
+#include "StatusLine.h"
+
+namespace SummarizeCommand {
+
+/// The shared engine, on the model file the user named instead of the downloaded one.
+static Pithwise::Generate engineOn(const std::filesystem::path& chosen)
+{
+    return
+        [chosen](const std::filesystem::path&, std::string_view system, std::string_view user,
+                 int maxTokens, const CancelToken& token, const Pithwise::TextCallback& onUpdate) {
+            return LlamaEngine::shared().generate(chosen, system, user, maxTokens, token, onUpdate);
+        };
+}
+
+int run(const SummaryRequest& request)
+{
+    const std::string text = SourceText::read(request.source);
+    std::error_code ignored;
+    if (request.model.empty() && !std::filesystem::exists(ModelFile::path(), ignored)) {
+        if (const int status = ModelCommand::download(); status != 0)
+            return status;
+    }
+
+    CancelToken token;
+    const Interrupt interrupt([&token] { token.cancel(); });
+    StatusLine statusLine(*stderr);
+    AnswerPrinter printer(*stdout);
+    statusLine.show("Loading model…");
+    const auto onStatus = [&](const std::string& status) { statusLine.show(status); };
+    const auto onOutput = [&](const std::string& answer) {
+        statusLine.clear();
+        printer.update(answer);
+    };
+    const std::string summary =
+        Pithwise::run(text, request.mode, request.length, token, onStatus, onOutput,
+                      request.model.empty() ? Pithwise::sharedEngine() : engineOn(request.model));
+    statusLine.clear();
+    printer.finish(summary);
+    return interrupt.exitStatus();
+}
+
+} // namespace SummarizeCommand
