@@ -1,0 +1,183 @@
+#include "ModelDownload.h"
+
+#include "AppError.h"
+#include "ModelAddress.h"
+
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+#include <signal.h>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+/// What a server sends in place of the model, such as a page for logging in, is smaller.
+static constexpr qint64 sizeTooSmall = 100'000'000;
+
+/// Between the network and us; more waits in the sender.
+static constexpr qint64 readBufferSize = qint64{1} << 20;
+
+static constexpr int maximumRedirects = 20;
+
+/// A write beyond the limit on file sizes shall fail, not end the process.
+static void blockFileSizeSignal()
+{
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGXFSZ);
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+}
+
+static std::string sentence(std::string text)
+{
+    if (!text.ends_with('.'))
+        text += '.';
+    return text;
+}
+
+static int status(const QNetworkReply& reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+/// -1 where the server has not told, or nonsense.
+static qint64 announcedSize(const QNetworkReply& reply)
+{
+    const QVariant size = reply.header(QNetworkRequest::ContentLengthHeader);
+    return size.isValid() ? std::max(size.toLongLong(), qint64{-1}) : -1;
+}
+
+/// Where the server sends the download on to; an invalid address where it does not.
+static QUrl redirect(const QNetworkReply& reply)
+{
+    const QUrl target = reply.attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    return target.isValid() ? reply.url().resolved(target) : QUrl();
+}
+
+[[noreturn]] static void refuseAnswer(const QNetworkReply& reply)
+{
+    throw AppError("Download failed (HTTP " + std::to_string(status(reply)) + ").");
+}
+
+ModelDownload::ModelDownload(QUrl address, std::filesystem::path destination,
+                             std::chrono::milliseconds stallLimit)
+    : m_address(std::move(address)), m_destination(std::move(destination)), m_stall(this)
+{
+    m_stall.setSingleShot(true);
+    m_stall.setInterval(stallLimit);
+    connect(&m_stall, &QTimer::timeout, this, [this] {
+        attempt([] { throw AppError("The download failed because the server does not answer."); });
+    });
+}
+
+ModelDownload::~ModelDownload()
+{
+    end();
+}
+
+void ModelDownload::start()
+{
+    blockFileSizeSignal();
+    attempt([this] {
+        ModelAddress::requireAllowed(m_address);
+        PartFile::removeAbandoned(m_destination);
+        m_file.emplace(m_destination);
+        m_network.emplace();
+        request();
+    });
+}
+
+/// Runs one step of the transfer; an exception in it ends the transfer.
+template <typename Step>
+void ModelDownload::attempt(Step step)
+{
+    try {
+        step();
+    } catch (const std::exception& error) {
+        end();
+        emit failed(sentence(error.what()));
+    }
+}
+
+void ModelDownload::request()
+{
+    QNetworkRequest request(m_address);
+    request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Pithwise"));
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    // Redirects that Qt follows lose the size of the read buffer, and with it the bound on memory.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    // Over HTTP/2 Qt ignores that size.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    m_reply = m_network->get(request);
+    m_reply->setReadBufferSize(readBufferSize);
+    connect(m_reply, &QNetworkReply::readyRead, this, [this] { attempt([this] { receive(); }); });
+    connect(m_reply, &QNetworkReply::finished, this,
+            [this] { attempt([this] { finishReply(); }); });
+    m_stall.start();
+}
+
+void ModelDownload::receive()
+{
+    const QByteArray bytes = m_reply->readAll();
+    if (bytes.isEmpty() || redirect(*m_reply).isValid())
+        return;
+    if (status(*m_reply) != 200)
+        refuseAnswer(*m_reply);
+    m_file->write({bytes.data(), static_cast<std::size_t>(bytes.size())});
+    m_received += bytes.size();
+    emit progressed(m_received, announcedSize(*m_reply));
+    // Only now: a slow disk is not a stalled server.
+    m_stall.start();
+}
+
+void ModelDownload::finishReply()
+{
+    // Qt calls an answer with a status of 400 or more an error too, but that one has its own text.
+    if (m_reply->error() != QNetworkReply::NoError && status(*m_reply) < 400)
+        throw AppError(m_reply->errorString().toStdString());
+    receive();
+    const QUrl target = redirect(*m_reply);
+    if (target.isValid())
+        follow(target);
+    else
+        finish();
+}
+
+void ModelDownload::follow(const QUrl& redirect)
+{
+    if (++m_redirects > maximumRedirects)
+        throw AppError("The download failed because of too many redirects.");
+    ModelAddress::requireAllowedRedirect(m_address, redirect);
+    m_address = redirect;
+    m_reply->deleteLater();
+    request();
+}
+
+void ModelDownload::finish()
+{
+    if (status(*m_reply) != 200)
+        refuseAnswer(*m_reply);
+    const qint64 announced = announcedSize(*m_reply);
+    if (announced >= 0 && m_received != announced)
+        throw AppError("The connection was closed before the whole model had arrived.");
+    if (m_received <= sizeTooSmall)
+        refuseAnswer(*m_reply);
+    m_file->moveIntoPlace();
+    end();
+    emit completed();
+}
+
+void ModelDownload::end()
+{
+    m_stall.stop();
+    if (m_reply != nullptr) {
+        // No abort, with which Qt prints a warning where an error is on its way already.
+        m_reply->disconnect(this);
+        std::exchange(m_reply, nullptr)->deleteLater();
+    }
+    m_file.reset();
+}

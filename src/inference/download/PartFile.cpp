@@ -1,0 +1,117 @@
+#include "PartFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <random>
+#include <sstream>
+#include <string>
+#include <system_error>
+
+static constexpr std::string_view suffix = ".part";
+
+/// Written through to the disk in steps of this many bytes, so that no single wait is long: whoever
+/// quits during a download waits for one.
+static constexpr std::size_t syncStep = std::size_t{32} << 20;
+
+/// Every native error leaves here, as an exception.
+[[noreturn]] static void fail(const char* what)
+{
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+[[noreturn]] static void failWriting()
+{
+    fail("Could not write the model file");
+}
+
+/// What the names of all part files of `destination` begin with.
+static std::string prefix(const std::filesystem::path& destination)
+{
+    return destination.filename().string() + '.';
+}
+
+static std::filesystem::path randomPath(const std::filesystem::path& destination)
+{
+    std::random_device random;
+    std::ostringstream name;
+    name << prefix(destination) << std::hex << random() << random() << suffix;
+    return destination.parent_path() / name.str();
+}
+
+/// Whether the file is now locked and still there. Where the file system knows no locks it counts
+/// as locked: nobody can lock it there, so nobody takes it for abandoned.
+static bool lock(const FileDescriptor& file)
+{
+    if (::flock(file.value(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return false;
+    struct stat status;
+    return ::fstat(file.value(), &status) == 0 && status.st_nlink > 0;
+}
+
+PartFile::PartFile(std::filesystem::path destination) : m_destination(std::move(destination))
+{
+    std::error_code ignored;
+    std::filesystem::create_directories(m_destination.parent_path(), ignored);
+    // Between the creation and the lock another process may take the file for abandoned and remove
+    // it; then it takes another one.
+    do {
+        m_path = randomPath(m_destination);
+        m_file =
+            FileDescriptor(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (m_file.value() < 0)
+            failWriting();
+    } while (!lock(m_file));
+}
+
+PartFile::~PartFile()
+{
+    if (!m_path.empty())
+        ::unlink(m_path.c_str());
+}
+
+void PartFile::write(std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(m_file.value(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            failWriting();
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+        m_unsynced += static_cast<std::size_t>(written);
+    }
+    if (m_unsynced >= syncStep) {
+        if (::fdatasync(m_file.value()) != 0)
+            failWriting();
+        m_unsynced = 0;
+    }
+}
+
+void PartFile::moveIntoPlace()
+{
+    if (::fsync(m_file.value()) != 0)
+        failWriting();
+    if (::rename(m_path.c_str(), m_destination.c_str()) != 0)
+        fail("Could not move the model file into place");
+    m_path.clear();
+}
+
+void PartFile::removeAbandoned(const std::filesystem::path& destination)
+{
+    const std::string beginning = prefix(destination);
+    std::error_code ignored;
+    std::filesystem::directory_iterator entry(destination.parent_path(), ignored);
+    for (; entry != std::filesystem::directory_iterator(); entry.increment(ignored)) {
+        const std::string name = entry->path().filename().string();
+        if (!name.starts_with(beginning) || !name.ends_with(suffix))
+            continue;
+        // Open for writing because NFS locks only that.
+        const FileDescriptor file(
+            ::open(entry->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file.value() >= 0 && ::flock(file.value(), LOCK_EX | LOCK_NB) == 0)
+            ::unlink(entry->path().c_str());
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "FileDescriptor.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string_view>
+
+/// What has arrived of a download: a file beside its destination that is removed with this object
+/// unless it has moved into place. Holds a lock (flock) on the file, by which other processes tell
+/// it from one that a killed process has left. Failing functions throw std::system_error with a
+/// text for users. One thread at a time; all functions may block on the disk.
+class PartFile
+{
+public:
+    /// Creates the file, and its folder where that is missing.
+    explicit PartFile(std::filesystem::path destination);
+    ~PartFile();
+    PartFile(const PartFile&) = delete;
+    PartFile& operator=(const PartFile&) = delete;
+
+    /// Appends `bytes`. Under a limit on file sizes this fails only where SIGXFSZ is blocked or
+    /// ignored; else the signal ends the process.
+    void write(std::string_view bytes);
+
+    /// Makes the file durable, then puts it at the destination in one step, in place of any file
+    /// there. Whatever fails, and whenever the power does, the destination has either the old file
+    /// or the whole new one.
+    void moveIntoPlace();
+
+    /// Removes the files that killed processes have left beside `destination`, as far as possible.
+    static void removeAbandoned(const std::filesystem::path& destination);
+
+private:
+    std::filesystem::path m_destination;
+    std::filesystem::path m_path;
+    FileDescriptor m_file;
+    std::size_t m_unsynced = 0; // bytes
+};

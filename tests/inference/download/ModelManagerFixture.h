@@ -1,0 +1,200 @@
+#pragma once
+
+#include "LoopbackServer.h"
+#include "ModelFile.h"
+#include "ModelManager.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+/// A server, a folder for the model, and one manager with everything it has published. The model's
+/// path on the server is "/model". Every test ends with a look for forgotten temporary files.
+class ModelManagerFixture : public testing::Test
+{
+protected:
+    using Answer = LoopbackServer::Answer;
+    using Framing = LoopbackServer::Framing;
+    using State = ModelManager::State;
+    using Downloading = ModelManager::Downloading;
+    using Failed = ModelManager::Failed;
+    using Idle = ModelManager::Idle;
+    using Ready = ModelManager::Ready;
+
+    static constexpr qint64 tooSmall = 100'000'000;
+    static constexpr qint64 bigEnough = tooSmall + 1;
+
+    void TearDown() override
+    {
+        manager.reset();
+        EXPECT_EQ(partFiles(), std::set<std::string>());
+    }
+
+    /// Of a length with few divisors, so that pieces in the wrong order do not pass for the right.
+    static QByteArray pattern()
+    {
+        QByteArray bytes(65521, '\0');
+        for (qsizetype i = 0; i < bytes.size(); ++i)
+            bytes[i] = static_cast<char>(i * 7 + i / 251);
+        return bytes;
+    }
+
+    /// An answer of `size` bytes, without any fault.
+    static Answer model(qint64 size) { return {.body = pattern(), .size = size}; }
+
+    ModelManager::Options options(const QUrl& address) const
+    {
+        return {.path = path, .address = address};
+    }
+
+    void makeManager() { makeManager(options(server.url("/model"))); }
+
+    void makeManager(ModelManager::Options options)
+    {
+        manager = std::make_unique<ModelManager>(std::move(options));
+        QObject::connect(manager.get(), &ModelManager::stateChanged, manager.get(), [this] {
+            EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+            published.push_back(manager->state());
+        });
+        QObject::connect(
+            manager.get(), &ModelManager::progressed, manager.get(),
+            [this](qint64 received, qint64 expected) { reports.emplace_back(received, expected); });
+    }
+
+    /// Runs the event loop until `condition` is true; false if that takes too long.
+    static bool waitUntil(const std::function<bool()>& condition)
+    {
+        // The loop has to wake up for conditions that no event goes with, such as files.
+        QTimer wakeUp;
+        wakeUp.start(std::chrono::milliseconds(5));
+        const QDeadlineTimer deadline(std::chrono::seconds(60));
+        while (!condition()) {
+            if (deadline.hasExpired())
+                return false;
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return true;
+    }
+
+    bool hasEnded() const
+    {
+        return std::holds_alternative<Ready>(manager->state()) ||
+               std::holds_alternative<Failed>(manager->state());
+    }
+
+    /// The state in the end of the present download, by which nothing temporary is left.
+    State outcome()
+    {
+        EXPECT_TRUE(waitUntil([this] { return hasEnded(); }));
+        EXPECT_EQ(partFiles(), std::set<std::string>());
+        return manager->state();
+    }
+
+    /// Starts the manager's download and waits for its end.
+    State download()
+    {
+        manager->start();
+        return outcome();
+    }
+
+    /// Downloads what the server answers.
+    State download(const Answer& answer)
+    {
+        server.setAnswer("/model", answer);
+        makeManager();
+        return download();
+    }
+
+    std::set<std::string> partFiles() const { return partFilesIn(folder); }
+
+    static std::set<std::string> partFilesIn(const std::filesystem::path& folder)
+    {
+        std::set<std::string> names;
+        std::error_code ignored;
+        for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+            if (entry.path().extension() == ".part")
+                names.insert(entry.path().filename().string());
+        }
+        return names;
+    }
+
+    void writeModel(const QByteArray& content) const
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(content), content.size());
+    }
+
+    /// Whether the file in place is the first `size` bytes of the pattern, over and over.
+    bool modelIsPattern(qint64 size) const
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly) || file.size() != size)
+            return false;
+        const QByteArray expected = pattern();
+        for (qint64 left = size; left > 0; left -= expected.size()) {
+            if (file.read(expected.size()) != expected.left(left))
+                return false;
+        }
+        return true;
+    }
+
+    /// Runs the program words[0]; returns its exit code, or -1 where there is none. QProcess would
+    /// do that as well, but not under the thread sanitizer.
+    static int run(std::vector<std::string> words)
+    {
+        std::vector<char*> arguments;
+        for (std::string& word : words)
+            arguments.push_back(word.data());
+        arguments.push_back(nullptr);
+        pid_t child = 0;
+        int status = 0;
+        if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) !=
+                0 ||
+            ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
+            return -1;
+        return WEXITSTATUS(status);
+    }
+
+    /// Runs the present test again in a process of its own, behind the words of `command` if any,
+    /// with this test's folder. Returns its exit code, or -1.
+    int runInChild(std::vector<std::string> command = {}) const
+    {
+        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+        command.push_back(QCoreApplication::applicationFilePath().toStdString());
+        command.push_back(std::string("--gtest_filter=") + test->test_suite_name() + "." +
+                          test->name());
+        qputenv(folderVariable, QFile::encodeName(temporary.path()));
+        const int code = run(std::move(command));
+        qunsetenv(folderVariable);
+        return code;
+    }
+
+    static bool isChild() { return qEnvironmentVariableIsSet(folderVariable); }
+
+    static constexpr const char* folderVariable = "PITHWISE_TEST_FOLDER";
+
+    const QTemporaryDir temporary;
+    const std::filesystem::path folder =
+        qEnvironmentVariable(folderVariable, temporary.path()).toStdString();
+    const std::filesystem::path path = folder / ModelFile::name;
+    LoopbackServer server;
+    std::vector<State> published;
+    std::vector<std::pair<qint64, qint64>> reports;
+    std::unique_ptr<ModelManager> manager;
+};
