@@ -1,8 +1,29 @@
 #include "GraphemeBreaker.h"
 
+#include <unicode/uscript.h>
+
 static bool isControl(UGraphemeClusterBreak property)
 {
     return property == U_GCB_CONTROL || property == U_GCB_CR || property == U_GCB_LF;
+}
+
+/// Whether `character` is of the Indic syllabic `category` in a script whose conjuncts are not
+/// broken: the property Indic_Conjunct_Break, which ICU offers only from version 76 on.
+static bool isInConjunct(UChar32 character, UIndicSyllabicCategory category)
+{
+    if (u_getIntPropertyValue(character, UCHAR_INDIC_SYLLABIC_CATEGORY) != category)
+        return false;
+    switch (u_getIntPropertyValue(character, UCHAR_SCRIPT)) {
+    case USCRIPT_BENGALI:
+    case USCRIPT_DEVANAGARI:
+    case USCRIPT_GUJARATI:
+    case USCRIPT_MALAYALAM:
+    case USCRIPT_ORIYA:
+    case USCRIPT_TELUGU:
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// Rules GB6 to GB8: Hangul syllables are not broken.
@@ -34,12 +55,36 @@ bool GraphemeBreaker::joins(UGraphemeClusterBreak next, UChar32 character) const
         return true; // GB9, GB9a
     if (m_previous == U_GCB_PREPEND)
         return true; // GB9b
-    if (m_previous == U_GCB_ZWJ && next == U_GCB_OTHER)
-        return u_hasBinaryProperty(m_base, UCHAR_EXTENDED_PICTOGRAPHIC) &&
-               u_hasBinaryProperty(character, UCHAR_EXTENDED_PICTOGRAPHIC); // GB11
+    if (next == U_GCB_OTHER && (m_previous == U_GCB_EXTEND || m_previous == U_GCB_ZWJ))
+        return joinsAfterExtension(character);
     if (next == U_GCB_REGIONAL_INDICATOR)
         return m_previous == U_GCB_REGIONAL_INDICATOR && m_oddIndicators; // GB12, GB13
     return joinsHangul(m_previous, next);
+}
+
+bool GraphemeBreaker::joinsAfterExtension(UChar32 character) const
+{
+    if (m_hasLinker && !m_breaksChain && isInConjunct(m_base, U_INSC_CONSONANT) &&
+        isInConjunct(character, U_INSC_CONSONANT))
+        return true; // GB9c
+    return m_previous == U_GCB_ZWJ && u_hasBinaryProperty(m_base, UCHAR_EXTENDED_PICTOGRAPHIC) &&
+           u_hasBinaryProperty(character, UCHAR_EXTENDED_PICTOGRAPHIC); // GB11
+}
+
+void GraphemeBreaker::follow(UGraphemeClusterBreak property, UChar32 character)
+{
+    m_previous = property;
+    if (property == U_GCB_ZWJ)
+        return;
+    if (property != U_GCB_EXTEND) {
+        m_base = character;
+        m_hasLinker = false;
+        m_breaksChain = false;
+    } else if (isInConjunct(character, U_INSC_VIRAMA)) {
+        m_hasLinker = true;
+    } else if (u_getCombiningClass(character) == 0) {
+        m_breaksChain = true;
+    }
 }
 
 bool GraphemeBreaker::beginsCluster(UChar32 character)
@@ -48,15 +93,12 @@ bool GraphemeBreaker::beginsCluster(UChar32 character)
         u_getIntPropertyValue(character, UCHAR_GRAPHEME_CLUSTER_BREAK));
     const bool joined = joins(next, character);
     m_oddIndicators = next == U_GCB_REGIONAL_INDICATOR && !(joined && m_oddIndicators);
-    m_previous = next;
-    if (next != U_GCB_EXTEND && next != U_GCB_ZWJ)
-        m_base = character;
+    follow(next, character);
     return !joined;
 }
 
 void GraphemeBreaker::skipAscii(char last)
 {
-    m_previous = last < 0x20 || last == 0x7F ? U_GCB_CONTROL : U_GCB_OTHER;
-    m_base = last;
+    follow(last < 0x20 || last == 0x7F ? U_GCB_CONTROL : U_GCB_OTHER, last);
     m_oddIndicators = false;
 }

@@ -27,3 +27,8 @@ void StatusLine::clear()
     }
     m_isShown = false;
 }
+
+int StatusLine::columns() const
+{
+    return Terminal::columns(m_stream);
+}

@@ -21,6 +21,9 @@ public:
     /// Whether a person watches, so that frequent updates make sense.
     bool isLive() const { return m_isLive; }
 
+    /// How many columns a message may have.
+    int columns() const;
+
 private:
     std::FILE& m_stream;
     bool m_isLive;

@@ -25,7 +25,7 @@ int run(const SummaryRequest& request)
 {
     const std::string text = SourceText::read(request.source);
     std::error_code ignored;
-    if (request.model.empty() && !std::filesystem::exists(ModelFile::path(), ignored)) {
+    if (request.model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored)) {
         if (const int status = ModelCommand::download(); status != 0)
             return status;
     }

@@ -5,6 +5,8 @@
 #include "ModelFile.h"
 #include "WhiteSpace.h"
 
+#include <optional>
+
 namespace Pithwise {
 
 constexpr std::size_t singlePassLimit = 7500; // characters
@@ -40,36 +42,57 @@ static std::vector<std::string_view> sections(std::string_view text)
     return kept;
 }
 
-std::string run(std::string_view text, SummaryMode mode, SummaryLength length,
-                const CancelToken& token, const TextCallback& status, const TextCallback& output,
-                const Generate& generate)
+namespace {
+
+/// What every call of one run shares.
+struct Run
 {
-    const std::filesystem::path model = ModelFile::path();
-    std::string body = WhiteSpace::normalised(text);
-    std::string_view label = "Text:";
-    if (Characters::count(body) > singlePassLimit) {
-        const std::vector<std::string_view> parts = sections(body);
+    std::filesystem::path model;
+    const CancelToken& token;
+    const TextCallback& status;
+    const Generate& generate;
+
+    std::string ask(const std::string& user, int maxTokens, const TextCallback& onUpdate) const
+    {
+        return generate(model, systemText, user, maxTokens, token, onUpdate);
+    }
+
+    /// One line of notes a section, or nothing when the run was cancelled in between.
+    std::optional<std::string> notes(const std::vector<std::string_view>& parts) const
+    {
         const std::string total = std::to_string(parts.size());
         std::string notes;
         for (std::size_t i = 1; i <= parts.size(); ++i) {
             if (token.isCancelled())
-                return {};
+                return std::nullopt;
             const std::string number = std::to_string(i);
             status("Reading part " + number + " of " + total + "…");
-            const std::string user = std::string(sectionText).append(parts[i - 1]);
-            const std::string note =
-                generate(model, systemText, user, noteTokens, token, [](const std::string&) {});
+            const std::string note = ask(std::string(sectionText).append(parts[i - 1]), noteTokens,
+                                         [](const std::string&) {});
             notes += (i > 1 ? "\nSection " : "Section ") + number + ": " + note;
         }
-        body = std::move(notes);
+        return notes;
+    }
+};
+
+} // namespace
+
+std::string run(std::string_view text, SummaryMode mode, SummaryLength length,
+                const CancelToken& token, const TextCallback& status, const TextCallback& output,
+                const Generate& generate)
+{
+    const Run run{ModelFile::path(), token, status, generate};
+    std::optional<std::string> body = WhiteSpace::normalised(text);
+    std::string label = "Text:";
+    if (Characters::count(*body) > singlePassLimit) {
+        body = run.notes(sections(*body));
         label = "Notes from consecutive sections of one document:";
     }
-    if (token.isCancelled())
+    if (!body || token.isCancelled())
         return {};
     status("Summarizing…");
     const auto [task, maxTokens] = instruction(mode, length);
-    const std::string user = task + "\n\n" + std::string(label) + "\n" + body;
-    return generate(model, systemText, user, maxTokens, token, output);
+    return run.ask(task + "\n\n" + label + "\n" + *body, maxTokens, output);
 }
 
 } // namespace Pithwise

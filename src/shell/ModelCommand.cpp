@@ -1,0 +1,71 @@
+#include "ModelCommand.h"
+
+#include "AppError.h"
+#include "DownloadProgress.h"
+#include "Interrupt.h"
+#include "ModelFile.h"
+#include "ModelManager.h"
+#include "StatusLine.h"
+
+#include <QCoreApplication>
+#include <QNetworkProxyFactory>
+
+#include <iostream>
+
+namespace ModelCommand {
+
+int status()
+{
+    const std::filesystem::path file = ModelFile::path();
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    if (error)
+        std::cout << "The model is missing; \"pithwise model download\" fetches it.\n";
+    else
+        std::cout << "The model is ready (" << size / 1'000'000 << " MB).\n";
+    return 0;
+}
+
+int path()
+{
+    std::cout << ModelFile::path().string() << "\n";
+    return 0;
+}
+
+/// Ends the event loop when the download has ended one way or the other.
+static void quitAtEnd(const ModelManager& manager)
+{
+    const auto check = [&manager] {
+        if (!std::holds_alternative<ModelManager::Downloading>(manager.state()))
+            QCoreApplication::quit();
+    };
+    // Queued, because the end may come before the loop has begun.
+    QObject::connect(&manager, &ModelManager::stateChanged, &manager, check, Qt::QueuedConnection);
+}
+
+int download()
+{
+    int count = 0;
+    QCoreApplication application(count, nullptr);
+    const Interrupt interrupt([&application] {
+        QMetaObject::invokeMethod(&application, &QCoreApplication::quit, Qt::QueuedConnection);
+    });
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+
+    StatusLine line(*stderr);
+    line.show("Downloading the language model…");
+    ModelManager manager(ModelManager::Options{});
+    DownloadProgress progress(line);
+    QObject::connect(
+        &manager, &ModelManager::progressed, &manager,
+        [&progress](qint64 received, qint64 expected) { progress.update(received, expected); });
+    quitAtEnd(manager);
+    manager.start();
+    QCoreApplication::exec();
+
+    if (const auto* failed = std::get_if<ModelManager::Failed>(&manager.state()))
+        throw AppError(failed->message);
+    return interrupt.exitStatus();
+}
+
+} // namespace ModelCommand
