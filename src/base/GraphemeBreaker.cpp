@@ -67,23 +67,25 @@ bool GraphemeBreaker::joinsAfterExtension(UChar32 character) const
     if (m_hasLinker && !m_breaksChain && isInConjunct(m_base, U_INSC_CONSONANT) &&
         isInConjunct(character, U_INSC_CONSONANT))
         return true; // GB9c
-    return m_previous == U_GCB_ZWJ && u_hasBinaryProperty(m_base, UCHAR_EXTENDED_PICTOGRAPHIC) &&
+    return m_previous == U_GCB_ZWJ && m_joiners == 1 &&
+           u_hasBinaryProperty(m_base, UCHAR_EXTENDED_PICTOGRAPHIC) &&
            u_hasBinaryProperty(character, UCHAR_EXTENDED_PICTOGRAPHIC); // GB11
 }
 
 void GraphemeBreaker::follow(UGraphemeClusterBreak property, UChar32 character)
 {
     m_previous = property;
-    if (property == U_GCB_ZWJ)
-        return;
-    if (property != U_GCB_EXTEND) {
+    if (property == U_GCB_ZWJ) {
+        ++m_joiners;
+    } else if (property != U_GCB_EXTEND) {
         m_base = character;
+        m_joiners = 0;
         m_hasLinker = false;
         m_breaksChain = false;
-    } else if (isInConjunct(character, U_INSC_VIRAMA)) {
-        m_hasLinker = true;
     } else if (u_getCombiningClass(character) == 0) {
         m_breaksChain = true;
+    } else if (!m_hasLinker) {
+        m_hasLinker = isInConjunct(character, U_INSC_VIRAMA);
     }
 }
 

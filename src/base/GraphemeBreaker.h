@@ -2,6 +2,8 @@
 
 #include <unicode/uchar.h>
 
+#include <cstdint>
+
 /// Decides, code point after code point, where extended grapheme clusters begin (Unicode Standard
 /// Annex #29, rules GB1 to GB13 with GB9c), with the character properties of ICU. ICU's own break
 /// iterator gives the same boundaries but reaches only 75 MB/s on Cyrillic, too slow for three
@@ -28,4 +30,5 @@ private:
     // Of the characters since m_base:
     bool m_hasLinker = false;   // one joins Indic consonants
     bool m_breaksChain = false; // one keeps a linker from doing so
+    std::int64_t m_joiners = 0; // zero width joiners
 };
