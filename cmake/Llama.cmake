@@ -114,6 +114,13 @@ function(_pithwise_llama_build source build prefix flags)
   file(TOUCH "${prefix}/complete")
 endfunction()
 
+# What an earlier configuration found in our own cache is not an installed one.
+foreach(_package llama ggml)
+  string(FIND "${${_package}_DIR}" "${PITHWISE_CACHE_DIR}/" _position)
+  if(_position EQUAL 0)
+    unset(${_package}_DIR CACHE)
+  endif()
+endforeach()
 find_package(llama ${_llama_version} CONFIG QUIET)
 if(llama_FOUND AND NOT PITHWISE_LLAMA_SOURCE)
   set(PITHWISE_LLAMA_SOURCE_DIR "")

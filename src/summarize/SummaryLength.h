@@ -8,7 +8,7 @@
 enum class SummaryLength { brief, balanced, detailed };
 
 inline constexpr std::array allSummaryLengths = {SummaryLength::brief, SummaryLength::balanced,
-                                          SummaryLength::detailed};
+                                                 SummaryLength::detailed};
 
 /// What the length control shows.
 std::string_view label(SummaryLength length);

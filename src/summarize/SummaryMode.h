@@ -8,7 +8,7 @@
 enum class SummaryMode { bullets, executive, tldr, actions };
 
 inline constexpr std::array allSummaryModes = {SummaryMode::bullets, SummaryMode::executive,
-                                        SummaryMode::tldr, SummaryMode::actions};
+                                               SummaryMode::tldr, SummaryMode::actions};
 
 /// The mode's label, shown to the user and its identity in lists.
 std::string_view rawValue(SummaryMode mode);

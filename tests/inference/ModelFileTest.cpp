@@ -14,7 +14,8 @@ class ModelFileTest : public testing::Test
 protected:
     void SetUp() override
     {
-        m_folder = fs::path(std::getenv("HOME")) / testing::UnitTest::GetInstance()->current_test_info()->name();
+        m_folder = fs::path(std::getenv("HOME")) /
+                   testing::UnitTest::GetInstance()->current_test_info()->name();
         fs::create_directories(m_folder);
         setenv("HOME", m_folder.c_str(), 1);
         unsetenv("XDG_DATA_HOME");
