@@ -44,5 +44,5 @@ void AnswerPrinter::finish(std::string_view answer)
         std::fputc('\n', &m_stream);
     if (std::fflush(&m_stream) != 0 || std::ferror(&m_stream) != 0)
         throw AppError(
-            "The summary could not be written: " + std::generic_category().message(errno) + ".");
+            "The output could not be written: " + std::generic_category().message(errno) + ".");
 }

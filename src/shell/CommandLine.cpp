@@ -9,8 +9,9 @@
 
 #include <functional>
 #include <iostream>
-#include <map>
 #include <new>
+#include <utility>
+#include <vector>
 
 namespace CommandLine {
 
@@ -19,30 +20,35 @@ namespace {
 constexpr int exitError = 1;
 constexpr int exitUsage = 2;
 
-const std::map<std::string, SummaryMode> modes = {{"bullets", SummaryMode::bullets},
-                                                  {"executive", SummaryMode::executive},
-                                                  {"tldr", SummaryMode::tldr},
-                                                  {"actions", SummaryMode::actions}};
-const std::map<std::string, SummaryLength> lengths = {{"brief", SummaryLength::brief},
-                                                      {"balanced", SummaryLength::balanced},
-                                                      {"detailed", SummaryLength::detailed}};
+template <typename Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
 
-/// Takes one of the names in `values` and nothing else, the numbers behind them included.
+const Choices<SummaryMode> modes = {{"bullets", SummaryMode::bullets},
+                                    {"executive", SummaryMode::executive},
+                                    {"tldr", SummaryMode::tldr},
+                                    {"actions", SummaryMode::actions}};
+const Choices<SummaryLength> lengths = {{"brief", SummaryLength::brief},
+                                        {"balanced", SummaryLength::balanced},
+                                        {"detailed", SummaryLength::detailed}};
+
+/// An option that takes one of the names in `choices`.
 template <typename Value>
 void addChoice(CLI::App& command, const std::string& option, Value& value,
-               const std::map<std::string, Value>& values, const std::string& description)
+               const Choices<Value>& choices, const std::string& description)
 {
     std::string names;
-    for (const auto& [name, unused] : values)
+    for (const auto& [name, unused] : choices)
         names += (names.empty() ? "" : "|") + name;
-    command
-        .add_option_function<std::string>(
-            option, [&value, &values](const std::string& name) { value = values.at(name); },
-            description)
-        ->check([&values, names, option](const std::string& name) {
-            return values.contains(name) ? "" : option + " takes " + names + ", not " + name;
-        })
-        ->type_name(names);
+    const auto choose = [&value, &choices, names](const std::string& chosen) {
+        for (const auto& [name, choice] : choices) {
+            if (name == chosen) {
+                value = choice;
+                return;
+            }
+        }
+        throw CLI::ValidationError(chosen + " is not one of " + names + ".");
+    };
+    command.add_option_function<std::string>(option, choose, description)->type_name(names);
 }
 
 void addRequest(CLI::App& command, SummaryRequest& request)
@@ -64,7 +70,6 @@ struct Commands
 
     Commands()
     {
-        app.set_version_flag("--version", "pithwise " PITHWISE_VERSION);
         app.require_subcommand(0, 1);
         action = [this] {
             std::cout << app.help();
@@ -73,9 +78,18 @@ struct Commands
         addSummarize();
         addPlan();
         addModel();
+        addVersion(app);
     }
 
 private:
+    /// To `command` and those below it.
+    static void addVersion(CLI::App& command)
+    {
+        command.set_version_flag("--version", "pithwise " PITHWISE_VERSION);
+        for (CLI::App* below : command.get_subcommands({}))
+            addVersion(*below);
+    }
+
     void addSummarize()
     {
         CLI::App* command = app.add_subcommand("summarize", "Print the summary of a text");
@@ -111,12 +125,9 @@ private:
     }
 };
 
-/// The innermost command that was named, for its usage line.
+/// The usage line of the innermost command that was named.
 std::string usage(const CLI::App& app)
 {
-    const std::vector<CLI::App*> named = app.get_subcommands();
-    if (!named.empty())
-        return usage(*named.front());
     const std::string help = app.help();
     const std::size_t begin = help.find("Usage:");
     return help.substr(begin, help.find('\n', begin) - begin);
