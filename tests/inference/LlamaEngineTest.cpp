@@ -203,8 +203,8 @@ TEST_F(LlamaEngineTest, APromptThatCannotFitIsAnErrorAndTheEngineLivesOn)
 
 TEST_F(LlamaEngineTest, APromptJustOverTheBudgetWithAShortUserTextIsEvaluatedAsItIs)
 {
-    // 150 characters of 23 bytes, a token each, and the frame with its five markers.
-    const std::string user = marked(150, 11);
+    // 150 characters of 27 bytes, a token each, and the frame with its five markers.
+    const std::string user = marked(150, 13);
     const std::string markers = "<|im_start|><|im_end|><|im_start|><|im_end|><|im_start|>";
     const std::size_t prompt = ChatPrompt::text("You spell.", user).size() - markers.size() + 5;
     const int free = 4096 - static_cast<int>(prompt);
