@@ -51,7 +51,7 @@ function(_pithwise_llama_fetch source)
   file(MAKE_DIRECTORY "${work}")
   message(STATUS "Fetching the source of llama.cpp ${_llama_version}")
   _pithwise_llama_run("Fetching ${_llama_package}" ${PITHWISE_NPM} pack ${_llama_package}
-                      --ignore-scripts --silent --pack-destination "${work}")
+                      --ignore-scripts --loglevel=error --pack-destination "${work}")
   file(SHA512 "${archive}" sha512)
   if(NOT sha512 STREQUAL _llama_sha512)
     file(REMOVE "${archive}")

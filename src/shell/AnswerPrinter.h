@@ -10,6 +10,10 @@ class AnswerPrinter
 {
 public:
     explicit AnswerPrinter(std::FILE& stream);
+    /// Ends the line of an answer that broke off.
+    ~AnswerPrinter();
+    AnswerPrinter(const AnswerPrinter&) = delete;
+    AnswerPrinter& operator=(const AnswerPrinter&) = delete;
 
     /// Takes the whole answer so far.
     void update(std::string_view answer);

@@ -46,12 +46,13 @@ TEST_F(SummarizeCommandTest, ALongFileIsReadInSections)
 
 TEST_F(SummarizeCommandTest, ATerminalGetsTheSummaryWithoutItsControlCodes)
 {
-    const QString model = standin({{{"one"}, {"\x1B[31m"}, {" two\t"}, {"\a"}, {" three"}}});
+    const QString model =
+        standin({{{"one"}, {"\x1B[31m"}, {" two\t"}, {"\a"}, {"\u009Bm"}, {" three"}}});
     const Result terminal =
         run({"summarize", "--model", model, "-"}, "Some text.", Program::Output::terminal);
-    EXPECT_EQ(terminal.output, "one[31m two\t three\r\n");
+    EXPECT_EQ(terminal.output, "one[31m two\tm three\r\n");
     EXPECT_EQ(run({"summarize", "--model", model, "-"}, "Some text.").output,
-              "one\x1B[31m two\t\a three\n");
+              "one\x1B[31m two\t\a\u009Bm three\n");
 }
 
 TEST_F(SummarizeCommandTest, AnInterruptKeepsTheTextSoFar)
