@@ -2,18 +2,38 @@
 
 #include "AbortTrap.h"
 #include "AppError.h"
+#include "ModelCheck.h"
 
 #include <ggml-backend.h>
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <string_view>
 #include <thread>
 
 using ChatPrompt::Token;
 
 static constexpr int evaluationNoRoom = 1;  // llama_decode's code for a batch without room
 static constexpr int evaluationFailed = -3; // llama_decode's code for a failed computation
+
+static AppError evaluationError(int code)
+{
+    return AppError("Model evaluation failed (" + std::to_string(code) + ").");
+}
+
+/// What `function` returns. Whatever goes wrong in it, a damaged vocabulary most likely, becomes an
+/// AppError.
+template <typename Function>
+static auto trapped(Function function)
+{
+    try {
+        const AbortTrap trap;
+        return function();
+    } catch (const std::exception&) {
+        throw evaluationError(evaluationFailed);
+    }
+}
 
 static void prepareBackend()
 {
@@ -31,24 +51,29 @@ static LlamaHandles::Model loadModel(const std::filesystem::path& path)
     parameters.n_gpu_layers = 99; // every layer
     try {
         const AbortTrap trap;
-        if (LlamaHandles::Model model{llama_model_load_from_file(path.c_str(), parameters)})
-            return model;
+        if (ModelCheck::isLoadable(path)) {
+            if (LlamaHandles::Model model{llama_model_load_from_file(path.c_str(), parameters)})
+                return model;
+        }
     } catch (const std::exception&) {
         // Falls through: llama.cpp's own words are not fit for users.
     }
     throw AppError("Could not load the language model.");
 }
 
+/// Two processors are left to the rest of the machine.
+static int threadCount()
+{
+    return static_cast<int>(std::max(std::thread::hardware_concurrency(), 4U) - 2);
+}
+
 static LlamaHandles::Context createContext(llama_model& model)
 {
-    // Two processors are left to the rest of the machine.
-    const unsigned processors = std::thread::hardware_concurrency();
-    const auto threads = static_cast<int>(std::max(processors, 4U) - 2);
     llama_context_params parameters = llama_context_default_params();
     parameters.n_ctx = ChatPrompt::contextTokens;
     parameters.n_batch = ChatPrompt::contextTokens;
-    parameters.n_threads = threads;
-    parameters.n_threads_batch = threads;
+    parameters.n_threads = threadCount();
+    parameters.n_threads_batch = threadCount();
     try {
         const AbortTrap trap;
         LlamaHandles::Context context{llama_init_from_model(&model, parameters)};
@@ -69,25 +94,38 @@ std::unique_ptr<LoadedModel> LoadedModel::create(const std::filesystem::path& pa
     const llama_vocab* vocab = llama_model_get_vocab(model.get());
     if (vocab == nullptr || llama_vocab_type(vocab) == LLAMA_VOCAB_TYPE_NONE)
         throw AppError("Model not loaded.");
-    return std::unique_ptr<LoadedModel>(new LoadedModel(std::move(model), std::move(context)));
+    std::unique_ptr<LoadedModel> loaded(new LoadedModel(std::move(model), std::move(context)));
+    loaded->requireTokens();
+    return loaded;
 }
 
 LoadedModel::LoadedModel(LlamaHandles::Model model, LlamaHandles::Context context)
     : m_model(std::move(model)),
+      m_threads(threadCount()),
       m_context(std::move(context)),
       m_vocab(llama_model_get_vocab(m_model.get()))
-{}
+{
+    m_threads.attachTo(*m_context);
+}
 
-std::vector<Token> LoadedModel::tokenize(const std::string& text) const
+/// A damaged vocabulary may be unable to express anything, and loads all the same.
+void LoadedModel::requireTokens() const
+{
+    try {
+        if (!tokenize(ChatPrompt::text({}, {})).empty())
+            return;
+    } catch (const AppError&) {
+        // Falls through: these tokens are in every prompt.
+    }
+    throw AppError("Model not loaded.");
+}
+
+static std::vector<Token> tokensOf(std::string_view text, const llama_vocab* vocab)
 {
     constexpr std::size_t spare = 16;
-    if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) - spare)
-        throw AppError("The text is too long for the language model.");
-    const AbortTrap trap;
-    const auto length = static_cast<int>(text.size());
     std::vector<Token> tokens(text.size() + spare);
     const auto tokenizeInto = [&](std::vector<Token>& buffer) {
-        return llama_tokenize(m_vocab, text.data(), length, buffer.data(),
+        return llama_tokenize(vocab, text.data(), static_cast<int>(text.size()), buffer.data(),
                               static_cast<int>(buffer.size()), false, true);
     };
     int count = tokenizeInto(tokens);
@@ -97,6 +135,24 @@ std::vector<Token> LoadedModel::tokenize(const std::string& text) const
     }
     tokens.resize(std::min(tokens.size(), static_cast<std::size_t>(std::max(count, 0))));
     return tokens;
+}
+
+std::vector<Token> LoadedModel::tokenize(const std::string& text) const
+{
+    // The time grows with the square of a text full of markers, and a megabyte never fits into the
+    // context: only the number of its tokens counts then, and about that the parts tell enough.
+    constexpr std::size_t longestWhole = 1 << 20;
+    constexpr std::size_t part = 1 << 14;
+    const std::size_t step = text.size() > longestWhole ? part : longestWhole;
+    return trapped([&] {
+        std::vector<Token> tokens;
+        for (std::size_t at = 0; at < text.size(); at += step) {
+            const std::vector<Token> more =
+                tokensOf(std::string_view(text).substr(at, step), m_vocab);
+            tokens.insert(tokens.end(), more.begin(), more.end());
+        }
+        return tokens;
+    });
 }
 
 void LoadedModel::clear()
@@ -113,7 +169,12 @@ int LoadedModel::evaluate(std::span<Token> tokens, const CancelToken& token)
     };
     llama_set_abort_callback(m_context.get(), isCancelled, const_cast<CancelToken*>(&token));
     const auto count = static_cast<int>(tokens.size());
-    const int code = llama_decode(m_context.get(), llama_batch_get_one(tokens.data(), count));
+    int code = evaluationFailed;
+    try {
+        code = llama_decode(m_context.get(), llama_batch_get_one(tokens.data(), count));
+    } catch (const std::exception&) {
+        // No memory, or a graph that cannot be built.
+    }
     llama_set_abort_callback(m_context.get(), nullptr, nullptr);
     if (code == 0 && !hasUsableLogits())
         return evaluationFailed;
@@ -135,8 +196,7 @@ bool LoadedModel::hasUsableLogits() const
 
 Token LoadedModel::sample(llama_sampler& sampler) const
 {
-    const AbortTrap trap;
-    return llama_sampler_sample(&sampler, m_context.get(), -1);
+    return trapped([&] { return llama_sampler_sample(&sampler, m_context.get(), -1); });
 }
 
 bool LoadedModel::endsGeneration(Token token) const
@@ -146,10 +206,11 @@ bool LoadedModel::endsGeneration(Token token) const
 
 std::string LoadedModel::piece(Token token) const
 {
-    const AbortTrap trap;
     std::array<char, 256> buffer{};
-    const int length = llama_token_to_piece(m_vocab, token, buffer.data(),
-                                            static_cast<int>(buffer.size()), 0, false);
+    const int length = trapped([&] {
+        return llama_token_to_piece(m_vocab, token, buffer.data(), static_cast<int>(buffer.size()),
+                                    0, false);
+    });
     const std::size_t kept = std::min(buffer.size(), static_cast<std::size_t>(std::max(length, 0)));
     return {buffer.data(), kept};
 }

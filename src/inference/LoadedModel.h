@@ -3,6 +3,7 @@
 #include "CancelToken.h"
 #include "ChatPrompt.h"
 #include "LlamaHandles.h"
+#include "ThreadPool.h"
 
 #include <filesystem>
 #include <memory>
@@ -40,9 +41,11 @@ public:
 private:
     LoadedModel(LlamaHandles::Model model, LlamaHandles::Context context);
 
+    void requireTokens() const;
     bool hasUsableLogits() const;
 
-    LlamaHandles::Model m_model; // declared first: outlives the context
+    LlamaHandles::Model m_model; // declared first: outlives the context, as do the threads
+    ThreadPool m_threads;
     LlamaHandles::Context m_context;
     const llama_vocab* m_vocab;
 };

@@ -33,8 +33,10 @@ static std::string rate(double bytesPerSecond)
 static std::string bar(double fraction, int width)
 {
     const int filled = static_cast<int>(fraction * width);
-    return "[" + std::string(static_cast<std::size_t>(filled), '#') +
-           std::string(static_cast<std::size_t>(width - filled), ' ') + "] ";
+    std::string bar = "[";
+    bar.append(static_cast<std::size_t>(filled), '#');
+    bar.append(static_cast<std::size_t>(width - filled), ' ');
+    return bar + "] ";
 }
 
 std::string DownloadProgress::text(std::int64_t received, std::int64_t expected,
