@@ -101,7 +101,7 @@ TEST_F(PartFileTest, ErrorsNameWhatFailedAndTheCause)
 {
     write(folder / "file", "");
     try {
-        PartFile(folder / "file" / "model");
+        const PartFile part(folder / "file" / "model");
         FAIL();
     } catch (const std::system_error& error) {
         EXPECT_EQ(error.code(), std::errc::not_a_directory);
