@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
 
 static constexpr std::chrono::milliseconds shownEvery(100);
 
@@ -67,7 +68,9 @@ void DownloadProgress::update(std::int64_t received, std::int64_t expected, Cloc
         if (now - m_lastShown < shownEvery && received != expected)
             return;
         m_lastShown = now;
-        m_line.show(text(received, expected, now - *m_start, m_line.columns()));
+        constexpr std::string_view what = "Model ";
+        const int room = m_line.columns() - static_cast<int>(what.size());
+        m_line.show(std::string(what) + text(received, expected, now - *m_start, room));
         return;
     }
     const std::int64_t tenth = expected > 0 ? received * 10 / expected : 0;
