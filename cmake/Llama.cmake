@@ -3,7 +3,7 @@
 #   2. the source folder in PITHWISE_LLAMA_SOURCE,
 #   3. the pinned source, fetched by name and checked, built once into PITHWISE_CACHE_DIR.
 # Sets PITHWISE_LLAMA_SOURCE_DIR (empty for an installed one) and PITHWISE_LLAMA_BUILD_DIR, which
-# the benchmarks need.
+# the benchmarks need, and PITHWISE_TOKENIZER_DIR, where the real tokenizer is for tests.
 
 include(ProcessorCount)
 
@@ -125,6 +125,11 @@ find_package(llama ${_llama_version} CONFIG QUIET)
 if(llama_FOUND AND NOT PITHWISE_LLAMA_SOURCE)
   set(PITHWISE_LLAMA_SOURCE_DIR "")
   set(_llama_backends "${GGML_BACKEND_DIR}")
+  if(PITHWISE_TESTS OR PITHWISE_BENCH)
+    # For the real tokenizer only, which tests and benchmarks take from the source.
+    set(PITHWISE_TOKENIZER_DIR "${PITHWISE_CACHE_DIR}/llama-${_llama_version}-source/models")
+    _pithwise_llama_fetch("${PITHWISE_CACHE_DIR}/llama-${_llama_version}-source")
+  endif()
 else()
   file(MAKE_DIRECTORY "${PITHWISE_CACHE_DIR}")
   # Two configurations at once must not build into the same folder.
@@ -140,6 +145,7 @@ else()
     set(_source_key ${_llama_version})
     _pithwise_llama_fetch("${PITHWISE_LLAMA_SOURCE_DIR}")
   endif()
+  set(PITHWISE_TOKENIZER_DIR "${PITHWISE_LLAMA_SOURCE_DIR}/models")
   set(_llama_prefix "${PITHWISE_CACHE_DIR}/llama-${_source_key}-${_llama_key}")
   set(PITHWISE_LLAMA_BUILD_DIR "${_llama_prefix}-build")
   # A folder somebody works in is built again every time; ninja finds out what has changed.

@@ -70,7 +70,7 @@ void check(const Qwen2Layout::Shape& shape)
 std::int64_t setTokenizer(gguf_context* metadata)
 {
     const std::filesystem::path path =
-        std::filesystem::path(PITHWISE_LLAMA_SOURCE_DIR) / "models" / "ggml-vocab-qwen2.gguf";
+        std::filesystem::path(PITHWISE_TOKENIZER_DIR) / "ggml-vocab-qwen2.gguf";
     GgufWriter::Metadata tokenizer;
     if (std::filesystem::exists(path))
         tokenizer.reset(gguf_init_from_file(path.c_str(), {true, nullptr}));
