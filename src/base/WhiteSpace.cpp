@@ -9,7 +9,8 @@
 
 namespace WhiteSpace {
 
-std::string_view trimmed(std::string_view text)
+/// `text` without the characters at both ends that `isTrimmed` holds for.
+static std::string_view trimmedOf(std::string_view text, UBool (*isTrimmed)(UChar32))
 {
     const auto* data = reinterpret_cast<const std::uint8_t*>(text.data());
     std::size_t begin = 0;
@@ -18,7 +19,7 @@ std::string_view trimmed(std::string_view text)
         std::size_t next = begin;
         UChar32 character = 0;
         U8_NEXT(data, next, end, character);
-        if (!u_isUWhiteSpace(character))
+        if (!isTrimmed(character))
             break;
         begin = next;
     }
@@ -29,11 +30,21 @@ std::string_view trimmed(std::string_view text)
         std::size_t next = last;
         UChar32 character = 0;
         U8_NEXT(data, next, end, character);
-        if (!u_isUWhiteSpace(character))
+        if (!isTrimmed(character))
             break;
         end = last;
     }
     return text.substr(begin, end - begin);
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    return trimmedOf(text, u_isUWhiteSpace);
+}
+
+std::string_view trimmedBlanks(std::string_view text)
+{
+    return trimmedOf(text, u_isblank);
 }
 
 /// The first byte from `from` on that normalising could change: a carriage return, the first byte

@@ -10,6 +10,10 @@ namespace WhiteSpace {
 /// `text` without the white space at both ends; a view into `text`.
 std::string_view trimmed(std::string_view text);
 
+/// `text` without the tabs and space characters (Unicode's category Zs) at both ends; line breaks
+/// of every kind stay. A view into `text`.
+std::string_view trimmedBlanks(std::string_view text);
+
 /// The form in which text reaches the model, each step on the result of the one before:
 /// "\r\n" becomes "\n"; U+00A0 becomes a space; three or more line feeds become two; runs of spaces
 /// become one; both ends are trimmed. Not idempotent: "a\r\r\nb" becomes "a\r\nb".

@@ -33,6 +33,14 @@ TEST(WhiteSpaceTest, TrimmingRemovesEveryKindOfWhiteSpaceAtBothEnds)
     EXPECT_EQ(WhiteSpace::trimmed("\uFEFFa\u200B"), "\uFEFFa\u200B");
 }
 
+TEST(WhiteSpaceTest, TrimmingBlanksLeavesLineBreaks)
+{
+    EXPECT_EQ(WhiteSpace::trimmedBlanks(" \t\u00A0\u3000a b\u2003 "), "a b");
+    EXPECT_EQ(WhiteSpace::trimmedBlanks(" \r a\n "), "\r a\n");
+    EXPECT_EQ(WhiteSpace::trimmedBlanks("\u2028a\u0085"), "\u2028a\u0085");
+    EXPECT_EQ(WhiteSpace::trimmedBlanks(" \t"), "");
+}
+
 TEST(WhiteSpaceTest, BlankLinesBecomeOneBlankLine)
 {
     EXPECT_EQ(WhiteSpace::normalised("a\r\n\r\n\r\n\r\nb"), "a\n\nb");
