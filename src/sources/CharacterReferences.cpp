@@ -1,0 +1,106 @@
+#include "HTMLText.h"
+
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <utility>
+
+namespace HTMLText {
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 14> namedReferences = {{
+    {"&nbsp;", " "},
+    {"&amp;", "&"},
+    {"&lt;", "<"},
+    {"&gt;", ">"},
+    {"&quot;", "\""},
+    {"&#39;", "'"},
+    {"&apos;", "'"},
+    {"&rsquo;", "\u2019"},
+    {"&lsquo;", "\u2018"},
+    {"&ldquo;", "\u201C"},
+    {"&rdquo;", "\u201D"},
+    {"&mdash;", "\u2014"},
+    {"&ndash;", "\u2013"},
+    {"&hellip;", "\u2026"},
+}};
+
+/// The text with every reference of the table replaced. One pass does what replacing one name after
+/// the other with "&amp;" last would: no replacement but that of "&amp;" has a character of which
+/// another reference could be made.
+std::string withNamesDecoded(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (;;) {
+        const std::size_t start = text.find('&');
+        result.append(text.substr(0, start));
+        if (start == std::string_view::npos)
+            return result;
+        text.remove_prefix(start);
+        std::string_view replacement = "&";
+        std::size_t length = 1;
+        for (const auto& [name, character] : namedReferences) {
+            if (text.starts_with(name)) {
+                replacement = character;
+                length = name.size();
+                break;
+            }
+        }
+        result.append(replacement);
+        text.remove_prefix(length);
+    }
+}
+
+/// Appends the character with the number that `digits` write, or nothing where there is none.
+void appendCharacter(std::string& result, std::string_view digits, int radix)
+{
+    std::uint32_t code = 0;
+    const char* end = digits.data() + digits.size();
+    const auto [parsed, error] = std::from_chars(digits.data(), end, code, radix);
+    if (error != std::errc() || parsed != end || code > 0x10FFFF || U_IS_SURROGATE(code))
+        return;
+    std::array<char, U8_MAX_LENGTH> bytes{};
+    std::size_t length = 0;
+    U8_APPEND_UNSAFE(bytes.data(), length, code);
+    result.append(bytes.data(), length);
+}
+
+/// The text with every match of "&#(x?)([0-9a-fA-F]+);" replaced. Without a regular expression, as
+/// a text of nothing else has so many matches that their price would count.
+std::string withNumbersDecoded(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (;;) {
+        const std::size_t start = text.find("&#");
+        result.append(text.substr(0, start));
+        if (start == std::string_view::npos)
+            return result;
+        text.remove_prefix(start);
+        const bool isHexadecimal = text.substr(2).starts_with('x');
+        const std::size_t first = isHexadecimal ? 3 : 2;
+        const std::size_t last = text.find_first_not_of("0123456789abcdefABCDEF", first);
+        if (last == std::string_view::npos || last == first || text[last] != ';') {
+            const std::size_t skipped = std::min(last, text.size());
+            result.append(text.substr(0, skipped));
+            text.remove_prefix(skipped);
+            continue;
+        }
+        appendCharacter(result, text.substr(first, last - first), isHexadecimal ? 16 : 10);
+        text.remove_prefix(last + 1);
+    }
+}
+
+} // namespace
+
+std::string decodeEntities(std::string_view text)
+{
+    return withNumbersDecoded(withNamesDecoded(text));
+}
+
+} // namespace HTMLText
