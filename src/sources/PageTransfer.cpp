@@ -1,0 +1,172 @@
+#include "PageTransfer.h"
+
+#include "AppError.h"
+
+#include <QCoreApplication>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+/// What is taken out of the reply in one turn of the event loop; unpacked, a thousand times as
+/// much at most.
+static constexpr qint64 portionSize = 8 << 10;
+
+static constexpr int maximumRedirects = 20;
+
+static QNetworkRequest requestOf(const QUrl& address, std::chrono::milliseconds timeout)
+{
+    QNetworkRequest request(address);
+    request.setHeader(QNetworkRequest::UserAgentHeader,
+                      QStringLiteral("Mozilla/5.0 (Macintosh) Pithwise/1.0"));
+    request.setTransferTimeout(static_cast<int>(timeout.count()));
+    // Qt's own following repeats requests and mixes up the sizes of the answers.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    request.setRawHeader("Accept-Encoding", PageBody::acceptedEncodings);
+    return request;
+}
+
+static std::string sentence(std::string text)
+{
+    if (!text.ends_with('.'))
+        text += '.';
+    return text;
+}
+
+static std::string_view view(const QByteArray& bytes)
+{
+    return {bytes.data(), static_cast<std::size_t>(bytes.size())};
+}
+
+static int status(const QNetworkReply& reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
+/// Throws what the network says is wrong.
+static void refuseError(const QNetworkReply& reply)
+{
+    // Qt calls an answer with a status of 400 or more an error too, but with other words.
+    if (reply.error() == QNetworkReply::NoError || status(reply) >= 400)
+        return;
+    if (reply.error() == QNetworkReply::OperationCanceledError)
+        throw std::runtime_error("The page was not loaded because the server does not answer.");
+    throw std::runtime_error(sentence(reply.errorString().toStdString()));
+}
+
+/// Whether the server sends us on to another address. Qt takes a missing one for an empty one.
+static bool isRedirect(const QNetworkReply& reply)
+{
+    return reply.attribute(QNetworkRequest::RedirectionTargetAttribute).isValid() &&
+           !reply.rawHeader("Location").trimmed().isEmpty();
+}
+
+/// Throws unless a server at `from` may send us on to `to`.
+static void requireAllowedRedirect(const QUrl& from, const QUrl& to)
+{
+    const bool isEncrypted = to.scheme() == QLatin1String("https");
+    const bool isWeb = isEncrypted || to.scheme() == QLatin1String("http");
+    if (!to.isValid() || !isWeb || to.host().isEmpty())
+        throw std::runtime_error("The page was moved to an address that is not on the web.");
+    if (from.scheme() == QLatin1String("https") && !isEncrypted)
+        throw std::runtime_error("The page was moved to an unencrypted connection.");
+}
+
+PageTransfer::PageTransfer(QUrl address, std::chrono::milliseconds timeout, std::size_t mostBytes)
+    : m_address(std::move(address)), m_timeout(timeout), m_mostBytes(mostBytes)
+{
+    m_nextTurn.setSingleShot(true);
+    connect(&m_nextTurn, &QTimer::timeout, this, &PageTransfer::proceed);
+}
+
+void PageTransfer::begin(std::coroutine_handle<> waiting)
+{
+    m_waiting = waiting;
+    m_network.reset(new QNetworkAccessManager);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
+        end(std::make_exception_ptr(std::runtime_error("The page was not loaded.")));
+    });
+    request();
+}
+
+void PageTransfer::request()
+{
+    m_reply = m_network->get(requestOf(m_address, m_timeout));
+    connect(m_reply, &QNetworkReply::readyRead, this, &PageTransfer::proceed);
+    connect(m_reply, &QNetworkReply::finished, this, &PageTransfer::proceed);
+}
+
+PageBody PageTransfer::result()
+{
+    if (m_error)
+        std::rethrow_exception(m_error);
+    return *std::move(m_body);
+}
+
+/// Whatever there is to do now. A large body takes many turns of the event loop.
+void PageTransfer::proceed()
+{
+    try {
+        refuseError(*m_reply);
+        if (isRedirect(*m_reply)) {
+            follow();
+            return;
+        }
+        if (status(*m_reply) < 200 || status(*m_reply) > 299)
+            throw AppError("The page returned HTTP " + std::to_string(status(*m_reply)) + ".");
+        receive();
+        if (m_reply->bytesAvailable() > 0) {
+            m_nextTurn.start();
+            return;
+        }
+        if (!m_reply->isFinished())
+            return;
+        requireWholeBody();
+    } catch (...) {
+        end(std::current_exception());
+        return;
+    }
+    end(nullptr);
+}
+
+void PageTransfer::follow()
+{
+    const QUrl target =
+        m_address.resolved(m_reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl());
+    requireAllowedRedirect(m_address, target);
+    if (++m_redirects > maximumRedirects)
+        throw std::runtime_error("The page was moved too many times.");
+    m_address = target;
+    m_reply->disconnect(this);
+    m_reply->deleteLater();
+    request();
+}
+
+void PageTransfer::receive()
+{
+    if (!m_body) {
+        const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
+        m_body.emplace(view(encoding), m_mostBytes);
+    }
+    m_body->append(view(m_reply->read(portionSize)));
+}
+
+/// Qt may take a closed connection for the end, whatever length the server has announced.
+void PageTransfer::requireWholeBody() const
+{
+    const QVariant announced = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    const bool isShort = announced.isValid() && announced.toULongLong() != m_body->received();
+    if (isShort || m_body->isCut())
+        throw std::runtime_error("The connection was closed before the whole page had arrived.");
+}
+
+void PageTransfer::end(std::exception_ptr error)
+{
+    m_error = std::move(error);
+    m_reply->disconnect(this);
+    m_nextTurn.stop();
+    m_waiting.resume(); // destroys this object
+}
