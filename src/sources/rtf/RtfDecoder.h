@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct UConverter;
+
+/// Turns bytes of any code page of RtfCodePage into UTF-16. What a code page does not have becomes
+/// U+FFFD. Keeps converters between calls.
+class RtfDecoder
+{
+public:
+    RtfDecoder();
+    ~RtfDecoder();
+    RtfDecoder(const RtfDecoder&) = delete;
+    RtfDecoder& operator=(const RtfDecoder&) = delete;
+
+    /// Valid until the next call.
+    std::u16string_view decoded(std::string_view bytes, int codePage);
+
+private:
+    class Johab;
+    struct Close
+    {
+        void operator()(UConverter* converter) const;
+    };
+    using Converter = std::unique_ptr<UConverter, Close>;
+
+    void decodeWithIcu(std::string_view bytes, int codePage);
+
+    std::map<int, Converter> m_converters;
+    std::unique_ptr<Johab> m_johab;
+    std::u16string m_units;
+};

@@ -1,0 +1,280 @@
+#include "RtfReader.h"
+
+#include "RtfSymbols.h"
+
+#include <algorithm>
+#include <utility>
+
+/// Real documents nest a few dozen groups. Below this depth groups share their state, so that
+/// nothing but braces takes no memory.
+static constexpr std::size_t maxStates = 10000;
+
+/// What the writer of an attachment puts in its place.
+static constexpr char placeholder = '\xAC';
+
+std::string RtfReader::text()
+{
+    for (;;) {
+        const RtfTokenizer::Token token = m_tokenizer.next();
+        if (token.kind == RtfTokenizer::Kind::end)
+            break;
+        read(token);
+        if (m_states.empty())
+            break;
+    }
+    return m_text.take();
+}
+
+void RtfReader::read(const RtfTokenizer::Token& token)
+{
+    using Kind = RtfTokenizer::Kind;
+    if (token.kind == Kind::open)
+        open();
+    else if (token.kind == Kind::close)
+        close();
+    else if (m_skipped > 0)
+        return;
+    else if (token.kind == Kind::word)
+        word(token);
+    else if (token.kind == Kind::symbol)
+        symbol(token.text.front());
+    else
+        bytes(token.text);
+}
+
+void RtfReader::open()
+{
+    m_fallback = 0;
+    m_isOptional = false;
+    m_expectsPlaceholder = false;
+    if (m_skipped > 0)
+        ++m_skipped;
+    else if (m_states.size() == maxStates)
+        ++m_deeper;
+    else
+        m_states.push_back(m_states.empty() ? State() : state());
+}
+
+void RtfReader::close()
+{
+    m_fallback = 0;
+    m_isOptional = false;
+    m_expectsPlaceholder = m_skipped == 1 && m_skipsAttachment;
+    if (m_skipped > 1) {
+        --m_skipped;
+        return;
+    }
+    m_skipped = 0;
+    if (m_deeper > 0)
+        --m_deeper;
+    else
+        m_states.pop_back();
+}
+
+void RtfReader::word(const RtfTokenizer::Token& token)
+{
+    const RtfKeyword keyword = RtfKeyword::find(token.text);
+    const bool isOptional = std::exchange(m_isOptional, false);
+    if (keyword.isDestination())
+        destination(keyword.action);
+    else if (isOptional)
+        destination(Action::skip);
+    else
+        property(keyword, token);
+}
+
+void RtfReader::property(const RtfKeyword& keyword, const RtfTokenizer::Token& token)
+{
+    const int number = token.parameter.value_or(0);
+    switch (keyword.action) {
+    case Action::character:
+        special(static_cast<char32_t>(keyword.value));
+        break;
+    case Action::layout:
+        character(static_cast<char32_t>(keyword.value));
+        break;
+    case Action::endRow:
+        if (isShown())
+            m_text.endRow();
+        break;
+    case Action::unicode:
+        if (token.parameter)
+            unicode(number);
+        break;
+    case Action::documentCodePage:
+        setDocumentCodePage(keyword.value != 0 ? keyword.value : number);
+        break;
+    case Action::defaultFont:
+        m_defaultFont = number;
+        break;
+    default:
+        if (state().destination == Destination::fonts)
+            describeFont(keyword.action, number);
+        else
+            format(keyword.action, token.parameter);
+        break;
+    }
+}
+
+void RtfReader::setDocumentCodePage(int codePage)
+{
+    if (RtfCodePage::isKnown(codePage))
+        m_documentCodePage = codePage;
+}
+
+void RtfReader::describeFont(Action action, int number)
+{
+    if (action == Action::font)
+        m_fonts.describe(number);
+    else if (action == Action::fontCharacterSet)
+        m_fonts.setCharacterSet(number);
+    else if (action == Action::fontCodePage)
+        m_fonts.setCodePage(number);
+}
+
+void RtfReader::format(Action action, std::optional<int> parameter)
+{
+    const bool isOn = parameter != 0;
+    State& current = state();
+    switch (action) {
+    case Action::fallbackLength:
+        current.fallbackLength = std::max(parameter.value_or(1), 0);
+        break;
+    case Action::font:
+        current.font = parameter.value_or(0);
+        break;
+    case Action::hidden:
+        current.isHidden = isOn;
+        break;
+    case Action::deleted:
+        current.isDeleted = isOn;
+        break;
+    case Action::plain:
+        current.font = State::noFont;
+        current.isHidden = false;
+        current.isDeleted = false;
+        break;
+    default:
+        break;
+    }
+}
+
+void RtfReader::destination(Action action)
+{
+    if (m_states.size() == 1)
+        return; // nobody means the whole document
+    State& current = state();
+    switch (action) {
+    case Action::skip:
+    case Action::skipAttachment:
+        m_skipped = 1;
+        m_skipsAttachment = action == Action::skipAttachment;
+        break;
+    case Action::fontTable:
+        current.destination = Destination::fonts;
+        break;
+    case Action::alternatives:
+        if (current.destination == Destination::text)
+            current.destination = Destination::alternatives;
+        break;
+    case Action::unicodeAlternative:
+        if (current.destination == Destination::alternatives)
+            current.destination = Destination::text;
+        break;
+    default:
+        break;
+    }
+}
+
+void RtfReader::symbol(char symbol)
+{
+    if (symbol == '*') {
+        m_isOptional = true;
+        return;
+    }
+    m_isOptional = false;
+    switch (symbol) {
+    case '\\':
+    case '{':
+    case '}':
+        bytes(std::string_view(&symbol, 1));
+        break;
+    case '~':
+        special(0x00A0);
+        break;
+    case '-':
+        special(0x00AD);
+        break;
+    case '_':
+        special(0x2011);
+        break;
+    case '\t':
+        character('\t');
+        break;
+    case '\r':
+    case '\n':
+        character('\n');
+        break;
+    default:
+        break;
+    }
+}
+
+void RtfReader::bytes(std::string_view bytes)
+{
+    m_isOptional = false;
+    if (std::exchange(m_expectsPlaceholder, false) && bytes.starts_with(placeholder))
+        bytes.remove_prefix(1);
+    const std::size_t left = std::min(bytes.size(), static_cast<std::size_t>(m_fallback));
+    m_fallback -= static_cast<int>(left);
+    bytes.remove_prefix(left);
+    if (state().destination == Destination::fonts)
+        m_fonts.appendName(bytes);
+    else if (isShown() && !bytes.empty() && bytes.front() != '\0')
+        m_text.appendBytes(bytes, codePage());
+}
+
+/// A character that a word or symbol stands for counts as one of what comes after a \u; other words
+/// do not, so that a writer who leaves that out loses no paragraph.
+void RtfReader::special(char32_t special)
+{
+    if (m_fallback > 0)
+        --m_fallback;
+    else
+        character(special);
+}
+
+void RtfReader::character(char32_t character)
+{
+    if (isShown())
+        m_text.appendCharacter(character);
+}
+
+void RtfReader::unicode(int value)
+{
+    m_fallback = state().fallbackLength;
+    if (value < 0)
+        value += 0x10000; // the format has signed numbers of 16 bits
+    if (!isShown() || value == 0)
+        return;
+    const int page = codePage();
+    if (page < 0 && value >= 0xE000 && value <= 0xF8FF)
+        m_text.appendUnit(RtfSymbols::character(static_cast<char16_t>(value), page));
+    else if (value > 0 && value < 0x10000)
+        m_text.appendUnit(static_cast<char16_t>(value));
+    else
+        m_text.appendCharacter(static_cast<char32_t>(value));
+}
+
+bool RtfReader::isShown() const
+{
+    const State& current = m_states.back();
+    return current.destination == Destination::text && !current.isHidden && !current.isDeleted;
+}
+
+int RtfReader::codePage() const
+{
+    const int font = m_states.back().font;
+    const int own = m_fonts.codePage(font == State::noFont ? m_defaultFont : font);
+    return own != 0 ? own : m_documentCodePage;
+}
