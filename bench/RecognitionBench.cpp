@@ -1,0 +1,152 @@
+// Measures the recognition of text on screenshots, against Tesseract's own program.
+
+#include "OCR.h"
+#include "RecognitionPage.h"
+#include "ResultRow.h"
+#include "WordAccuracy.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+struct Reading
+{
+    double accuracy; // 0 to 1
+    double seconds;
+};
+
+template <typename Read>
+Reading measure(Read read)
+{
+    static const std::vector<std::string> words = RecognitionPage::words();
+    QElapsedTimer timer;
+    timer.start();
+    const std::string text = read();
+    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    return {WordAccuracy::of(text, words), seconds};
+}
+
+/// The whole run of the program; with one thread where `isSingle`, else as it comes.
+std::string runProgram(const QString& program, const QString& file, bool isSingle)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("OMP_THREAD_LIMIT"));
+    if (isSingle)
+        environment.insert(QStringLiteral("OMP_THREAD_LIMIT"), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, {file, QStringLiteral("stdout")});
+    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+        throw std::runtime_error("tesseract has failed.");
+    return process.readAllStandardOutput().toStdString();
+}
+
+struct Readings
+{
+    Reading ours;
+    std::optional<Reading> theirs;
+    std::optional<Reading> theirsSingle;
+};
+
+Readings readingsOf(const QImage& page, const QString& program)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("page.png"));
+    if (!page.save(file))
+        throw std::runtime_error("The page could not be saved.");
+    Readings result{
+        measure([&] { return OCR::recognize(std::filesystem::path(file.toStdString())); }), {}, {}};
+    if (!program.isEmpty()) {
+        result.theirs = measure([&] { return runProgram(program, file, false); });
+        result.theirsSingle = measure([&] { return runProgram(program, file, true); });
+    }
+    return result;
+}
+
+std::string percent(double share)
+{
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(2) << share * 100 << " %";
+    return text.str();
+}
+
+std::string seconds(double value)
+{
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(2) << value << " s";
+    return text.str();
+}
+
+void printRows(const std::string& name, double target, const Readings& readings)
+{
+    const Reading& ours = readings.ours;
+    const std::string what = "recognition, " + name;
+    ResultRow::print(what, percent(ours.accuracy), ">= " + percent(target),
+                     ours.accuracy >= target);
+    if (!readings.theirs || !readings.theirsSingle) {
+        ResultRow::print(what, seconds(ours.seconds));
+        return;
+    }
+    const Reading& theirs = *readings.theirs;
+    const Reading& single = *readings.theirsSingle;
+    ResultRow::print(what + ", against tesseract", percent(ours.accuracy),
+                     ">= " + percent(theirs.accuracy), ours.accuracy >= theirs.accuracy);
+    ResultRow::print(what, seconds(ours.seconds), "< " + seconds(theirs.seconds) + " (tesseract)",
+                     ours.seconds < theirs.seconds);
+    ResultRow::print("tesseract with one thread, " + name,
+                     percent(single.accuracy) + ", " + seconds(single.seconds));
+}
+
+struct Font
+{
+    const char* name;
+    const char* family;
+};
+
+void measureAll(const QString& program)
+{
+    constexpr Font fonts[] = {
+        {"sans", "DejaVu Sans"}, {"serif", "DejaVu Serif"}, {"mono", "DejaVu Sans Mono"}};
+    for (const Font& font : fonts) {
+        for (const int pixelSize : {11, 12, 13}) {
+            for (const bool isDark : {false, true}) {
+                const std::string name = std::string(font.name) + ' ' + std::to_string(pixelSize) +
+                                         " px, " + (isDark ? "dark" : "light");
+                const double target = pixelSize == 11 ? 0.985 : 0.99;
+                const QImage page =
+                    RecognitionPage::render({QString::fromLatin1(font.family), pixelSize, isDark});
+                printRows(name, target, readingsOf(page, program));
+            }
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    const QString program = QStandardPaths::findExecutable(QStringLiteral("tesseract"));
+    if (program.isEmpty())
+        ResultRow::print("tesseract", "no such program on the search path");
+    try {
+        measureAll(program);
+    } catch (const std::exception& error) {
+        std::cerr << "recognition-bench: " << error.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

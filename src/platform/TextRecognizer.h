@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Recognises printed text in a picture, at the most accurate level the system offers, in English
+/// and the user's language. An object is used by one thread at a time.
+class TextRecognizer
+{
+public:
+    /// A picture in shades of grey, 0 being black; not owned.
+    struct GreyImage
+    {
+        const std::uint8_t* pixels;
+        int width;            // pixels
+        int height;           // pixels
+        std::size_t rowBytes; // from the start of one row to that of the next
+    };
+
+    virtual ~TextRecognizer() = default;
+
+    /// The best reading of every line of text, in reading order, valid UTF-8; a line the recogniser
+    /// has no reading for is an empty string. Throws std::runtime_error with a sentence for the
+    /// user when recognising fails. Blocks, for seconds with a full page.
+    virtual std::vector<std::string> lines(const GreyImage& image) = 0;
+
+    /// The system's recogniser. Throws std::runtime_error with a sentence for the user when it is
+    /// not installed.
+    static std::unique_ptr<TextRecognizer> create();
+
+protected:
+    TextRecognizer() = default;
+    TextRecognizer(const TextRecognizer&) = default;
+    TextRecognizer& operator=(const TextRecognizer&) = default;
+};

@@ -1,0 +1,137 @@
+#include "TextPicture.h"
+
+#include "GreyScaling.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <vector>
+
+namespace TextPicture {
+
+namespace {
+
+/// The longest side that Tesseract takes, less the margin.
+constexpr int mostSide = 32767 - 64;
+
+/// In pixels. Larger photographs are shrunk to this, which their letters bear; time and memory grow
+/// with it.
+constexpr double mostPixels = 100e6;
+
+/// In pixels, after enlarging: a screen of 3840 by 2160 twice its size.
+constexpr double mostEnlargedPixels = 36e6;
+
+/// Letters that touch the edge are often lost; a margin as wide as small letters keeps them.
+constexpr int margin = 10;
+
+/// Up to this height of its letters (the median of all, mostly without ascender) text is small:
+/// that of fonts of about 18 pixels. Twice the size makes none of the larger ones more accurate.
+constexpr int smallLetter = 10;
+
+Picture checked(Pix* picture)
+{
+    if (picture == nullptr)
+        throw std::bad_alloc();
+    return Picture(picture);
+}
+
+Picture copied(const TextRecognizer::GreyImage& image)
+{
+    Picture picture = checked(pixCreateNoInit(image.width, image.height, 8));
+    l_uint32* line = pixGetData(picture.get());
+    const std::uint8_t* row = image.pixels;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x)
+            SET_DATA_BYTE(line, x, row[x]);
+        line += pixGetWpl(picture.get());
+        row += image.rowBytes;
+    }
+    return picture;
+}
+
+/// The heights of what could be letters, black in `binary`: not specks, rules, frames, pictures.
+std::vector<int> letterHeights(Pix* binary)
+{
+    constexpr int least = 4;
+    constexpr int most = 200;
+    constexpr int mostWidths = 10; // letters of small text touch each other
+    std::vector<int> heights;
+    Boxa* boxes = pixConnCompBB(binary, 8);
+    for (int i = 0; i < boxaGetCount(boxes); ++i) {
+        int width = 0;
+        int height = 0;
+        boxaGetBoxGeometry(boxes, i, nullptr, nullptr, &width, &height);
+        if (height >= least && height <= most && width <= mostWidths * height)
+            heights.push_back(height);
+    }
+    boxaDestroy(&boxes);
+    return heights;
+}
+
+int median(std::vector<int> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+bool isOneShade(Pix* picture)
+{
+    int darkest = 0;
+    int lightest = 0;
+    pixGetExtremeValue(picture, 1, L_SELECT_MIN, nullptr, nullptr, nullptr, &darkest);
+    pixGetExtremeValue(picture, 1, L_SELECT_MAX, nullptr, nullptr, nullptr, &lightest);
+    return darkest == lightest;
+}
+
+/// Where the dark half of the shades ends and the light one begins, and the mean of the lighter.
+struct Shades
+{
+    int threshold;
+    int light;
+};
+
+Shades shades(Pix* picture)
+{
+    Shades result{128, 255};
+    int dark = 0;
+    pixSplitDistributionFgBg(picture, 0, 1, &result.threshold, &dark, &result.light, nullptr);
+    return result;
+}
+
+Picture enlarged(Picture picture)
+{
+    constexpr double leastFactor = 1.2; // less only blurs
+    const double width = pixGetWidth(picture.get());
+    const double height = pixGetHeight(picture.get());
+    const double factor = std::min({2.0, mostSide / std::max(width, height),
+                                    std::sqrt(mostEnlargedPixels / (width * height))});
+    if (factor < leastFactor)
+        return picture;
+    return checked(GreyScaling::enlarged(picture.get(), factor).release());
+}
+
+} // namespace
+
+Picture prepared(const TextRecognizer::GreyImage& image)
+{
+    Picture picture = checked(GreyScaling::limited(copied(image), mostSide, mostPixels).release());
+    if (isOneShade(picture.get()))
+        return nullptr;
+    Picture binary = checked(pixThresholdToBinary(picture.get(), shades(picture.get()).threshold));
+    std::vector<int> heights = letterHeights(binary.get());
+    pixInvert(binary.get(), binary.get());
+    std::vector<int> lightHeights = letterHeights(binary.get());
+    binary.reset();
+    // Whichever is the text has more pieces: of the other there are only the holes in letters.
+    if (lightHeights.size() > heights.size()) {
+        heights.swap(lightHeights);
+        pixInvert(picture.get(), picture.get());
+    }
+    if (!heights.empty() && median(std::move(heights)) <= smallLetter)
+        picture = enlarged(std::move(picture));
+    return checked(
+        pixAddBorder(picture.get(), margin, static_cast<l_uint32>(shades(picture.get()).light)));
+}
+
+} // namespace TextPicture

@@ -1,0 +1,72 @@
+#include "ImageFile.h"
+
+#include "AppError.h"
+#include "HeifImage.h"
+#include "RegularFile.h"
+
+#include <QFile>
+#include <QImageReader>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace ImageFile {
+
+namespace {
+
+constexpr std::int64_t mostPixels = 256'000'000;
+
+/// By their content; WebP because the web serves it under the other names. Formats that can refer
+/// to other files, such as SVG, are none of these.
+constexpr std::array formats = {"png", "jpeg", "jpg", "tiff", "tif", "gif", "bmp", "webp"};
+
+/// What Qt allocates at most. It belongs to the whole process, so it is set once.
+void raiseAllocationLimit()
+{
+    constexpr int mostMegabytes = 1024; // 2^20 bytes each
+    [[maybe_unused]] static const bool isRaised = [] {
+        QImageReader::setAllocationLimit(mostMegabytes);
+        return true;
+    }();
+}
+
+QImage readWithQt(QIODevice& device)
+{
+    raiseAllocationLimit();
+    const QByteArray format = QImageReader::imageFormat(&device);
+    if (std::find(formats.begin(), formats.end(), format) == formats.end())
+        return {};
+    QImageReader reader(&device, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (size.isEmpty() || std::int64_t{size.width()} * size.height() > mostPixels)
+        return {};
+    return reader.read();
+}
+
+QImage read(const RegularFile& file)
+{
+    QFile device;
+    if (!device.open(file.descriptor(), QIODevice::ReadOnly))
+        return {};
+    constexpr qint64 beginningBytes = 64;
+    if (!HeifImage::isOne(device.peek(beginningBytes).toStdString()))
+        return readWithQt(device);
+    const std::optional<std::string> bytes = file.bytes();
+    return bytes ? HeifImage::decoded(*bytes, mostPixels) : QImage();
+}
+
+} // namespace
+
+QImage load(const std::filesystem::path& path)
+{
+    const std::optional<RegularFile> file = RegularFile::open(path);
+    QImage image = file ? read(*file) : QImage();
+    if (image.isNull())
+        throw AppError("Could not read the image.");
+    return image;
+}
+
+} // namespace ImageFile

@@ -1,0 +1,117 @@
+#include "AppError.h"
+#include "Characters.h"
+#include "DocumentReader.h"
+#include "OCR.h"
+#include "RegularFile.h"
+#include "TextRecognizer.h"
+#include "WhiteSpace.h"
+
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QPdfDocument>
+#include <QPdfSelection>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <optional>
+
+namespace DocumentReader {
+
+namespace {
+
+/// Fewer characters than this on all pages together are a scanner's stamp, not the text.
+constexpr std::size_t leastTextLayer = 41;
+constexpr int mostRecognizedPages = 15;
+constexpr double pixelsPerPoint = 2;
+constexpr double mostPixels = 50e6; // a poster of the size A0 has 32 million
+
+/// The text of a page as it should read: line ends become line feeds, and the marks go that stand
+/// for hyphens at line ends, as well as what is no text in any encoding.
+std::string tidied(QString text)
+{
+    constexpr char16_t hyphenMark = 0xFFFE;
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(u'\r', u'\n');
+    text.removeIf([](QChar character) { return character.isNull() || character == hyphenMark; });
+    return text.toStdString(); // which replaces lone surrogates
+}
+
+std::string textLayer(QPdfDocument& document)
+{
+    std::string text;
+    for (int page = 0; page < document.pageCount(); ++page) {
+        if (page > 0)
+            text += '\n';
+        text += tidied(document.getAllText(page).text());
+    }
+    return text;
+}
+
+/// In pixels, with no more than `mostPixels` in all: a page may be said to be kilometres wide, or
+/// less than a pixel.
+QSize renderedSize(QSizeF points)
+{
+    const double width = points.width() * pixelsPerPoint;
+    const double height = points.height() * pixelsPerPoint;
+    if (!std::isfinite(width * height))
+        return {};
+    const double shrink = std::min(1.0, std::sqrt(mostPixels / (width * height)));
+    const auto pixels = [shrink](double length) {
+        return static_cast<int>(std::lround(std::clamp(length * shrink, 0.0, mostPixels)));
+    };
+    return {pixels(width), pixels(height)};
+}
+
+/// The page on white paper; a null image where it cannot be drawn.
+QImage rendered(QPdfDocument& document, int page)
+{
+    const QSize size = renderedSize(document.pagePointSize(page));
+    QImage image = size.isEmpty() ? QImage() : document.render(page, size);
+    if (!image.isNull()) {
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        painter.fillRect(image.rect(), Qt::white);
+    }
+    return image;
+}
+
+std::string recognizedText(QPdfDocument& document)
+{
+    std::unique_ptr<TextRecognizer> recognizer;
+    std::optional<std::string> text;
+    const int pages = std::min(document.pageCount(), mostRecognizedPages);
+    for (int page = 0; page < pages; ++page) {
+        const QImage image = rendered(document, page);
+        if (image.isNull())
+            continue;
+        if (!recognizer)
+            recognizer = TextRecognizer::create();
+        const std::string pageText = OCR::recognize(image, *recognizer);
+        text = text ? *text + "\n\n" + pageText : pageText;
+    }
+    return text.value_or("");
+}
+
+} // namespace
+
+std::string readPDF(const std::filesystem::path& file)
+{
+    const std::optional<RegularFile> content = RegularFile::open(file);
+    QFile device;
+    QPdfDocument document;
+    if (content && device.open(content->descriptor(), QIODevice::ReadOnly))
+        document.load(&device);
+    // One bad page makes the status an error, but the others are there all the same.
+    if (document.status() != QPdfDocument::Status::Ready && document.pageCount() == 0)
+        throw AppError("Could not open the PDF.");
+
+    const std::string text = textLayer(document);
+    const std::string_view trimmed = WhiteSpace::trimmed(text);
+    if (Characters::prefix(trimmed, leastTextLayer).characters == leastTextLayer)
+        return std::string(trimmed);
+    return recognizedText(document);
+}
+
+} // namespace DocumentReader

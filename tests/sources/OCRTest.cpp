@@ -1,0 +1,157 @@
+#include "OCR.h"
+
+#include "AppError.h"
+#include "EnvironmentVariable.h"
+#include "RecordingTextRecognizer.h"
+#include "TextImage.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QStringList harbour = {QStringLiteral("The ferry leaves at 9:20."),
+                             QStringLiteral("Mind the third step.")};
+const std::string harbourText = "The ferry leaves at 9:20.\nMind the third step.";
+
+int shadeAt(const QImage& image, int x, int y)
+{
+    return image.constScanLine(y)[x];
+}
+
+/// `ink` on nothing: a bar across a transparent picture of 90 by 90 pixels.
+QImage barOnNothing(QColor ink)
+{
+    QImage image(90, 90, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    for (int y = 40; y < 50; ++y) {
+        for (int x = 10; x < 80; ++x)
+            image.setPixelColor(x, y, ink);
+    }
+    return image;
+}
+
+QImage seen(const QImage& image)
+{
+    RecordingTextRecognizer recognizer;
+    OCR::recognize(image, recognizer);
+    return recognizer.images.size() == 1 ? recognizer.images[0] : QImage();
+}
+
+TEST(OCRTest, LinesAreJoinedInTheirOrderAndEmptyOnesLeftOut)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.answer = {"", "second", "", "", "first", " third ", ""};
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour), recognizer), "second\nfirst\n third ");
+    recognizer.answer = {"", ""};
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour), recognizer), "");
+    recognizer.answer = {};
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour), recognizer), "");
+}
+
+TEST(OCRTest, TheErrorOfTheRecognizerPassesThrough)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.error = "The recogniser is tired.";
+    try {
+        OCR::recognize(TextImage::render(harbour), recognizer);
+        FAIL();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "The recogniser is tired.");
+    }
+}
+
+TEST(OCRTest, APictureOfNothingHasNoText)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.answer = {"text"};
+    EXPECT_EQ(OCR::recognize(QImage(), recognizer), "");
+    EXPECT_TRUE(recognizer.images.empty());
+}
+
+TEST(OCRTest, ColoursBecomeShadesOfGreyInEveryFormat)
+{
+    QImage image(67, 3, QImage::Format_RGB32); // a width whose rows are padded in most formats
+    image.fill(Qt::white);
+    image.setPixelColor(1, 2, Qt::black);
+    for (const QImage::Format format :
+         {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_RGB16, QImage::Format_RGB888,
+          QImage::Format_RGB32, QImage::Format_ARGB32, QImage::Format_RGBA8888_Premultiplied,
+          QImage::Format_RGBA64, QImage::Format_Grayscale8, QImage::Format_Grayscale16}) {
+        const QImage grey = seen(image.convertToFormat(format));
+        ASSERT_EQ(grey.size(), image.size()) << format;
+        EXPECT_EQ(shadeAt(grey, 1, 2), 0) << format;
+        EXPECT_EQ(shadeAt(grey, 2, 2), 255) << format;
+        EXPECT_EQ(shadeAt(grey, 66, 0), 255) << format;
+    }
+}
+
+TEST(OCRTest, DarkContentOnNothingGetsALightGround)
+{
+    for (const QColor ink : {QColor(Qt::black), QColor(100, 0, 0), QColor(0, 0, 255)}) {
+        const QImage grey = seen(barOnNothing(ink));
+        EXPECT_EQ(shadeAt(grey, 0, 0), 255);
+        EXPECT_LT(shadeAt(grey, 45, 45), 128);
+    }
+}
+
+TEST(OCRTest, LightContentOnNothingGetsADarkGround)
+{
+    for (const QColor ink : {QColor(Qt::white), QColor(255, 255, 0), QColor(255, 255, 255, 150)}) {
+        const QImage grey = seen(barOnNothing(ink));
+        EXPECT_EQ(shadeAt(grey, 0, 0), 0);
+        EXPECT_GT(shadeAt(grey, 45, 45), 128);
+    }
+}
+
+TEST(OCRTest, ALightPageWithTransparentCornersKeepsItsGround)
+{
+    QImage image(90, 90, QImage::Format_ARGB32);
+    image.fill(Qt::white);
+    image.setPixelColor(0, 0, Qt::transparent);
+    EXPECT_EQ(shadeAt(seen(image), 0, 0), 255);
+}
+
+TEST(OCRTest, HalfTransparentContentIsMixedWithItsGround)
+{
+    EXPECT_NEAR(shadeAt(seen(barOnNothing(QColor(0, 0, 0, 51))), 45, 45), 204, 1);
+}
+
+TEST(OCRTest, TheTextInAPictureIsRead)
+{
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour)), harbourText);
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour, {.ground = Qt::transparent})), harbourText);
+    EXPECT_EQ(
+        OCR::recognize(TextImage::render(harbour, {.ink = Qt::white, .ground = Qt::transparent})),
+        harbourText);
+}
+
+TEST(OCRTest, TheTextInAPictureFileIsRead)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("line\nfeed \U0001F4F7.png"));
+    ASSERT_TRUE(TextImage::render(harbour).save(file));
+    EXPECT_EQ(OCR::recognize(std::filesystem::path(file.toStdString())), harbourText);
+}
+
+TEST(OCRTest, AFileThatIsNoPictureIsRefusedBeforeRecognisingIsTried)
+{
+    const QTemporaryDir folder;
+    const EnvironmentVariable noData("TESSDATA_PREFIX", folder.path().toUtf8());
+    try {
+        OCR::recognize(std::filesystem::path(folder.path().toStdString()) / "missing.png");
+        FAIL();
+    } catch (const AppError& error) {
+        EXPECT_EQ(error.message(), "Could not read the image.");
+    }
+}
+
+TEST(OCRTest, ARecognizerThatIsNotInstalledIsTheRecognizersError)
+{
+    const QTemporaryDir folder;
+    const EnvironmentVariable noData("TESSDATA_PREFIX", folder.path().toUtf8());
+    EXPECT_THROW(OCR::recognize(TextImage::render(harbour)), std::runtime_error);
+}
+
+} // namespace

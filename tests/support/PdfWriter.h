@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QImage;
+
+/// Writes PDF documents, good ones and, with the functions that take raw PDF, bad ones.
+class PdfWriter
+{
+public:
+    /// A page with `content`, a stream of drawing operators; /F1 is Helvetica. Sizes in points.
+    void addPage(std::string_view content, std::string_view size = "612 792");
+
+    /// A page of Latin-1 lines below each other.
+    void addTextPage(const std::vector<std::string>& lines);
+
+    /// A scanned page: nothing but `image`, at two pixels a point.
+    void addScannedPage(const QImage& image);
+
+    /// A page that is the object `page`, whatever that is.
+    void addRawPage(std::string_view page);
+
+    /// Lets the text layer read `character` as `utf16`, in hexadecimal digits.
+    void readCharacterAs(char character, std::string_view utf16);
+
+    /// Puts `entries` into the trailer.
+    void addToTrailer(std::string_view entries);
+
+    /// The operators that show one line of Latin-1 text where the page is at.
+    static std::string shown(std::string_view line);
+
+    std::string bytes() const;
+
+private:
+    using Object = std::string;
+
+    std::size_t add(Object object);
+    static Object stream(std::string_view dictionary, std::string_view data);
+    static std::string reference(std::size_t number);
+    Object characterMap() const;
+
+    std::vector<Object> m_objects; // the first of them is number firstNumber
+    std::string m_kids;
+    std::size_t m_pages = 0;
+    std::string m_readings;
+    std::size_t m_readingCount = 0;
+    std::string m_trailer;
+};
