@@ -4,6 +4,7 @@
 
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace Utf8 {
@@ -27,7 +28,10 @@ bool isValid(std::string_view bytes)
 static std::string fromLatin1(std::string_view bytes)
 {
     std::string text;
-    text.reserve(bytes.size() + bytes.size() / 2);
+    const auto longer = std::count_if(bytes.begin(), bytes.end(), [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0x80) != 0;
+    });
+    text.reserve(bytes.size() + static_cast<std::size_t>(longer));
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
         if (code < 0x80) {

@@ -22,8 +22,6 @@ public:
     void finish(std::string_view answer);
 
 private:
-    void write(std::string_view text);
-
     std::FILE& m_stream;
     bool m_isLive;
     std::size_t m_printed = 0; // bytes of the answer, from its first visible one

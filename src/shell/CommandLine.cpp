@@ -3,6 +3,7 @@
 #include "AppError.h"
 #include "ModelCommand.h"
 #include "PlanCommand.h"
+#include "ReadCommand.h"
 #include "SummarizeCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -51,13 +52,21 @@ void addChoice(CLI::App& command, const std::string& option, Value& value,
     command.add_option_function<std::string>(option, choose, description)->type_name(names);
 }
 
+void addSource(CLI::App& command, std::string& source)
+{
+    command
+        .add_option("SOURCE", source,
+                    "A file (text, PDF, Word, rich text, picture), a web address with its http:// "
+                    "or https://, or - for standard input")
+        ->required()
+        ->type_name("");
+}
+
 void addRequest(CLI::App& command, SummaryRequest& request)
 {
     addChoice(command, "--mode", request.mode, modes, "Shape of the summary (default: bullets)");
     addChoice(command, "--length", request.length, lengths, "How much of it (default: balanced)");
-    command.add_option("SOURCE", request.source, "A text file, or - for standard input")
-        ->required()
-        ->type_name("");
+    addSource(command, request.source);
 }
 
 /// The commands; what parsing chose is in `action`.
@@ -76,6 +85,7 @@ struct Commands
             return 0;
         };
         addSummarize();
+        addRead();
         addPlan();
         addModel();
         addVersion(app);
@@ -102,6 +112,13 @@ private:
                         "standin-model is no language\nmodel: it spells a fixed text whatever the "
                         "source.");
         command->callback([this] { action = [this] { return SummarizeCommand::run(request); }; });
+    }
+
+    void addRead()
+    {
+        CLI::App* command = app.add_subcommand("read", "Print the text that would be summarised");
+        addSource(*command, request.source);
+        command->callback([this] { action = [this] { return ReadCommand::run(request.source); }; });
     }
 
     void addPlan()

@@ -1,32 +1,73 @@
 #include "SourceText.h"
 
 #include "AppError.h"
+#include "DocumentReader.h"
+#include "LibraryMessages.h"
 #include "PlainText.h"
+#include "WebPage.h"
 #include "WhiteSpace.h"
 
 #include <filesystem>
 
 namespace SourceText {
 
-static std::string readUnchecked(const std::string& source)
+namespace {
+
+/// What a source is, and what messages call it.
+struct Source
+{
+    enum class Kind { standardInput, page, file };
+
+    Kind kind;
+    std::string label;
+    std::filesystem::path file = {};
+};
+
+/// Without the slash behind a folder's name, with which it has no extension.
+std::filesystem::path withoutSlash(const std::filesystem::path& path)
+{
+    return path.has_filename() ? path : path.parent_path();
+}
+
+Source recognised(const std::string& source)
 {
     if (source == "-")
-        return PlainText::read(*stdin);
+        return {Source::Kind::standardInput, "standard input"};
     std::error_code ignored;
-    if (std::filesystem::symlink_status(source, ignored).type() ==
-        std::filesystem::file_type::not_found)
+    const std::filesystem::file_type type = std::filesystem::symlink_status(source, ignored).type();
+    // none: the system cannot tell, such as of a name that is too long for one.
+    const bool namesFile =
+        type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none;
+    if (!namesFile && source.find("://") != std::string::npos)
+        return {Source::Kind::page, source};
+    if (type == std::filesystem::file_type::not_found)
         throw AppError("There is no file named " + source + ".");
-    return PlainText::read(std::filesystem::path(source));
+    const std::filesystem::path file = withoutSlash(source);
+    return {Source::Kind::file, file.filename().string(), file};
 }
+
+std::string textOf(const Source& source)
+{
+    switch (source.kind) {
+    case Source::Kind::standardInput:
+        return PlainText::read(*stdin);
+    case Source::Kind::page:
+        return WebPage::read(source.label);
+    case Source::Kind::file:
+        break;
+    }
+    const LibraryMessages quiet;
+    return DocumentReader::read(source.file);
+}
+
+} // namespace
 
 std::string read(const std::string& source)
 {
-    std::string text = readUnchecked(source);
-    if (WhiteSpace::trimmed(text).empty()) {
-        const std::string label =
-            source == "-" ? "standard input" : std::filesystem::path(source).filename().string();
-        throw AppError("No text found in " + label + ".");
-    }
+    const Source recognisedSource = recognised(source);
+    std::string text = textOf(recognisedSource);
+    if (WhiteSpace::trimmed(text).empty())
+        throw AppError("No text found in " + recognisedSource.label + ".");
     return text;
 }
 

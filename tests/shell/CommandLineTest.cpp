@@ -36,7 +36,7 @@ TEST_F(CommandLineTest, HelpAndVersionAreEverywhere)
 {
     EXPECT_EQ(run({"--version"}).output, "pithwise " PITHWISE_VERSION "\n");
     for (const QStringList& command :
-         {QStringList{}, {"summarize"}, {"plan"}, {"model"}, {"model", "download"}}) {
+         {QStringList{}, {"read"}, {"summarize"}, {"plan"}, {"model"}, {"model", "download"}}) {
         const Result help = run(command + QStringList("--help"));
         EXPECT_EQ(help.status, 0);
         EXPECT_TRUE(contains(help.output, "Usage: "));
@@ -56,12 +56,15 @@ TEST_F(CommandLineTest, WrongUsageIsAnsweredWithTheUsageLine)
     for (const QStringList& arguments : {QStringList{"unknown"},
                                          {"summarize"},
                                          {"plan"},
+                                         {"read"},
                                          {"model"},
                                          {"model", "remove"},
                                          {"plan", "--mode", "poem", "x"},
                                          {"plan", "--mode", "0", "x"},
                                          {"plan", "--length", "long", "x"},
                                          {"plan", "a", "b"},
+                                         {"read", "a", "b"},
+                                         {"read", "--mode", "tldr", "a"},
                                          {"summarize", "--colour", "x"}}) {
         const Result result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();

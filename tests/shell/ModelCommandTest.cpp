@@ -56,6 +56,15 @@ TEST_F(ModelCommandTest, SummarizingWithoutAModelDownloadsItFirst)
     EXPECT_EQ(m_server.requests().size(), 1U);
 }
 
+TEST_F(ModelCommandTest, SummarizingAPageWithoutAModelFetchesBoth)
+{
+    m_server.setAnswer("/model", {.body = largeModel("It works.")});
+    m_server.setAnswer("/page", {.body = "<p>" + QByteArray(100, 'x') + "</p>"});
+    const Result result = run({"summarize", m_server.url("/page").toString()});
+    EXPECT_EQ(result.output, "It works.\n");
+    EXPECT_EQ(result.status, 0);
+}
+
 TEST_F(ModelCommandTest, DownloadingReplacesADamagedFile)
 {
     ASSERT_TRUE(QDir().mkpath(modelFolder()));
