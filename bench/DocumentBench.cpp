@@ -2,6 +2,7 @@
 
 #include "DocumentReader.h"
 #include "DocumentSamples.h"
+#include "Figure.h"
 #include "ResultRow.h"
 
 #include <QGuiApplication>
@@ -24,26 +25,6 @@ namespace {
 
 constexpr int rounds = 9;
 constexpr double megabyte = 1e6;
-
-std::string fixed(double value, int decimals)
-{
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
-    return buffer.data();
-}
-
-double seconds(const std::function<void()>& action)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + rounds / 2, values.end());
-    return values[rounds / 2];
-}
 
 /// Reads a document and makes sure that there was something to read.
 void read(const std::filesystem::path& file)
@@ -77,22 +58,24 @@ void comparePdf(const std::filesystem::path& folder)
     std::vector<double> ours;
     std::vector<double> theirs;
     for (int round = 0; round < rounds; ++round) {
-        ours.push_back(seconds([&file] { read(file); }));
-        theirs.push_back(seconds([&file] { runPdftotext(file); }));
+        ours.push_back(Figure::seconds([&file] { read(file); }));
+        theirs.push_back(Figure::seconds([&file] { runPdftotext(file); }));
     }
-    const double ratio = median(ours) / median(theirs);
-    ResultRow::print("PDF of 200 pages", fixed(median(ours) * 1e3, 0) + " ms");
-    ResultRow::print("pdftotext, PDF of 200 pages", fixed(median(theirs) * 1e3, 0) + " ms");
-    ResultRow::print("PDF / pdftotext", fixed(ratio, 2), "<= 2", ratio <= mostRatio);
+    const double ratio = Figure::median(ours) / Figure::median(theirs);
+    ResultRow::print("PDF of 200 pages", Figure::fixed(Figure::median(ours) * 1e3, 0) + " ms");
+    ResultRow::print("pdftotext, PDF of 200 pages",
+                     Figure::fixed(Figure::median(theirs) * 1e3, 0) + " ms");
+    ResultRow::print("PDF / pdftotext", Figure::fixed(ratio, 2), "<= 2", ratio <= mostRatio);
 }
 
 void measureRate(std::string_view what, const std::filesystem::path& file, std::size_t bytes)
 {
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round)
-        times.push_back(seconds([&file] { read(file); }));
-    ResultRow::print(what,
-                     fixed(static_cast<double>(bytes) / median(times) / megabyte, 0) + " MB/s");
+        times.push_back(Figure::seconds([&file] { read(file); }));
+    ResultRow::print(
+        what,
+        Figure::fixed(static_cast<double>(bytes) / Figure::median(times) / megabyte, 0) + " MB/s");
 }
 
 /// The peak of a process that does `action`, in bytes.
@@ -122,7 +105,7 @@ void measureMemory(const std::filesystem::path& folder)
         const double after = peakMemory([&file] { read(file); });
         const double times = (after - before) / static_cast<double>(bytes);
         ResultRow::print(isLatin1 ? "memory for 100 MB of Latin-1" : "memory for 100 MB of UTF-8",
-                         fixed(times, 2) + " x", "<= 4 x", times <= mostTimes);
+                         Figure::fixed(times, 2) + " x", "<= 4 x", times <= mostTimes);
     }
 }
 

@@ -1,6 +1,7 @@
 // Compares LlamaEngine with llama.cpp's own llama-bench, and measures how soon it can be cancelled.
 
 #include "EngineRun.h"
+#include "Figure.h"
 #include "LlamaBench.h"
 #include "LlamaEngine.h"
 #include "ResultRow.h"
@@ -26,13 +27,6 @@ struct Options
     std::size_t cancels = 20; // a phase
 };
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
 /// One speed of the engine and of llama-bench, over all rounds.
 struct Comparison
 {
@@ -43,21 +37,15 @@ struct Comparison
     void print() const
     {
         constexpr double leastRatio = 0.98;
-        const double speed = median(engine);
-        ResultRow::print("engine, " + what, format("%.1f tokens/s", speed));
+        const double speed = Figure::median(engine);
+        ResultRow::print("engine, " + what, Figure::fixed(speed, 1) + " tokens/s");
         if (llamaBench.empty())
             return;
-        const double ratio = speed / median(llamaBench);
-        ResultRow::print("llama-bench, " + what, format("%.1f tokens/s", median(llamaBench)));
-        ResultRow::print("engine / llama-bench, " + what, format("%.3f", ratio), ">= 0.98",
+        const double ratio = speed / Figure::median(llamaBench);
+        ResultRow::print("llama-bench, " + what,
+                         Figure::fixed(Figure::median(llamaBench), 1) + " tokens/s");
+        ResultRow::print("engine / llama-bench, " + what, Figure::fixed(ratio, 3), ">= 0.98",
                          ratio >= leastRatio);
-    }
-
-    static std::string format(const char* form, double value)
-    {
-        std::array<char, 64> buffer{};
-        std::snprintf(buffer.data(), buffer.size(), form, value);
-        return buffer.data();
     }
 };
 
@@ -73,7 +61,7 @@ public:
     {
         compareSpeeds();
         printLatency("evaluating a prompt", m_prompt, Phase::evaluatesPrompt,
-                     m_prompt.tokens / median(m_promptSpeed.engine));
+                     m_prompt.tokens / Figure::median(m_promptSpeed.engine));
         // How long the prompt was hardly matters to the evaluation of one token.
         constexpr int shortPrompt = 128;
         constexpr double generatingSeconds = 2;
@@ -119,7 +107,7 @@ private:
         const double longest = *std::max_element(latencies.begin(), latencies.end());
         ResultRow::print("cancel while " + what + ", longest of " +
                              std::to_string(latencies.size()),
-                         Comparison::format("%.3f s", longest), "<= 0.1 s", longest <= mostSeconds);
+                         Figure::fixed(longest, 3) + " s", "<= 0.1 s", longest <= mostSeconds);
     }
 
     Options m_options;

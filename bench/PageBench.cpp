@@ -1,35 +1,22 @@
+#include "Figure.h"
 #include "HTMLText.h"
 #include "ResultRow.h"
 #include "SamplePage.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
 #include <string>
+#include <vector>
 
 namespace {
 
 /// Seconds that reducing `page` takes, the median of five after one to warm up.
-double seconds(const std::string& page)
+double reducing(const std::string& page)
 {
-    using Clock = std::chrono::steady_clock;
-    std::array<double, 5> times{};
-    static_cast<void>(HTMLText::readerText(page));
-    for (double& time : times) {
-        const auto begin = Clock::now();
-        static_cast<void>(HTMLText::readerText(page));
-        time = std::chrono::duration<double>(Clock::now() - begin).count();
-    }
-    std::sort(times.begin(), times.end());
-    return times[2];
-}
-
-std::string formatted(const char* format, double value)
-{
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), format, value);
-    return buffer.data();
+    const auto reduce = [&page] { static_cast<void>(HTMLText::readerText(page)); };
+    reduce();
+    std::vector<double> times;
+    for (int round = 0; round < 5; ++round)
+        times.push_back(Figure::seconds(reduce));
+    return Figure::median(times);
 }
 
 } // namespace
@@ -39,14 +26,14 @@ int main()
 {
     for (const std::size_t kilobytes : {200, 2000}) {
         const std::string page = SamplePage::news(kilobytes * 1000);
-        const double rate = static_cast<double>(page.size()) / 1e6 / seconds(page);
+        const double rate = static_cast<double>(page.size()) / 1e6 / reducing(page);
         ResultRow::print("readerText, news page of " + std::to_string(kilobytes) + " KB",
-                         formatted("%.1f MB/s", rate), ">= 30 MB/s", rate >= 30);
+                         Figure::fixed(rate, 1) + " MB/s", ">= 30 MB/s", rate >= 30);
     }
     for (const SamplePage::Hostile& kind : SamplePage::hostileKinds()) {
-        const double time = seconds(SamplePage::hostile(kind, 2'000'000));
-        ResultRow::print("readerText, 2 MB of " + std::string(kind.name), formatted("%.3f s", time),
-                         "< 0.1 s", time < 0.1);
+        const double time = reducing(SamplePage::hostile(kind, 2'000'000));
+        ResultRow::print("readerText, 2 MB of " + std::string(kind.name),
+                         Figure::fixed(time, 3) + " s", "< 0.1 s", time < 0.1);
     }
     return 0;
 }

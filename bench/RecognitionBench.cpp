@@ -1,21 +1,17 @@
 // Measures the recognition of text on screenshots, against Tesseract's own program.
 
+#include "Figure.h"
 #include "OCR.h"
 #include "RecognitionPage.h"
 #include "ResultRow.h"
 #include "WordAccuracy.h"
 
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include <algorithm>
-#include <cmath>
-#include <iomanip>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -30,10 +26,8 @@ template <typename Read>
 Reading measure(Read read)
 {
     static const std::vector<std::string> words = RecognitionPage::words();
-    QElapsedTimer timer;
-    timer.start();
-    const std::string text = read();
-    const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+    std::string text;
+    const double seconds = Figure::seconds([&] { text = read(); });
     return {WordAccuracy::of(text, words), seconds};
 }
 
@@ -77,16 +71,12 @@ Readings readingsOf(const QImage& page, const QString& program)
 
 std::string percent(double share)
 {
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(2) << share * 100 << " %";
-    return text.str();
+    return Figure::fixed(share * 100, 2) + " %";
 }
 
 std::string seconds(double value)
 {
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(2) << value << " s";
-    return text.str();
+    return Figure::fixed(value, 2) + " s";
 }
 
 void printRows(const std::string& name, double target, const Readings& readings)
@@ -96,14 +86,15 @@ void printRows(const std::string& name, double target, const Readings& readings)
     ResultRow::print(what, percent(ours.accuracy), ">= " + percent(target),
                      ours.accuracy >= target);
     if (!readings.theirs || !readings.theirsSingle) {
-        ResultRow::print(what, seconds(ours.seconds));
+        ResultRow::print(what + ", time", seconds(ours.seconds));
         return;
     }
     const Reading& theirs = *readings.theirs;
     const Reading& single = *readings.theirsSingle;
     ResultRow::print(what + ", against tesseract", percent(ours.accuracy),
                      ">= " + percent(theirs.accuracy), ours.accuracy >= theirs.accuracy);
-    ResultRow::print(what, seconds(ours.seconds), "< " + seconds(theirs.seconds) + " (tesseract)",
+    ResultRow::print(what + ", time", seconds(ours.seconds),
+                     "< " + seconds(theirs.seconds) + " (tesseract)",
                      ours.seconds < theirs.seconds);
     ResultRow::print("tesseract with one thread, " + name,
                      percent(single.accuracy) + ", " + seconds(single.seconds));

@@ -1,5 +1,6 @@
 #include "TextReport.h"
 
+#include "Figure.h"
 #include "ResultRow.h"
 
 #include <algorithm>
@@ -15,13 +16,6 @@ static std::optional<int> targetRate(std::string_view step, SampleText::Kind kin
     if (step == "together" && kind == SampleText::Kind::mixedScripts)
         return 50;
     return std::nullopt;
-}
-
-static std::string fixed(double value, int decimals)
-{
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
-    return buffer.data();
 }
 
 std::string TextReport::benchmarkName(std::string_view step, SampleText::Kind kind, int megabytes)
@@ -59,7 +53,8 @@ void TextReport::printRow(std::string_view step, SampleText::Kind kind) const
     }
     std::string what(step);
     what.append(", ").append(SampleText::name(kind));
-    ResultRow::print(
-        what, fixed(small, 0) + " and " + fixed(large, 0) + " MB/s, " + fixed(growth, 1) + " x",
-        target, isMet);
+    ResultRow::print(what,
+                     Figure::fixed(small, 0) + " and " + Figure::fixed(large, 0) + " MB/s, " +
+                         Figure::fixed(growth, 1) + " x",
+                     target, isMet);
 }

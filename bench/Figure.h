@@ -1,0 +1,38 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+/// What all benchmarks make of their measurements.
+namespace Figure {
+
+/// `value` with so many decimals.
+inline std::string fixed(double value, int decimals)
+{
+    std::array<char, 64> buffer{};
+    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
+    return buffer.data();
+}
+
+/// Requires: there are values.
+inline double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+/// The time that `action` takes.
+template <typename Action>
+double seconds(Action action)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+} // namespace Figure
