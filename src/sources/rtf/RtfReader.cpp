@@ -258,8 +258,14 @@ void RtfReader::unicode(int value)
     if (!isShown() || value == 0)
         return;
     const int page = codePage();
+    // What is written here only a font of symbols can show. Writers use them for the marks of
+    // lists, where some forget to name the font.
+    const bool isSymbol = value > 0xF020 && value <= 0xF0FF;
     if (page < 0 && value >= 0xE000 && value <= 0xF8FF)
         m_text.appendUnit(RtfSymbols::character(static_cast<char16_t>(value), page));
+    else if (isSymbol)
+        m_text.appendUnit(
+            RtfSymbols::character(static_cast<char16_t>(value), RtfCodePage::dingbats));
     else if (value > 0 && value < 0x10000)
         m_text.appendUnit(static_cast<char16_t>(value));
     else
