@@ -14,6 +14,9 @@
 /// much at most.
 static constexpr qint64 portionSize = 8 << 10;
 
+/// Between the network and us; more waits in the sender, so that an endless body takes no memory.
+static constexpr qint64 readBufferSize = 64 << 10;
+
 static constexpr int maximumRedirects = 20;
 
 static QNetworkRequest requestOf(const QUrl& address, std::chrono::milliseconds timeout)
@@ -26,6 +29,8 @@ static QNetworkRequest requestOf(const QUrl& address, std::chrono::milliseconds 
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     request.setRawHeader("Accept-Encoding", PageBody::acceptedEncodings);
+    // Over HTTP/2 Qt ignores the size of the read buffer.
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     return request;
 }
 
@@ -95,6 +100,7 @@ void PageTransfer::begin(std::coroutine_handle<> waiting)
 void PageTransfer::request()
 {
     m_reply = m_network->get(requestOf(m_address, m_timeout));
+    m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &PageTransfer::proceed);
     connect(m_reply, &QNetworkReply::finished, this, &PageTransfer::proceed);
 }
