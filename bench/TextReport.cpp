@@ -4,8 +4,6 @@
 #include "ResultRow.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <optional>
 
 /// The rate that the whole text base must reach, in MB/s.
@@ -42,8 +40,12 @@ void TextReport::printRow(std::string_view step, SampleText::Kind kind) const
 {
     constexpr double megabyte = 1e6;
     constexpr double mostGrowth = 12;
-    const double small = m_rates.at(benchmarkName(step, kind, 1)) / megabyte;
-    const double large = m_rates.at(benchmarkName(step, kind, 10)) / megabyte;
+    const auto smallRate = m_rates.find(benchmarkName(step, kind, 1));
+    const auto largeRate = m_rates.find(benchmarkName(step, kind, 10));
+    if (smallRate == m_rates.end() || largeRate == m_rates.end())
+        return; // left out by the user's filter
+    const double small = smallRate->second / megabyte;
+    const double large = largeRate->second / megabyte;
     const double growth = 10 * small / large;
     std::string target = "<= 12 x";
     bool isMet = growth <= mostGrowth;

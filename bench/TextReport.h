@@ -19,8 +19,8 @@ public:
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
 
-    /// One row: the rates of `step` at 1 MB and at 10 MB, and how many times 1 MB the 10 MB cost.
-    /// Requires: its benchmarks have run.
+    /// One row: the rates of `step` at 1 MB and at 10 MB, and how many times 1 MB the 10 MB cost;
+    /// nothing where one of the two has not run.
     void printRow(std::string_view step, SampleText::Kind kind) const;
 
 private:
