@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "AppError.h"
+#include "Interrupted.h"
 #include "ModelCommand.h"
 #include "PlanCommand.h"
 #include "ReadCommand.h"
@@ -31,11 +32,14 @@ const Choices<SummaryMode> modes = {{"bullets", SummaryMode::bullets},
 const Choices<SummaryLength> lengths = {{"brief", SummaryLength::brief},
                                         {"balanced", SummaryLength::balanced},
                                         {"detailed", SummaryLength::detailed}};
+const Choices<ScreenGrab::Kind> captures = {{"window", ScreenGrab::Kind::window},
+                                            {"screen", ScreenGrab::Kind::screen},
+                                            {"selection", ScreenGrab::Kind::selection}};
 
 /// An option that takes one of the names in `choices`.
-template <typename Value>
-void addChoice(CLI::App& command, const std::string& option, Value& value,
-               const Choices<Value>& choices, const std::string& description)
+template <typename Target, typename Value>
+CLI::Option* addChoice(CLI::App& command, const std::string& option, Target& value,
+                       const Choices<Value>& choices, const std::string& description)
 {
     std::string names;
     for (const auto& [name, unused] : choices)
@@ -49,24 +53,33 @@ void addChoice(CLI::App& command, const std::string& option, Value& value,
         }
         throw CLI::ValidationError(chosen + " is not one of " + names + ".");
     };
-    command.add_option_function<std::string>(option, choose, description)->type_name(names);
+    return command.add_option_function<std::string>(option, choose, description)->type_name(names);
 }
 
-void addSource(CLI::App& command, std::string& source)
+/// What the text to work on comes from.
+void addSource(CLI::App& command, SummaryRequest& request)
 {
-    command
-        .add_option("SOURCE", source,
-                    "A file (text, PDF, Word, rich text, picture), a web address with its http:// "
-                    "or https://, or - for standard input")
-        ->required()
-        ->type_name("");
+    CLI::Option* source =
+        command
+            .add_option("SOURCE", request.source,
+                        "A file (text, PDF, Word, rich text, picture), a web address with its "
+                        "http:// or https://, or - for standard input")
+            ->type_name("");
+    CLI::Option* capture =
+        addChoice(command, "--capture", request.capture, captures,
+                  "Instead of SOURCE, read the front window, the screen or a part of it");
+    capture->excludes(source);
+    command.parse_complete_callback([source, capture] {
+        if (source->count() + capture->count() == 0)
+            throw CLI::RequiredError("SOURCE");
+    });
 }
 
 void addRequest(CLI::App& command, SummaryRequest& request)
 {
     addChoice(command, "--mode", request.mode, modes, "Shape of the summary (default: bullets)");
     addChoice(command, "--length", request.length, lengths, "How much of it (default: balanced)");
-    addSource(command, request.source);
+    addSource(command, request);
 }
 
 /// The commands; what parsing chose is in `action`.
@@ -117,8 +130,8 @@ private:
     void addRead()
     {
         CLI::App* command = app.add_subcommand("read", "Print the text that would be summarised");
-        addSource(*command, request.source);
-        command->callback([this] { action = [this] { return ReadCommand::run(request.source); }; });
+        addSource(*command, request);
+        command->callback([this] { action = [this] { return ReadCommand::run(request); }; });
     }
 
     void addPlan()
@@ -164,6 +177,8 @@ int runAction(const std::function<int()>& action)
 {
     try {
         return action();
+    } catch (const Interrupted& interrupted) {
+        return interrupted.exitStatus;
     } catch (const AppError& error) {
         printError(error.message());
     } catch (const std::bad_alloc&) {

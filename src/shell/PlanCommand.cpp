@@ -33,7 +33,7 @@ std::string plan(const std::string& text, SummaryMode mode, SummaryLength length
 
 int run(const SummaryRequest& request)
 {
-    const std::string text = SourceText::read(request.source);
+    const std::string text = SourceText::read(request);
     AnswerPrinter(*stdout).finish(plan(text, request.mode, request.length));
     return 0;
 }

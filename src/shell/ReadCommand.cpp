@@ -5,9 +5,9 @@
 
 namespace ReadCommand {
 
-int run(const std::string& source)
+int run(const SummaryRequest& request)
 {
-    const std::string text = SourceText::read(source);
+    const std::string text = SourceText::read(request);
     TextOutput::write(*stdout, text);
     if (!text.ends_with('\n'))
         TextOutput::write(*stdout, "\n");

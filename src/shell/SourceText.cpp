@@ -1,6 +1,7 @@
 #include "SourceText.h"
 
 #include "AppError.h"
+#include "CaptureSource.h"
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
 #include "PlainText.h"
@@ -69,6 +70,11 @@ std::string read(const std::string& source)
     if (WhiteSpace::trimmed(text).empty())
         throw AppError("No text found in " + recognisedSource.label + ".");
     return text;
+}
+
+std::string read(const SummaryRequest& request)
+{
+    return request.capture ? CaptureSource::read(*request.capture) : read(request.source);
 }
 
 } // namespace SourceText

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "SummaryRequest.h"
+
 #include <string>
 
 /// What the argument SOURCE of a command stands for.
@@ -10,5 +12,8 @@ namespace SourceText {
 /// errors of the system and the network. Blocks. An interrupt while a page is on its way ends the
 /// process. Main thread, and no QCoreApplication may be there.
 std::string read(const std::string& source);
+
+/// The same of the source that `request` names. Throws also what CaptureSource does.
+std::string read(const SummaryRequest& request);
 
 } // namespace SourceText

@@ -23,7 +23,7 @@ static Pithwise::Generate engineOn(const std::filesystem::path& chosen)
 
 int run(const SummaryRequest& request)
 {
-    const std::string text = SourceText::read(request.source);
+    const std::string text = SourceText::read(request);
     std::error_code ignored;
     if (request.model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored)) {
         if (const int status = ModelCommand::download(); status != 0)

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "ScreenGrab.h"
 #include "SummaryLength.h"
 #include "SummaryMode.h"
 
+#include <optional>
 #include <string>
 
 /// What `summarize` and `plan` are asked for on the command line.
 struct SummaryRequest
 {
-    std::string source;
+    std::string source; // of a file; unless `capture` is there
+    std::optional<ScreenGrab::Kind> capture;
     std::string model; // a file's path; empty for the downloaded one
     SummaryMode mode = SummaryMode::bullets;
     SummaryLength length = SummaryLength::balanced;

@@ -1,0 +1,63 @@
+#include "PngFile.h"
+
+#include "FileDescriptor.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace PngFile {
+
+namespace {
+
+[[noreturn]] void fail(const std::string& cause)
+{
+    throw std::runtime_error("The screenshot could not be written: " + cause + ".");
+}
+
+QByteArray encoded(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImageWriter writer(&buffer, "png");
+    writer.setQuality(80); // zlib's fastest level: the file lives for a second
+    if (!writer.write(image))
+        fail(writer.errorString().toStdString());
+    return bytes;
+}
+
+/// The error's number, or 0.
+int writeAll(int descriptor, const QByteArray& bytes)
+{
+    for (qsizetype written = 0; written < bytes.size();) {
+        const ssize_t count = ::write(descriptor, bytes.constData() + written,
+                                      static_cast<std::size_t>(bytes.size() - written));
+        if (count < 0 && errno != EINTR)
+            return errno;
+        written += std::max<ssize_t>(count, 0);
+    }
+    return 0;
+}
+
+} // namespace
+
+void write(const QImage& image, const std::filesystem::path& file)
+{
+    const QByteArray bytes = encoded(image);
+    const FileDescriptor descriptor(
+        ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (descriptor.value() < 0)
+        fail(std::generic_category().message(errno));
+    if (const int error = writeAll(descriptor.value(), bytes); error != 0) {
+        ::unlink(file.c_str());
+        fail(std::generic_category().message(error));
+    }
+}
+
+} // namespace PngFile

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "X11Connection.h"
+
+/// Keeps pointer and keyboard from every other program, with crosshairs for a pointer. The focus
+/// stays where it is.
+class X11InputGrab
+{
+public:
+    /// The connection is kept.
+    explicit X11InputGrab(const X11Connection& connection);
+    ~X11InputGrab();
+    X11InputGrab(const X11InputGrab&) = delete;
+    X11InputGrab& operator=(const X11InputGrab&) = delete;
+
+    /// Waits for a second where another program has them. False when that was in vain, or something
+    /// can be read from `cancelDescriptor`.
+    bool take(int cancelDescriptor) const;
+
+private:
+    bool takeKeyboard() const;
+    bool takePointer() const;
+
+    xcb_connection_t* m_connection;
+    xcb_window_t m_root; // which is always there to be grabbed on
+    xcb_cursor_t m_cursor;
+};

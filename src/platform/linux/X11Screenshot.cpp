@@ -1,0 +1,91 @@
+#include "X11Screenshot.h"
+
+#include "PngFile.h"
+#include "X11Drawable.h"
+#include "X11SelectionOverlay.h"
+
+#include <sys/eventfd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace {
+
+QRect screenArea(const X11Connection& connection)
+{
+    return {0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels};
+}
+
+std::optional<QImage> readScreen(const X11Connection& connection)
+{
+    return X11Drawable::read(connection, connection.screen().root, screenArea(connection));
+}
+
+/// The part of `area`, in the coordinates of `window`, that lies on the screen.
+QRect onScreen(const X11Connection& connection, xcb_window_t window, const QRect& area)
+{
+    const X11Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        connection.get(),
+        xcb_translate_coordinates(connection.get(), window, connection.screen().root, 0, 0),
+        nullptr));
+    if (!origin)
+        return {};
+    return area & screenArea(connection).translated(-origin->dst_x, -origin->dst_y);
+}
+
+std::optional<QImage> readWindow(const X11Connection& connection, xcb_window_t window)
+{
+    const auto question =
+        X11Drawable::askArea(connection, window, X11Drawable::shadowAtom(connection));
+    const std::optional<QRect> area = X11Drawable::area(connection, question);
+    if (!area)
+        return std::nullopt;
+    // Where a compositor runs, the window is whole even beyond the screen's edge or below others.
+    if (std::optional<QImage> image = X11Drawable::read(connection, window, *area))
+        return image;
+    return X11Drawable::read(connection, window, onScreen(connection, window, *area));
+}
+
+bool writeTo(const std::filesystem::path& file, const std::optional<QImage>& image)
+{
+    if (image)
+        PngFile::write(*image, file);
+    return image.has_value();
+}
+
+} // namespace
+
+X11Screenshot::X11Screenshot() : m_cancel(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    if (m_cancel.value() < 0)
+        throw std::system_error(errno, std::generic_category(), "Screenshot");
+}
+
+bool X11Screenshot::takeScreen(const std::filesystem::path& file)
+{
+    const std::optional<X11Connection> connection = X11Connection::open();
+    return connection && writeTo(file, readScreen(*connection));
+}
+
+bool X11Screenshot::takeWindow(std::uint32_t id, const std::filesystem::path& file)
+{
+    const std::optional<X11Connection> connection = X11Connection::open();
+    return connection && writeTo(file, readWindow(*connection, id));
+}
+
+bool X11Screenshot::takeSelection(const std::filesystem::path& file)
+{
+    std::optional<QImage> selected;
+    if (const std::optional<X11Connection> connection = X11Connection::open()) {
+        if (const std::optional<QImage> screen = readScreen(*connection))
+            selected = X11SelectionOverlay::select(*connection, *screen, m_cancel.value());
+    }
+    ::eventfd_t count = 0;
+    ::eventfd_read(m_cancel.value(), &count); // a wish counts once
+    return writeTo(file, selected);
+}
+
+void X11Screenshot::cancelSelection()
+{
+    ::eventfd_write(m_cancel.value(), 1);
+}

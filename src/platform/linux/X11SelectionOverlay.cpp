@@ -1,0 +1,130 @@
+#include "X11SelectionOverlay.h"
+
+#include "X11InputGrab.h"
+#include "X11SelectionPicture.h"
+
+#include <poll.h>
+#include <xcb/xcb_keysyms.h>
+
+#include <array>
+#include <atomic>
+
+namespace X11SelectionOverlay {
+
+namespace {
+
+constexpr xcb_keysym_t escapeKey = 0xFF1B;
+
+struct FreeSymbols
+{
+    void operator()(xcb_key_symbols_t* symbols) const { xcb_key_symbols_free(symbols); }
+};
+using Symbols = std::unique_ptr<xcb_key_symbols_t, FreeSymbols>;
+
+template <typename Event>
+QPoint position(const Event& event)
+{
+    return {event.root_x, event.root_y};
+}
+
+void follow(SelectionGesture& gesture, xcb_generic_event_t& event, const Symbols& symbols)
+{
+    switch (event.response_type) { // those sent by other programs have one bit more
+    case 0:                        // an error: without the picture nobody would know what goes on
+        gesture.cancel();
+        break;
+    case XCB_KEY_PRESS: {
+        auto& key = reinterpret_cast<xcb_key_press_event_t&>(event);
+        if (xcb_key_press_lookup_keysym(symbols.get(), &key, 0) == escapeKey)
+            gesture.cancel();
+        break;
+    }
+    case XCB_BUTTON_PRESS: {
+        const auto& press = reinterpret_cast<xcb_button_press_event_t&>(event);
+        gesture.press(press.detail, position(press));
+        break;
+    }
+    case XCB_MOTION_NOTIFY:
+        gesture.move(position(reinterpret_cast<xcb_motion_notify_event_t&>(event)));
+        break;
+    case XCB_BUTTON_RELEASE: {
+        const auto& release = reinterpret_cast<xcb_button_release_event_t&>(event);
+        gesture.release(release.detail, position(release));
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+/// Whether there is something to read from the server, rather than a wish to cancel or an error.
+bool waitForServer(xcb_connection_t* connection, int cancelDescriptor)
+{
+    if (xcb_connection_has_error(connection) != 0)
+        return false;
+    std::array<pollfd, 2> sources = {
+        {{xcb_get_file_descriptor(connection), POLLIN, 0}, {cancelDescriptor, POLLIN, 0}}};
+    ::poll(sources.data(), sources.size(), -1);
+    return sources[1].revents == 0;
+}
+
+/// Follows the user until they have chosen or cancelled.
+QRect followUser(xcb_connection_t* connection, X11SelectionPicture& picture, int cancelDescriptor)
+{
+    using State = SelectionGesture::State;
+    const Symbols symbols(xcb_key_symbols_alloc(connection));
+    SelectionGesture gesture;
+    while (gesture.state() == State::waiting || gesture.state() == State::dragging) {
+        X11Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection));
+        if (!event) {
+            // However many events there were, the picture changes once.
+            picture.update(gesture);
+            event.reset(xcb_poll_for_queued_event(connection)); // read while that was sent
+        }
+        if (event)
+            follow(gesture, *event, symbols);
+        else if (!waitForServer(connection, cancelDescriptor))
+            gesture.cancel();
+    }
+    return gesture.state() == State::chosen ? gesture.rectangle() : QRect();
+}
+
+/// One a process; there is one pointer.
+std::atomic_flag isUnderWay;
+
+class Turn
+{
+public:
+    Turn() : m_isOurs(!isUnderWay.test_and_set()) {}
+    ~Turn()
+    {
+        if (m_isOurs)
+            isUnderWay.clear();
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    bool isOurs() const { return m_isOurs; }
+
+private:
+    bool m_isOurs;
+};
+
+} // namespace
+
+std::optional<QImage> select(const X11Connection& connection, const QImage& screen,
+                             int cancelDescriptor)
+{
+    const Turn turn;
+    if (!turn.isOurs())
+        return std::nullopt;
+    X11SelectionPicture picture(connection, screen);
+    const X11InputGrab grab(connection);
+    if (!grab.take(cancelDescriptor))
+        return std::nullopt;
+    picture.show();
+    const QRect chosen = followUser(connection.get(), picture, cancelDescriptor) & screen.rect();
+    return chosen.isEmpty() ? std::nullopt : std::optional(screen.copy(chosen));
+}
+
+} // namespace X11SelectionOverlay

@@ -1,0 +1,182 @@
+#include "X11WindowList.h"
+
+#include "X11Connection.h"
+#include "X11Drawable.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// More than any desktop has; lists without end would be an attack.
+constexpr std::uint32_t mostListed = 65'536;
+constexpr std::size_t mostWindows = 4'096;
+constexpr std::uint32_t mostAtoms = 64; // of types or states of a window
+constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
+
+struct Atoms
+{
+    explicit Atoms(const X11Connection& connection)
+        : type(connection.atom("_NET_WM_WINDOW_TYPE")),
+          normal(connection.atom("_NET_WM_WINDOW_TYPE_NORMAL")),
+          dialog(connection.atom("_NET_WM_WINDOW_TYPE_DIALOG")),
+          utility(connection.atom("_NET_WM_WINDOW_TYPE_UTILITY")),
+          desktopType(connection.atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
+          others{connection.atom("_NET_WM_WINDOW_TYPE_DOCK"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_SPLASH"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_TOOLBAR"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_MENU"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_TOOLTIP"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_COMBO"),
+                 connection.atom("_NET_WM_WINDOW_TYPE_DND")},
+          state(connection.atom("_NET_WM_STATE")),
+          hidden(connection.atom("_NET_WM_STATE_HIDDEN")),
+          above(connection.atom("_NET_WM_STATE_ABOVE")),
+          below(connection.atom("_NET_WM_STATE_BELOW")),
+          workspace(connection.atom("_NET_WM_DESKTOP")),
+          opacity(connection.atom("_NET_WM_WINDOW_OPACITY")),
+          owner(connection.atom("_NET_WM_PID")),
+          shadow(X11Drawable::shadowAtom(connection))
+    {}
+
+    xcb_atom_t type, normal, dialog, utility, desktopType;
+    std::vector<xcb_atom_t> others; // types that stay above ordinary windows
+    xcb_atom_t state, hidden, above, below;
+    xcb_atom_t workspace, opacity, owner, shadow;
+};
+
+bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value)
+{
+    return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+int layer(const std::vector<std::uint32_t>& types, const std::vector<std::uint32_t>& states,
+          const Atoms& atoms)
+{
+    // A window names its types in the order of preference; those that nobody knows are passed over.
+    for (const xcb_atom_t type : types) {
+        if (type == atoms.normal || type == atoms.dialog || type == atoms.utility)
+            break;
+        if (type == atoms.desktopType)
+            return -1;
+        if (contains(atoms.others, type))
+            return 1;
+    }
+    return contains(states, atoms.above) ? 1 : contains(states, atoms.below) ? -1 : 0;
+}
+
+/// The questions about one window, all asked before the first answer is waited for.
+struct Questions
+{
+    xcb_get_window_attributes_cookie_t attributes;
+    xcb_translate_coordinates_cookie_t position;
+    X11Drawable::AreaQuestion area;
+    xcb_get_property_cookie_t types, states, workspace, opacity, owner;
+
+    Questions(const X11Connection& connection, xcb_window_t window, const Atoms& atoms)
+        : attributes(xcb_get_window_attributes(connection.get(), window)),
+          position(
+              xcb_translate_coordinates(connection.get(), window, connection.screen().root, 0, 0)),
+          area(X11Drawable::askArea(connection, window, atoms.shadow)),
+          types(connection.request(window, atoms.type, mostAtoms)),
+          states(connection.request(window, atoms.state, mostAtoms)),
+          workspace(connection.request(window, atoms.workspace, 1)),
+          opacity(connection.request(window, atoms.opacity, 1)),
+          owner(connection.request(window, atoms.owner, 1))
+    {}
+};
+
+class Reader
+{
+public:
+    explicit Reader(const X11Connection& connection)
+        : m_connection(connection),
+          m_atoms(connection),
+          m_workspace(first(connection.request(connection.screen().root,
+                                               connection.atom("_NET_CURRENT_DESKTOP"), 1))),
+          m_pixelsPerPoint(connection.pixelsPerPoint()),
+          m_screen(0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels)
+    {}
+
+    /// Those of `ids` that are on screen, in the same order.
+    std::vector<WindowList::Window> read(const std::vector<xcb_window_t>& ids) const
+    {
+        std::vector<Questions> questions;
+        for (const xcb_window_t id : ids)
+            questions.emplace_back(m_connection, id, m_atoms);
+        std::vector<WindowList::Window> windows;
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            if (const auto window = answer(ids[i], questions[i]))
+                windows.push_back(*window);
+        }
+        return windows;
+    }
+
+private:
+    std::optional<std::uint32_t> first(xcb_get_property_cookie_t request) const
+    {
+        const std::vector<std::uint32_t> values = m_connection.values(request);
+        return values.empty() ? std::nullopt : std::optional(values.front());
+    }
+
+    /// Takes every answer, so that none is left over in the connection.
+    std::optional<WindowList::Window> answer(xcb_window_t id, const Questions& questions) const
+    {
+        const X11Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(m_connection.get(), questions.attributes, nullptr));
+        const X11Reply<xcb_translate_coordinates_reply_t> position(
+            xcb_translate_coordinates_reply(m_connection.get(), questions.position, nullptr));
+        const std::optional<QRect> area = X11Drawable::area(m_connection, questions.area);
+        const auto types = m_connection.values(questions.types);
+        const auto states = m_connection.values(questions.states);
+        const auto workspace = first(questions.workspace);
+        const auto opacity = first(questions.opacity);
+        const auto owner = first(questions.owner);
+        // Some window managers keep mapped what they do not show.
+        const bool isElsewhere =
+            workspace && m_workspace && *workspace != everyWorkspace && *workspace != *m_workspace;
+        if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || isElsewhere ||
+            contains(states, m_atoms.hidden) || !position || !area ||
+            !m_screen.intersects(area->translated(position->dst_x, position->dst_y)))
+            return std::nullopt;
+        WindowList::Window window;
+        window.id = id;
+        window.layer = layer(types, states, m_atoms);
+        if (owner && *owner <= std::numeric_limits<pid_t>::max())
+            window.owner = static_cast<pid_t>(*owner);
+        window.opacity = opacity ? *opacity / double{0xFFFFFFFF} : 1;
+        window.width = area->width() / m_pixelsPerPoint;
+        window.height = area->height() / m_pixelsPerPoint;
+        return window;
+    }
+
+    const X11Connection& m_connection;
+    Atoms m_atoms;
+    std::optional<std::uint32_t> m_workspace;
+    double m_pixelsPerPoint;
+    QRect m_screen;
+};
+
+} // namespace
+
+std::vector<WindowList::Window> X11WindowList::windows()
+{
+    const std::optional<X11Connection> connection = X11Connection::open();
+    if (!connection)
+        return {};
+    const auto list = [&connection](const char* property) {
+        return connection->values(
+            connection->request(connection->screen().root, connection->atom(property), mostListed));
+    };
+    std::vector<xcb_window_t> ids = list("_NET_CLIENT_LIST_STACKING"); // the lowest first
+    // Xfce's window manager tells no order before it changes for the first time: until then it is
+    // that of the windows' coming.
+    if (ids.empty())
+        ids = list("_NET_CLIENT_LIST");
+    std::reverse(ids.begin(), ids.end());
+    ids.resize(std::min(ids.size(), mostWindows));
+    return Reader(*connection).read(ids);
+}

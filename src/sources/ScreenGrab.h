@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+class ScreenPermission;
+class Screenshot;
+class WindowList;
+
+/// The text that can be read on the screen.
+namespace ScreenGrab {
+
+enum class Kind {
+    window, // the frontmost ordinary window of another application
+    screen,
+    selection // a rectangle that the user drags out
+};
+
+/// What a capture is made with; not owned.
+struct Tools
+{
+    WindowList& windowList;
+    Screenshot& screenshot;
+    ScreenPermission& permission;
+    /// The text in an image file; throws where it cannot be had.
+    std::function<std::string(const std::filesystem::path&)> recognize;
+};
+
+/// The window that a capture of `Kind::window` would take; nothing where there is none. Any thread.
+std::optional<std::uint32_t> frontWindowID();
+std::optional<std::uint32_t> frontWindowID(WindowList& windowList);
+
+/// Takes a picture and returns the text in it, which may be empty. Throws AppError where there is
+/// no picture, and what Screenshot and OCR throw. Leaves no file behind. Blocks, for seconds with a
+/// full page and for as long as the user selects; any thread.
+std::string captureText(Kind kind);
+std::string captureText(Kind kind, const Tools& tools);
+
+} // namespace ScreenGrab
