@@ -68,9 +68,17 @@ void addSource(CLI::App& command, SummaryRequest& request)
     CLI::Option* capture =
         addChoice(command, "--capture", request.capture, captures,
                   "Instead of SOURCE, read the front window, the screen or a part of it");
+    CLI::Option* selection = command.add_flag_callback(
+        "--selection", [&request] { request.desktop = DesktopSource::Kind::selection; },
+        "Instead of SOURCE, the text selected in the application in front");
+    CLI::Option* clipboard = command.add_flag_callback(
+        "--clipboard", [&request] { request.desktop = DesktopSource::Kind::clipboard; },
+        "Instead of SOURCE, the text on the clipboard");
     capture->excludes(source);
-    command.parse_complete_callback([source, capture] {
-        if (source->count() + capture->count() == 0)
+    selection->excludes(source)->excludes(capture)->excludes(clipboard);
+    clipboard->excludes(source)->excludes(capture);
+    command.parse_complete_callback([source, capture, selection, clipboard] {
+        if (source->count() + capture->count() + selection->count() + clipboard->count() == 0)
             throw CLI::RequiredError("SOURCE");
     });
 }

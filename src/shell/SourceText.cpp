@@ -2,6 +2,7 @@
 
 #include "AppError.h"
 #include "CaptureSource.h"
+#include "DesktopSource.h"
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
 #include "PlainText.h"
@@ -74,7 +75,9 @@ std::string read(const std::string& source)
 
 std::string read(const SummaryRequest& request)
 {
-    return request.capture ? CaptureSource::read(*request.capture) : read(request.source);
+    if (request.capture)
+        return CaptureSource::read(*request.capture);
+    return request.desktop ? DesktopSource::read(*request.desktop) : read(request.source);
 }
 
 } // namespace SourceText

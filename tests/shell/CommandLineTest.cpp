@@ -65,6 +65,9 @@ TEST_F(CommandLineTest, WrongUsageIsAnsweredWithTheUsageLine)
                                          {"plan", "a", "b"},
                                          {"read", "a", "b"},
                                          {"read", "--mode", "tldr", "a"},
+                                         {"plan", "--selection", "a"},
+                                         {"plan", "--clipboard", "a"},
+                                         {"plan", "--clipboard", "--selection"},
                                          {"summarize", "--colour", "x"}}) {
         const Result result = run(arguments);
         EXPECT_EQ(result.status, 2) << arguments.join(' ').toStdString();

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The system's general clipboard. An object may be used by any thread, by one at a time. No call
+/// takes longer than its limit, or 100 milliseconds where there is none, whatever the application
+/// does that owns the clipboard; none throws but for want of memory.
+class Pasteboard
+{
+public:
+    struct Representation
+    {
+        std::string type; // the system's name of it
+        std::string data;
+        std::string form; // how the system lays the data out; for the back end alone
+
+        bool operator==(const Representation&) const = default;
+    };
+    using Item = std::vector<Representation>;
+
+    virtual ~Pasteboard() = default;
+
+    /// A number that is another one after the contents have been replaced, by whomever.
+    virtual std::uint64_t changeCount() = 0;
+
+    /// Everything on the clipboard that carries data, in its order. What cannot be had within
+    /// `limit` is left out; an item of which nothing can be had stays, empty.
+    virtual std::vector<Item> items(std::chrono::milliseconds limit) = 0;
+
+    /// The plain text on the clipboard, if there is any: UTF-8 as the application wrote it, which
+    /// may be invalid.
+    virtual std::optional<std::string> plainText(std::chrono::milliseconds limit) = 0;
+
+    /// Empties the clipboard.
+    virtual void clear() = 0;
+
+    /// Adds `item` to what has been written since clear(). Where contents live in the process that
+    /// wrote them, they last as long as this object.
+    virtual void write(Item item) = 0;
+
+    /// The clipboard of the session the process runs in; one that stays empty where there is none
+    /// that can be reached.
+    static std::unique_ptr<Pasteboard> create();
+
+protected:
+    Pasteboard() = default;
+    Pasteboard(const Pasteboard&) = default;
+    Pasteboard& operator=(const Pasteboard&) = default;
+};

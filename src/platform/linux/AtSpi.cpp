@@ -1,0 +1,256 @@
+#include "AtSpi.h"
+
+#include <QDBusArgument>
+#include <QDBusPendingCall>
+#include <QDBusVariant>
+#include <QFile>
+#include <QMap>
+#include <QStringList>
+
+#include <atomic>
+
+namespace {
+
+const QString registry = QStringLiteral("org.a11y.atspi.Registry");
+const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
+const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
+
+constexpr quint64 isFocused = quint64{1} << 12U;
+constexpr quint64 isShowing = quint64{1} << 25U;
+constexpr int maximumNodes = 5000;     // of an application's tree
+constexpr int maximumSelections = 100; // of one element
+constexpr int maximumFocused = 10;
+
+// Stands in a text for an element with a text of its own, which is not part of the answer.
+constexpr char16_t embeddedObject = u'\xFFFC';
+
+/// Without one, D-Bus libraries start a bus of their own, which nobody else is on.
+bool hasSessionBus()
+{
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
+           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus");
+}
+
+/// What Collection.GetMatches looks for: objects that have the keyboard.
+QVariant focusedRule()
+{
+    enum MatchType { all = 1 };
+    QDBusArgument rule;
+    rule.beginStructure();
+    rule << QList<int>{static_cast<int>(isFocused), 0} << int{all};
+    rule << QMap<QString, QString>() << int{all};
+    rule << QList<int>{} << int{all};
+    rule << QStringList{} << int{all};
+    rule << false;
+    rule.endStructure();
+    return QVariant::fromValue(rule);
+}
+
+} // namespace
+
+AtSpi::~AtSpi()
+{
+    m_bus.reset();
+    if (!m_connectionName.isEmpty())
+        QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+int AtSpi::millisecondsLeft() const
+{
+    return static_cast<int>(
+        std::chrono::ceil<std::chrono::milliseconds>(m_deadline - Clock::now()).count());
+}
+
+QDBusMessage AtSpi::message(const Object& object, const QString& interface, const QString& member,
+                            const QVariantList& arguments) const
+{
+    QDBusMessage request =
+        QDBusMessage::createMethodCall(object.service, object.path, interface, member);
+    request.setArguments(arguments);
+    request.setAutoStartService(false);
+    return request;
+}
+
+/// The answer; nothing upon an error, which from the deadline on every call ends in.
+QVariantList AtSpi::call(const QDBusMessage& request)
+{
+    const int left = millisecondsLeft();
+    if (left <= 0) {
+        m_hasTimedOut = true;
+        return {};
+    }
+    const QDBusMessage answer = m_bus->call(request, QDBus::Block, left);
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return answer.arguments();
+    m_hasTimedOut = m_hasTimedOut || millisecondsLeft() <= 0;
+    return {};
+}
+
+bool AtSpi::connect()
+{
+    if (m_bus && m_bus->isConnected())
+        return true;
+    if (!hasSessionBus())
+        return false;
+    // Connections of our own, so that no other use of D-Bus in the process waits for these calls.
+    static std::atomic<int> number = 0;
+    const QString name = QStringLiteral("pithwise-accessibility-%1").arg(++number);
+    m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name + "-session");
+    const QVariantList answer =
+        call(message({"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress"));
+    m_bus.reset();
+    QDBusConnection::disconnectFromBus(name + "-session");
+    if (answer.isEmpty() || answer[0].toString().isEmpty())
+        return false;
+    if (!m_connectionName.isEmpty())
+        QDBusConnection::disconnectFromBus(m_connectionName);
+    m_connectionName = name;
+    m_bus = QDBusConnection::connectToBus(answer[0].toString(), name);
+    return m_bus->isConnected();
+}
+
+QList<AtSpi::Object> AtSpi::objects(const QVariantList& answer)
+{
+    QList<Object> result;
+    if (answer.isEmpty() || answer[0].userType() != qMetaTypeId<QDBusArgument>())
+        return result;
+    const auto list = answer[0].value<QDBusArgument>();
+    if (list.currentSignature() != "a(so)")
+        return result;
+    list.beginArray();
+    while (!list.atEnd()) {
+        Object object;
+        QDBusObjectPath path;
+        list.beginStructure();
+        list >> object.service >> path;
+        list.endStructure();
+        object.path = path.path();
+        result.append(object);
+    }
+    list.endArray();
+    return result;
+}
+
+QList<AtSpi::Object> AtSpi::children(const Object& parent)
+{
+    return objects(call(message(parent, accessible, "GetChildren")));
+}
+
+/// The root object of the application that runs as `process`.
+std::optional<AtSpi::Object> AtSpi::application(pid_t process)
+{
+    for (const Object& root : children({registry, rootPath})) {
+        const QVariantList answer =
+            call(message({"org.freedesktop.DBus", "/org/freedesktop/DBus"}, "org.freedesktop.DBus",
+                         "GetConnectionUnixProcessID", {root.service}));
+        if (!answer.isEmpty() && answer[0].toUInt() == static_cast<uint>(process))
+            return root;
+    }
+    return std::nullopt;
+}
+
+/// The text selected in `object`: its pieces, a line each, where there are several.
+std::optional<std::string> AtSpi::textOf(const Object& object)
+{
+    const QString interface = "org.a11y.atspi.Text";
+    const QVariantList count = call(message(object, interface, "GetNSelections"));
+    const int selections = count.isEmpty() ? 0 : std::min(count[0].toInt(), maximumSelections);
+    QStringList pieces;
+    for (int i = 0; i < selections; ++i) {
+        const QVariantList range = call(message(object, interface, "GetSelection", {i}));
+        if (range.size() < 2 || range[0].toInt() == range[1].toInt())
+            continue;
+        const QVariantList text =
+            call(message(object, interface, "GetText", {range[0].toInt(), range[1].toInt()}));
+        if (!text.isEmpty())
+            pieces.append(text[0].toString());
+    }
+    const QString whole = pieces.join('\n');
+    // A piece that came after the deadline would be missing.
+    if (m_hasTimedOut || whole.isEmpty() || whole.contains(embeddedObject))
+        return std::nullopt;
+    return whole.toStdString();
+}
+
+/// What has the keyboard, by the application's own search; not every toolkit has one.
+QList<AtSpi::Object> AtSpi::focused(const Object& application)
+{
+    const int canonicalOrder = 1;
+    const bool wholeTree = true;
+    return objects(call(message(application, "org.a11y.atspi.Collection", "GetMatches",
+                                {focusedRule(), uint{canonicalOrder}, maximumFocused, wholeTree})));
+}
+
+AtSpi::States AtSpi::statesOf(const QVariantList& answer)
+{
+    if (answer.isEmpty() || answer[0].userType() != qMetaTypeId<QDBusArgument>())
+        return 0;
+    const auto list = answer[0].value<QDBusArgument>();
+    if (list.currentSignature() != "au")
+        return 0;
+    QList<uint> words;
+    list >> words;
+    words.resize(2);
+    return (States{words[1]} << 32U) | words[0];
+}
+
+/// The states of all `objects`, asked for at once to wait only once.
+QList<AtSpi::States> AtSpi::states(const QList<Object>& objects)
+{
+    QList<QDBusPendingCall> calls;
+    for (const Object& object : objects)
+        calls.append(m_bus->asyncCall(message(object, accessible, "GetState"),
+                                      std::max(1, millisecondsLeft())));
+    QList<States> result;
+    for (QDBusPendingCall& pending : calls) {
+        pending.waitForFinished();
+        result.append(pending.isError() ? 0 : statesOf(pending.reply().arguments()));
+    }
+    m_hasTimedOut = m_hasTimedOut || millisecondsLeft() <= 0;
+    return result;
+}
+
+/// The same by looking at all that is on the screen, from the top.
+std::optional<std::string> AtSpi::textByWalk(const Object& application)
+{
+    QList<Object> parents = {application};
+    int nodes = 0;
+    while (!parents.isEmpty() && !m_hasTimedOut && nodes < maximumNodes) {
+        const QList<Object> level = children(parents.takeLast());
+        const QList<States> levelStates = states(level);
+        nodes += static_cast<int>(level.size());
+        for (qsizetype i = 0; i < level.size(); ++i) {
+            if ((levelStates[i] & isFocused) == 0)
+                continue;
+            if (auto text = textOf(level[i]))
+                return text;
+        }
+        for (qsizetype i = level.size() - 1; i >= 0; --i) {
+            if ((levelStates[i] & isShowing) != 0)
+                parents.append(level[i]);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> AtSpi::textOfFocused(const Object& application)
+{
+    const QList<Object> candidates = focused(application);
+    for (const Object& object : candidates) {
+        if (auto text = textOf(object))
+            return text;
+    }
+    return candidates.isEmpty() ? textByWalk(application) : std::nullopt;
+}
+
+std::optional<std::string> AtSpi::selectedText(pid_t process, std::chrono::milliseconds limit)
+{
+    m_deadline = Clock::now() + limit;
+    m_hasTimedOut = false;
+    if (process <= 0 || !connect())
+        return std::nullopt;
+    const auto root = application(process);
+    if (!root)
+        return std::nullopt;
+    return textOfFocused(*root);
+}

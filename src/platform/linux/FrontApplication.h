@@ -1,0 +1,24 @@
+#pragma once
+
+#include "XcbConnection.h"
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The application whose window has the keyboard on an X11 desktop.
+struct FrontApplication
+{
+    xcb_window_t window;
+    pid_t process;                  // as the application says; 0 if it does not
+    std::vector<std::string> names; // in lower case: of the window's class, and of the process
+
+    /// Nothing where there is none, as on an empty desktop.
+    static std::optional<FrontApplication> find(XcbConnection& connection,
+                                                XcbConnection::Deadline deadline);
+
+    /// Whether a key for "copy" could be one that ends the program which runs in it.
+    bool isTerminal() const;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Pasteboard.h"
+
+/// The clipboard of a session whose own is out of reach: always empty.
+class NullPasteboard : public Pasteboard
+{
+public:
+    std::uint64_t changeCount() override { return 0; }
+    std::vector<Item> items(std::chrono::milliseconds) override { return {}; }
+    std::optional<std::string> plainText(std::chrono::milliseconds) override { return {}; }
+    void clear() override {}
+    void write(Item) override {}
+};

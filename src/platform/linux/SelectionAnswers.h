@@ -1,0 +1,70 @@
+#pragma once
+
+#include "Pasteboard.h"
+#include "XcbConnection.h"
+
+#include <list>
+#include <map>
+#include <memory>
+
+/// Answers other programs' requests for a selection that this program owns, large contents piece by
+/// piece. Requestors may vanish at any time. One thread at a time.
+class SelectionAnswers
+{
+public:
+    /// `connection` outlives this.
+    explicit SelectionAnswers(XcbConnection& connection);
+
+    /// Offers `item` as well; of what is offered twice, the first counts.
+    void add(Pasteboard::Item item);
+    /// Offers nothing any more; transfers that have begun go on.
+    void clear();
+    /// When the selection was acquired, in the X server's time.
+    void setTime(xcb_timestamp_t time) { m_time = time; }
+
+    void answer(const xcb_selection_request_event_t& request);
+    /// Goes on with a transfer in pieces.
+    void propertyChanged(const xcb_property_notify_event_t& notify);
+    void windowDestroyed(xcb_window_t window);
+    /// Ends the transfers that nobody has gone on with.
+    void dropForgotten();
+
+    bool isTransferring() const { return !m_transfers.empty(); }
+
+private:
+    struct Content
+    {
+        xcb_atom_t type;
+        std::uint8_t format;
+        std::string data;
+    };
+    struct Transfer
+    {
+        xcb_window_t requestor;
+        xcb_atom_t property;
+        std::shared_ptr<const Content> content;
+        std::size_t sent;
+        XcbConnection::Deadline deadline;
+    };
+
+    bool put(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
+    bool putTargets(xcb_window_t requestor, xcb_atom_t property);
+    bool putSeveral(xcb_window_t requestor, xcb_atom_t property);
+    bool putContent(xcb_window_t requestor, xcb_atom_t property,
+                    const std::shared_ptr<const Content>& content);
+    void putPiece(Transfer& transfer);
+    void stopWatching(xcb_window_t requestor);
+    xcb_atom_t atom(std::string_view name);
+
+    XcbConnection& m_connection;
+    const xcb_atom_t m_targets;
+    const xcb_atom_t m_timestamp;
+    const xcb_atom_t m_multiple;
+    const xcb_atom_t m_atomPair;
+    const xcb_atom_t m_incr;
+    const std::size_t m_pieceBytes;
+    std::vector<xcb_atom_t> m_order;
+    std::map<xcb_atom_t, std::shared_ptr<const Content>> m_contents;
+    std::list<Transfer> m_transfers;
+    xcb_timestamp_t m_time = XCB_CURRENT_TIME;
+};

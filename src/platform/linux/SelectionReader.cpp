@@ -1,0 +1,128 @@
+#include "SelectionReader.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr std::chrono::milliseconds setupLimit(100);
+
+std::string utf8FromLatin1(std::string_view text)
+{
+    std::string result;
+    for (const char byte : text) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (code < 0x80) {
+            result += byte;
+        } else {
+            result += static_cast<char>(0xC0 | (code >> 6U));
+            result += static_cast<char>(0x80 | (code & 0x3FU));
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+SelectionReader::SelectionReader(XcbConnection& connection)
+    : m_connection(connection),
+      m_property(connection.atom("_PITHWISE_SELECTION", XcbConnection::Clock::now() + setupLimit)),
+      m_incr(connection.atom("INCR", XcbConnection::Clock::now() + setupLimit)),
+      m_window(connection.createWindow())
+{}
+
+xcb_window_t SelectionReader::owner(xcb_atom_t selection, Deadline deadline)
+{
+    const auto answer = m_connection.reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(m_connection.get(), selection), deadline);
+    return answer ? answer->owner : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+/// Whether the owner has put something into the property before the deadline.
+bool SelectionReader::waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Deadline deadline)
+{
+    while (const XcbConnection::Event event = m_connection.nextEvent(deadline)) {
+        if ((event->response_type & 0x7F) != XCB_SELECTION_NOTIFY)
+            continue;
+        const auto& notify = reinterpret_cast<const xcb_selection_notify_event_t&>(*event);
+        if (notify.requestor == m_window && notify.selection == selection &&
+            notify.target == target)
+            return notify.property == m_property;
+    }
+    m_hasStalled = true;
+    return false;
+}
+
+bool SelectionReader::waitForPiece(Deadline deadline)
+{
+    while (const XcbConnection::Event event = m_connection.nextEvent(deadline)) {
+        if ((event->response_type & 0x7F) != XCB_PROPERTY_NOTIFY)
+            continue;
+        const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
+        if (notify.window == m_window && notify.atom == m_property &&
+            notify.state == XCB_PROPERTY_NEW_VALUE)
+            return true;
+    }
+    m_hasStalled = true;
+    return false;
+}
+
+std::optional<XcbConnection::Property>
+SelectionReader::readPieces(std::chrono::milliseconds patience, Deadline deadline)
+{
+    Property whole = {XCB_NONE, 8, {}};
+    while (waitForPiece(std::min(deadline, XcbConnection::Clock::now() + patience))) {
+        std::optional<Property> piece =
+            m_connection.property(m_window, m_property, maximumBytes - whole.bytes.size(), deadline,
+                                  XcbConnection::Afterwards::remove);
+        // The first event may still be about the announcement, which is gone by now.
+        if (!piece)
+            continue;
+        if (piece->bytes.empty())
+            return whole;
+        whole.type = piece->type;
+        whole.format = piece->format;
+        whole.bytes += piece->bytes;
+    }
+    return std::nullopt;
+}
+
+std::optional<XcbConnection::Property> SelectionReader::convert(xcb_atom_t selection,
+                                                                xcb_atom_t target,
+                                                                std::chrono::milliseconds patience,
+                                                                Deadline deadline)
+{
+    m_hasStalled = false;
+    xcb_delete_property(m_connection.get(), m_window, m_property);
+    xcb_convert_selection(m_connection.get(), m_window, selection, target, m_property,
+                          XCB_CURRENT_TIME);
+    std::optional<Property> result;
+    if (waitForAnswer(selection, target,
+                      std::min(deadline, XcbConnection::Clock::now() + patience))) {
+        result = m_connection.property(m_window, m_property, maximumBytes, deadline,
+                                       XcbConnection::Afterwards::remove);
+        if (result && result->type == m_incr)
+            result = readPieces(patience, deadline);
+    }
+    // What comes too late must not be taken for the answer to another question: it goes to the
+    // window that is given up here.
+    if (m_hasStalled)
+        m_window = m_connection.createWindow();
+    return result;
+}
+
+std::optional<std::string>
+SelectionReader::text(xcb_atom_t selection, std::chrono::milliseconds patience, Deadline deadline)
+{
+    // UTF8_STRING first: GTK ends the lines of the other ones with CRLF.
+    for (const char* name : {"UTF8_STRING", "text/plain;charset=utf-8", "STRING", "text/plain"}) {
+        const xcb_atom_t target = m_connection.atom(name, deadline);
+        std::optional<Property> property = convert(selection, target, patience, deadline);
+        if (m_hasStalled)
+            return std::nullopt;
+        if (property && property->format == 8)
+            return property->type == XCB_ATOM_STRING ? utf8FromLatin1(property->bytes)
+                                                     : std::move(property->bytes);
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "XcbConnection.h"
+
+#include <vector>
+
+/// Reads what another program offers as one of the X server's selections (the clipboard, PRIMARY),
+/// pieces of a large one included. One thread at a time.
+class SelectionReader
+{
+public:
+    using Deadline = XcbConnection::Deadline;
+    using Property = XcbConnection::Property;
+
+    /// The most that is taken of one target, in bytes.
+    static constexpr std::size_t maximumBytes = std::size_t{512} << 20;
+
+    /// `connection` outlives this, and is used by nobody else while a call runs.
+    explicit SelectionReader(XcbConnection& connection);
+
+    xcb_window_t owner(xcb_atom_t selection, Deadline deadline);
+
+    /// The selection as `target`. Nothing where its owner refuses, or does not go on for
+    /// `patience`, or at the deadline.
+    std::optional<Property> convert(xcb_atom_t selection, xcb_atom_t target,
+                                    std::chrono::milliseconds patience, Deadline deadline);
+
+    /// The selection as text in UTF-8, which may be invalid.
+    std::optional<std::string> text(xcb_atom_t selection, std::chrono::milliseconds patience,
+                                    Deadline deadline);
+
+    /// Whether the last convert() ended because the owner did not answer in time.
+    bool hasStalled() const { return m_hasStalled; }
+
+private:
+    bool waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Deadline deadline);
+    bool waitForPiece(Deadline deadline);
+    std::optional<Property> readPieces(std::chrono::milliseconds patience, Deadline deadline);
+
+    XcbConnection& m_connection;
+    xcb_atom_t m_property; // on m_window, where owners put what is asked for
+    xcb_atom_t m_incr;
+    xcb_window_t m_window;
+    bool m_hasStalled = false;
+};

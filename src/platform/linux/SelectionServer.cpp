@@ -1,0 +1,161 @@
+#include "SelectionServer.h"
+
+#include "SelectionAnswers.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <xcb/xfixes.h>
+
+#include <array>
+#include <cerrno>
+
+namespace {
+
+constexpr std::chrono::milliseconds setupLimit(500);
+constexpr int idleMilliseconds = 1000; // between looks for forgotten transfers
+
+} // namespace
+
+std::unique_ptr<SelectionServer> SelectionServer::create()
+{
+    auto connection = XcbConnection::create();
+    if (!connection)
+        return nullptr;
+    const auto deadline = XcbConnection::Clock::now() + setupLimit;
+    const xcb_query_extension_reply_t* fixes =
+        xcb_get_extension_data(connection->get(), &xcb_xfixes_id);
+    if (fixes == nullptr || fixes->present == 0 ||
+        !connection->reply<xcb_xfixes_query_version_reply_t>(
+            xcb_xfixes_query_version(connection->get(), 5, 0), deadline))
+        return nullptr;
+    const int wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (wakeDescriptor < 0)
+        return nullptr;
+    return std::unique_ptr<SelectionServer>(
+        new SelectionServer(std::move(connection), wakeDescriptor));
+}
+
+SelectionServer::SelectionServer(std::unique_ptr<XcbConnection> connection, int wakeDescriptor)
+    : m_connection(std::move(connection)),
+      m_window(m_connection->createWindow()),
+      m_clipboard(m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit)),
+      m_firstFixesEvent(xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id)->first_event),
+      m_answers(std::make_unique<SelectionAnswers>(*m_connection)),
+      m_wakeDescriptor(wakeDescriptor)
+{
+    xcb_xfixes_select_selection_input(m_connection->get(), m_window, m_clipboard,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    // Every change after this constructor counts.
+    m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit);
+    m_thread = std::thread([this] { serve(); });
+}
+
+SelectionServer::~SelectionServer()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isEnding = true;
+    }
+    eventfd_write(m_wakeDescriptor, 1);
+    m_thread.join();
+    close(m_wakeDescriptor);
+}
+
+void SelectionServer::offer(Pasteboard::Item item)
+{
+    const auto shared = std::make_shared<Pasteboard::Item>(std::move(item));
+    runOnThread([this, shared] {
+        m_answers->add(std::move(*shared));
+        m_offerSequence =
+            xcb_set_selection_owner(m_connection->get(), m_window, m_clipboard, XCB_CURRENT_TIME)
+                .sequence;
+        xcb_flush(m_connection->get());
+    });
+}
+
+void SelectionServer::release()
+{
+    runOnThread([this] {
+        m_answers->clear();
+        xcb_set_selection_owner(m_connection->get(), XCB_NONE, m_clipboard, XCB_CURRENT_TIME);
+        xcb_flush(m_connection->get());
+    });
+}
+
+/// Runs `work` on the thread and returns when it is done, or when the thread has lost its X server.
+void SelectionServer::runOnThread(std::function<void()> work)
+{
+    std::unique_lock lock(m_mutex);
+    m_work = std::move(work);
+    eventfd_write(m_wakeDescriptor, 1);
+    m_workDone.wait(lock, [this] { return !m_work || m_hasEnded; });
+}
+
+void SelectionServer::runWork()
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_work)
+        m_work();
+    m_work = nullptr;
+    m_workDone.notify_all();
+}
+
+void SelectionServer::serve()
+{
+    std::array<pollfd, 2> descriptors = {
+        {{xcb_get_file_descriptor(m_connection->get()), POLLIN, 0}, {m_wakeDescriptor, POLLIN, 0}}};
+    const auto isEnding = [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_isEnding;
+    };
+    while (!isEnding() && xcb_connection_has_error(m_connection->get()) == 0) {
+        runWork(); // between any two events, however many come
+        XcbConnection::Event event = m_connection->pendingEvent();
+        if (!event) {
+            m_answers->dropForgotten();
+            // Sending reads as well: what it has read would not wake the call below.
+            xcb_flush(m_connection->get());
+            event = m_connection->pendingEvent();
+        }
+        if (event) {
+            handle(*event);
+            continue;
+        }
+        const int timeout = m_answers->isTransferring() ? idleMilliseconds : -1;
+        if (poll(descriptors.data(), descriptors.size(), timeout) < 0 && errno != EINTR)
+            break;
+        eventfd_t ignored = 0;
+        eventfd_read(m_wakeDescriptor, &ignored);
+    }
+    ++m_changeCount; // whatever was offered is no more
+    const std::lock_guard lock(m_mutex);
+    m_hasEnded = true;
+    m_workDone.notify_all();
+}
+
+void SelectionServer::handle(const xcb_generic_event_t& event)
+{
+    const int type = event.response_type & 0x7F;
+    if (type == XCB_SELECTION_REQUEST) {
+        const auto& request = reinterpret_cast<const xcb_selection_request_event_t&>(event);
+        if (request.owner == m_window && request.selection == m_clipboard)
+            m_answers->answer(request);
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        m_answers->propertyChanged(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    } else if (type == XCB_DESTROY_NOTIFY) {
+        m_answers->windowDestroyed(
+            reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    } else if (type == XCB_SELECTION_CLEAR) {
+        // One that is older than the last time the clipboard was taken is about the time before.
+        if (static_cast<std::int32_t>(event.full_sequence - m_offerSequence) >= 0)
+            m_answers->clear();
+    } else if (type == m_firstFixesEvent + XCB_XFIXES_SELECTION_NOTIFY) {
+        const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
+        ++m_changeCount;
+        if (notify.owner == m_window)
+            m_answers->setTime(notify.selection_timestamp);
+    }
+}

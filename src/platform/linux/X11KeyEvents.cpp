@@ -1,0 +1,132 @@
+#include "X11KeyEvents.h"
+
+#include "FrontApplication.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xtest.h>
+
+#include <cstddef>
+
+namespace {
+
+constexpr std::chrono::milliseconds limit(100);
+constexpr xcb_keycode_t physicalC = 54; // of every keyboard that Linux knows
+constexpr xcb_keysym_t smallC = 'c';
+
+/// The modifiers but for the locks, whose keys nobody holds for a shortcut.
+constexpr int heldModifierRows[] = {XCB_MAP_INDEX_SHIFT, XCB_MAP_INDEX_CONTROL, XCB_MAP_INDEX_1,
+                                    XCB_MAP_INDEX_3,     XCB_MAP_INDEX_4,       XCB_MAP_INDEX_5};
+
+const xcb_keycode_t* row(const xcb_get_modifier_mapping_reply_t& map, int index)
+{
+    return xcb_get_modifier_mapping_keycodes(&map) +
+           std::ptrdiff_t{index} * map.keycodes_per_modifier;
+}
+
+/// 0 where no key has that modifier.
+xcb_keycode_t firstKey(const xcb_get_modifier_mapping_reply_t& map, int index)
+{
+    for (int i = 0; i < map.keycodes_per_modifier; ++i) {
+        if (row(map, index)[i] != 0)
+            return row(map, index)[i];
+    }
+    return 0;
+}
+
+} // namespace
+
+std::unique_ptr<X11KeyEvents> X11KeyEvents::create()
+{
+    auto connection = XcbConnection::create();
+    if (!connection)
+        return nullptr;
+    const xcb_query_extension_reply_t* test =
+        xcb_get_extension_data(connection->get(), &xcb_test_id);
+    if (test == nullptr || test->present == 0)
+        return nullptr;
+    return std::unique_ptr<X11KeyEvents>(new X11KeyEvents(std::move(connection)));
+}
+
+/// While the hotkey is held, the program that has it keeps the keyboard: this one, on the
+/// interface's connection.
+void X11KeyEvents::letGoOfKeyboard()
+{
+    const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    if (application == nullptr)
+        return;
+    if (auto* x11 = application->nativeInterface<QNativeInterface::QX11Application>()) {
+        xcb_ungrab_keyboard(x11->connection(), XCB_CURRENT_TIME);
+        // What is sent on the other connection must not overtake this.
+        const XcbConnection::Owned<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
+            x11->connection(), xcb_get_input_focus(x11->connection()), nullptr));
+    }
+}
+
+std::vector<xcb_keycode_t> X11KeyEvents::heldModifiers(const xcb_get_modifier_mapping_reply_t& map,
+                                                       Deadline deadline)
+{
+    std::vector<xcb_keycode_t> held;
+    const auto keys = m_connection->reply<xcb_query_keymap_reply_t>(
+        xcb_query_keymap(m_connection->get()), deadline);
+    if (!keys)
+        return held;
+    for (const int index : heldModifierRows) {
+        for (int i = 0; i < map.keycodes_per_modifier; ++i) {
+            const xcb_keycode_t key = row(map, index)[i];
+            if (key != 0 && ((keys->keys[key / 8] >> (key % 8U)) & 1U) != 0)
+                held.push_back(key);
+        }
+    }
+    return held;
+}
+
+/// The key that types a c in the present layout, else the one where it is on most keyboards, which
+/// applications take for it when the layout has no Latin letters.
+xcb_keycode_t X11KeyEvents::copyKey(Deadline deadline)
+{
+    const xcb_setup_t& setup = *xcb_get_setup(m_connection->get());
+    const auto count = static_cast<std::uint8_t>(setup.max_keycode - setup.min_keycode + 1);
+    const auto pointer = m_connection->reply<xcb_query_pointer_reply_t>(
+        xcb_query_pointer(m_connection->get(), m_connection->root()), deadline);
+    const auto map = m_connection->reply<xcb_get_keyboard_mapping_reply_t>(
+        xcb_get_keyboard_mapping(m_connection->get(), setup.min_keycode, count), deadline);
+    if (!pointer || !map)
+        return physicalC;
+    // The state's highest bits are the layout among those that are set up; the first two have two
+    // columns each.
+    const int layout = (pointer->mask >> 13U) & 3;
+    const int column = layout < 2 ? 2 * layout : map->keysyms_per_keycode;
+    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(map.get());
+    for (int key = 0; key < count && column < map->keysyms_per_keycode; ++key) {
+        if (symbols[key * map->keysyms_per_keycode + column] == smallC)
+            return static_cast<xcb_keycode_t>(setup.min_keycode + key);
+    }
+    return physicalC;
+}
+
+void X11KeyEvents::send(std::uint8_t type, xcb_keycode_t key)
+{
+    xcb_test_fake_input(m_connection->get(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+}
+
+KeyEvents::Outcome X11KeyEvents::sendCopy()
+{
+    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    const auto application = FrontApplication::find(*m_connection, deadline);
+    const auto map = m_connection->reply<xcb_get_modifier_mapping_reply_t>(
+        xcb_get_modifier_mapping(m_connection->get()), deadline);
+    const xcb_keycode_t control = map ? firstKey(*map, XCB_MAP_INDEX_CONTROL) : xcb_keycode_t{0};
+    if (!application || application->isTerminal() || control == 0)
+        return Outcome::notSent;
+    const xcb_keycode_t key = copyKey(deadline);
+    letGoOfKeyboard();
+    for (const xcb_keycode_t held : heldModifiers(*map, deadline))
+        send(XCB_KEY_RELEASE, held);
+    send(XCB_KEY_PRESS, control);
+    send(XCB_KEY_PRESS, key);
+    send(XCB_KEY_RELEASE, key);
+    send(XCB_KEY_RELEASE, control);
+    xcb_flush(m_connection->get());
+    return xcb_connection_has_error(m_connection->get()) == 0 ? Outcome::sent : Outcome::notSent;
+}

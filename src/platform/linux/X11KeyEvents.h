@@ -1,0 +1,31 @@
+#pragma once
+
+#include "KeyEvents.h"
+#include "XcbConnection.h"
+
+#include <vector>
+
+/// Keys by the X server's test extension.
+class X11KeyEvents : public KeyEvents
+{
+public:
+    /// Null where no X server answers or it has no such extension.
+    static std::unique_ptr<X11KeyEvents> create();
+
+    Outcome sendCopy() override;
+
+private:
+    using Deadline = XcbConnection::Deadline;
+
+    explicit X11KeyEvents(std::unique_ptr<XcbConnection> connection)
+        : m_connection(std::move(connection))
+    {}
+
+    void letGoOfKeyboard();
+    std::vector<xcb_keycode_t> heldModifiers(const xcb_get_modifier_mapping_reply_t& map,
+                                             Deadline deadline);
+    xcb_keycode_t copyKey(Deadline deadline);
+    void send(std::uint8_t type, xcb_keycode_t key);
+
+    std::unique_ptr<XcbConnection> m_connection;
+};

@@ -1,0 +1,133 @@
+#include "X11Pasteboard.h"
+
+#include "SelectionForm.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <map>
+#include <set>
+#include <string_view>
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds setupLimit(100);
+// An owner that does not go on for so long is taken for frozen.
+constexpr milliseconds patience(150);
+constexpr std::size_t maximumTargets = 256;
+
+// Asking for one of these does something, or yields what is worth nothing to anybody later: facts
+// about the moment, or names of the owner's pictures in the X server.
+constexpr std::array<std::string_view, 22> targetsWithoutData = {
+    "TARGETS",    "TIMESTAMP",
+    "MULTIPLE",   "SAVE_TARGETS",
+    "DELETE",     "BITMAP",
+    "DRAWABLE",   "PIXMAP",
+    "COLORMAP",   "FOREGROUND",
+    "BACKGROUND", "CLASS",
+    "NAME",       "CLIENT_WINDOW",
+    "WINDOW",     "HOST_NAME",
+    "OWNER_OS",   "PROCESS",
+    "TASK",       "USER",
+    "ATOM_PAIR",  "application/x-qt-image"}; // made from the picture that is there besides
+
+bool carriesData(std::string_view target)
+{
+    return !target.empty() && !target.starts_with("INSERT_") &&
+           std::find(targetsWithoutData.begin(), targetsWithoutData.end(), target) ==
+               targetsWithoutData.end();
+}
+
+/// Whether `target` is the text that UTF8_STRING is too, as a rule.
+bool isTextAgain(std::string_view target)
+{
+    return target == "STRING" || target == "TEXT" || target == "COMPOUND_TEXT" ||
+           target.starts_with("text/plain");
+}
+
+} // namespace
+
+std::unique_ptr<X11Pasteboard> X11Pasteboard::create()
+{
+    auto server = SelectionServer::create();
+    auto connection = server ? XcbConnection::create() : nullptr;
+    if (!connection)
+        return nullptr;
+    return std::unique_ptr<X11Pasteboard>(
+        new X11Pasteboard(std::move(connection), std::move(server)));
+}
+
+X11Pasteboard::X11Pasteboard(std::unique_ptr<XcbConnection> connection,
+                             std::unique_ptr<SelectionServer> server)
+    : m_connection(std::move(connection)),
+      m_server(std::move(server)),
+      m_reader(*m_connection),
+      m_clipboard(m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit))
+{}
+
+/// What the owner says it can give and carries data, each once.
+std::vector<X11Pasteboard::Target> X11Pasteboard::targets(Deadline deadline)
+{
+    const auto list =
+        m_reader.convert(m_clipboard, m_connection->atom("TARGETS", deadline), patience, deadline);
+    std::vector<Target> result;
+    if (!list || list->format != 32)
+        return result;
+    std::vector<xcb_atom_t> atoms(
+        std::min(list->bytes.size() / sizeof(xcb_atom_t), maximumTargets));
+    if (!atoms.empty())
+        std::memcpy(atoms.data(), list->bytes.data(), atoms.size() * sizeof(xcb_atom_t));
+    std::set<xcb_atom_t> seen;
+    for (const xcb_atom_t atom : atoms) {
+        if (!seen.insert(atom).second)
+            continue;
+        std::string name = m_connection->atomName(atom, deadline); // empty for what is no atom
+        if (carriesData(name))
+            result.push_back({atom, std::move(name)});
+    }
+    return result;
+}
+
+/// The data of `targets`, in their order.
+Pasteboard::Item X11Pasteboard::fetch(const std::vector<Target>& targets, Deadline deadline)
+{
+    std::map<xcb_atom_t, Representation> fetched;
+    std::vector<Target> sorted = targets;
+    // Where the time does not suffice, the same text in another coding is the least loss.
+    std::stable_partition(sorted.begin(), sorted.end(),
+                          [](const Target& target) { return !isTextAgain(target.name); });
+    for (const Target& target : sorted) {
+        if (XcbConnection::Clock::now() >= deadline)
+            break;
+        auto property = m_reader.convert(m_clipboard, target.atom, patience, deadline);
+        if (!property)
+            continue;
+        const SelectionForm form = {m_connection->atomName(property->type, deadline),
+                                    property->format};
+        fetched[target.atom] = {target.name, std::move(property->bytes), form.text()};
+    }
+    Item item;
+    for (const Target& target : targets) {
+        if (const auto found = fetched.find(target.atom); found != fetched.end())
+            item.push_back(std::move(found->second));
+    }
+    return item;
+}
+
+std::vector<Pasteboard::Item> X11Pasteboard::items(milliseconds limit)
+{
+    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
+        return {};
+    return {fetch(targets(deadline), deadline)};
+}
+
+std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
+{
+    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
+        return std::nullopt;
+    return m_reader.text(m_clipboard, limit, deadline);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Pasteboard.h"
+#include "SelectionReader.h"
+#include "SelectionServer.h"
+
+/// The X server's clipboard, which holds one item at most.
+class X11Pasteboard : public Pasteboard
+{
+public:
+    /// Null where no X server answers.
+    static std::unique_ptr<X11Pasteboard> create();
+
+    std::uint64_t changeCount() override { return m_server->changeCount(); }
+    std::vector<Item> items(std::chrono::milliseconds limit) override;
+    std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
+    void clear() override { m_server->release(); }
+    void write(Item item) override { m_server->offer(std::move(item)); }
+
+private:
+    using Deadline = XcbConnection::Deadline;
+    struct Target
+    {
+        xcb_atom_t atom;
+        std::string name;
+    };
+
+    X11Pasteboard(std::unique_ptr<XcbConnection> connection,
+                  std::unique_ptr<SelectionServer> server);
+    std::vector<Target> targets(Deadline deadline);
+    Item fetch(const std::vector<Target>& targets, Deadline deadline);
+
+    std::unique_ptr<XcbConnection> m_connection;
+    std::unique_ptr<SelectionServer> m_server;
+    SelectionReader m_reader;
+    xcb_atom_t m_clipboard;
+};

@@ -1,0 +1,93 @@
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QCommandLineParser>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+/// Has nothing to select, tells nobody anything, and copies upon the shortcut, sooner or later. It
+/// prints the keys that reach it.
+class Canvas : public QWidget
+{
+public:
+    Canvas(QString copied, int delay) : m_copied(std::move(copied)), m_delay(delay)
+    {
+        setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        std::printf("%s\n", qPrintable(QKeySequence(event->keyCombination()).toString()));
+        std::fflush(stdout);
+        if (event->matches(QKeySequence::Copy))
+            QTimer::singleShot(m_delay, this, [this] { copy(); });
+    }
+
+private:
+    void copy() const
+    {
+        if (m_copied != "an image") {
+            QApplication::clipboard()->setText(m_copied);
+            return;
+        }
+        QImage image(3, 2, QImage::Format_RGB32);
+        image.fill(Qt::green);
+        QApplication::clipboard()->setImage(image);
+    }
+
+    QString m_copied;
+    int m_delay; // milliseconds
+};
+
+/// Puts a text of about `size` bytes and two more formats on the clipboard.
+void own(int size)
+{
+    QByteArray text;
+    for (quint32 number = 1; text.size() < size; number = number * 1664525U + 1013904223U)
+        text += QByteArray::number(number, 36) + (number % 7 == 0 ? " \u00E9\n" : " ");
+    auto* data = new QMimeData;
+    data->setText(QString::fromUtf8(text));
+    data->setHtml("<b>bold</b>");
+    QImage image(64, 48, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    image.setPixelColor(3, 4, Qt::blue);
+    data->setImageData(image);
+    QApplication::clipboard()->setMimeData(data);
+    std::puts("owner");
+    std::fflush(stdout);
+}
+
+} // namespace
+
+/// A foreign application for tests: one with a text to select, one that copies, or one that owns
+/// the clipboard.
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.addOptions({{"title", "", "text"},
+                       {"editor", "", "text"},
+                       {"copies", "", "text"},
+                       {"delay", "", "milliseconds", "0"},
+                       {"owns", "", "bytes"}});
+    parser.process(application);
+    std::unique_ptr<QWidget> window;
+    if (parser.isSet("editor"))
+        window = std::make_unique<QPlainTextEdit>(parser.value("editor"));
+    else
+        window = std::make_unique<Canvas>(parser.value("copies"), parser.value("delay").toInt());
+    window->setWindowTitle(parser.value("title"));
+    window->resize(300, 200);
+    window->show();
+    if (parser.isSet("owns"))
+        own(parser.value("owns").toInt());
+    return QApplication::exec();
+}

@@ -1,0 +1,132 @@
+#include "SelectionFixture.h"
+#include "SelectionOwner.h"
+
+namespace {
+
+using Answer = SelectionOwner::Answer;
+
+constexpr std::chrono::milliseconds limit(500);
+
+/// An owner of the clipboard that answers as a test says, with `targets` for what it has.
+class HostileOwnerTest : public SelectionFixture
+{
+protected:
+    template <typename Reply>
+    void own(const std::vector<std::string>& targets, Reply reply)
+    {
+        m_owner = std::make_unique<SelectionOwner>([=, this](const std::string& target) -> Answer {
+            if (target == "TARGETS")
+                return {"ATOM", 32, m_owner->atoms(targets)};
+            return reply(target);
+        });
+    }
+
+    std::vector<Pasteboard::Item> items()
+    {
+        QElapsedTimer timer;
+        timer.start();
+        auto result = m_ports.pasteboard->items(limit);
+        EXPECT_LT(timer.elapsed(), 900);
+        return result;
+    }
+
+    std::unique_ptr<SelectionOwner> m_owner;
+};
+
+TEST_F(HostileOwnerTest, OneThatNeverAnswersLeavesAnEmptyItem)
+{
+    m_owner = std::make_unique<SelectionOwner>([](const std::string&) {
+        return Answer{"", 8, "", true};
+    });
+    EXPECT_EQ(items(), std::vector<Pasteboard::Item>(1));
+    EXPECT_EQ(m_ports.pasteboard->plainText(std::chrono::milliseconds(100)), std::nullopt);
+}
+
+TEST_F(HostileOwnerTest, ATargetThatIsNotAnsweredIsLeftOut)
+{
+    own({"one", "silent", "two"}, [](const std::string& target) {
+        return Answer{target, 8, target, target == "silent"};
+    });
+    EXPECT_EQ(items(),
+              (std::vector<Pasteboard::Item>{{{"one", "one", "one 8"}, {"two", "two", "two 8"}}}));
+}
+
+TEST_F(HostileOwnerTest, APromiseOfPiecesThatNeverComeIsLeftOut)
+{
+    own({"pieces", "text/html"}, [](const std::string& target) {
+        return target == "pieces" ? Answer{"INCR", 32, std::string(4, '\xFF')}
+                                  : Answer{target, 8, "html"};
+    });
+    EXPECT_EQ(items(), (std::vector<Pasteboard::Item>{{{"text/html", "html", "text/html 8"}}}));
+}
+
+TEST_F(HostileOwnerTest, AListOfTargetsThatIsNoneIsAnEmptyItem)
+{
+    for (const Answer& list :
+         {Answer{"ATOM", 8, "not atoms"}, Answer{"ATOM", 32, ""}, Answer{"STRING", 16, "xy"},
+          Answer{"ATOM", 32, std::string(4000, '\xFF')},
+          Answer{"ATOM", 32, std::string(400'000, '\0')}, Answer{"INCR", 8, ""}}) {
+        m_owner = std::make_unique<SelectionOwner>([&](const std::string&) { return list; });
+        EXPECT_EQ(items(), std::vector<Pasteboard::Item>(1));
+    }
+}
+
+TEST_F(HostileOwnerTest, AThousandSlowTargetsEndWithTheLimit)
+{
+    std::vector<std::string> targets;
+    for (int i = 0; i < 1000; ++i)
+        targets.push_back("target" + std::to_string(i));
+    own(targets, [](const std::string& target) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        return Answer{target, 8, target};
+    });
+    const auto saved = items();
+    ASSERT_EQ(saved.size(), 1U);
+    EXPECT_GT(saved[0].size(), 2U);
+    EXPECT_LT(saved[0].size(), 30U);
+}
+
+TEST_F(HostileOwnerTest, TextOfAnUnexpectedKindIsNone)
+{
+    own({}, [](const std::string&) { return Answer{"INTEGER", 32, "1234"}; });
+    EXPECT_EQ(m_ports.pasteboard->plainText(limit), std::nullopt);
+}
+
+TEST_F(HostileOwnerTest, TextInLatin1IsRead)
+{
+    own({}, [](const std::string& target) {
+        return Answer{target == "STRING" ? "STRING" : "", 8, "caf\xE9"};
+    });
+    EXPECT_EQ(m_ports.pasteboard->plainText(limit), "café");
+}
+
+TEST_F(HostileOwnerTest, ALateAnswerIsNotTakenForTheNextOne)
+{
+    std::atomic<bool> isLate = true;
+    own({"first", "second"}, [&](const std::string& target) {
+        if (target == "first" && isLate.exchange(false)) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(250));
+            return Answer{"first", 8, "late"};
+        }
+        return Answer{target, 8, "in time"};
+    });
+    for (int i = 0; i < 2; ++i) {
+        for (const Pasteboard::Item& item : items()) {
+            for (const Pasteboard::Representation& representation : item)
+                EXPECT_EQ(representation.data, "in time");
+        }
+    }
+}
+
+TEST_F(HostileOwnerTest, OneThatDiesInTheMiddleIsLeftOut)
+{
+    own({"first", "second"}, [](const std::string& target) {
+        return target == "first" ? Answer{"first", 8, "data"} : Answer{"INCR", 32, "long"};
+    });
+    QTimer::singleShot(50, qApp, [this] { m_owner.reset(); });
+    startApp({"--copies", "copied"});
+    EXPECT_EQ(grab(), "copied");
+    EXPECT_LT(m_milliseconds, 900);
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+#include "SelectionFixture.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+
+#include <array>
+
+namespace {
+
+class KeyEventsTest : public SelectionFixture
+{
+protected:
+    using Keys = std::array<std::uint8_t, 32>;
+
+    static xcb_connection_t* connection()
+    {
+        return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    }
+
+    /// The keys that are down, a bit each.
+    static Keys keys()
+    {
+        xcb_query_keymap_reply_t* reply =
+            xcb_query_keymap_reply(connection(), xcb_query_keymap(connection()), nullptr);
+        Keys keys{};
+        std::copy_n(reply->keys, keys.size(), keys.begin());
+        std::free(reply);
+        return keys;
+    }
+
+    static bool isDown(int key)
+    {
+        return ((keys()[static_cast<std::size_t>(key / 8)] >> (key % 8)) & 1) != 0;
+    }
+
+    static constexpr int leftControl = 37;
+    static constexpr int leftAlt = 64;
+    static constexpr int physicalS = 39;
+};
+
+TEST_F(KeyEventsTest, TheApplicationInFrontGetsOneShortcutAndNothingElse)
+{
+    QProcess& application = startApp({"--copies", "copied"});
+    EXPECT_EQ(m_ports.keyEvents->sendCopy(), KeyEvents::Outcome::sent);
+    m_session.waitUntil("the copy", [&] { return clipboard() == "copied"; });
+    m_session.xdotool({"key", "x"});
+    QByteArray output;
+    m_session.waitUntil("the keys", [&] {
+        application.waitForReadyRead(10);
+        output += application.readAllStandardOutput();
+        return output.endsWith("X\n");
+    });
+    EXPECT_EQ(output.toStdString(), "Ctrl+Control\nCtrl+C\nX\n");
+    EXPECT_EQ(keys(), Keys{});
+}
+
+TEST_F(KeyEventsTest, ModifiersThatAreHeldAreReleasedAndNotPressedAgain)
+{
+    startApp({"--copies", "copied"});
+    m_session.xdotool(
+        {"keydown", "ctrl", "keydown", "alt", "keydown", "shift", "keydown", "super"});
+    EXPECT_TRUE(isDown(leftAlt));
+    EXPECT_EQ(grab(), "copied");
+    EXPECT_EQ(keys(), Keys{});
+}
+
+TEST_F(KeyEventsTest, TheHotkeyThatIsHeldDoesNotKeepTheKeyboard)
+{
+    startApp({"--copies", "copied"});
+    const auto root =
+        static_cast<xcb_window_t>(xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root);
+    xcb_grab_key(connection(), 1, root, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, physicalS,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    xcb_flush(connection());
+    m_session.xdotool({"keydown", "ctrl", "keydown", "alt", "keydown", "s"});
+    EXPECT_EQ(grab(), "copied");
+    EXPECT_FALSE(isDown(leftControl));
+    EXPECT_FALSE(isDown(leftAlt));
+    EXPECT_TRUE(isDown(physicalS));
+    m_session.xdotool({"keyup", "s"});
+}
+
+TEST_F(KeyEventsTest, TheKeyIsTheOneThatTypesACInThePresentLayout)
+{
+    m_session.run("setxkbmap", {"us", "-variant", "dvorak"});
+    startApp({"--copies", "copied"});
+    EXPECT_EQ(grab(), "copied");
+}
+
+TEST_F(KeyEventsTest, ALayoutWithoutLatinLettersHasTheShortcutToo)
+{
+    m_session.run("setxkbmap", {"ru,us"});
+    startApp({"--copies", "copied"});
+    EXPECT_EQ(grab(), "copied");
+}
+
+TEST_F(KeyEventsTest, CapsLockAndNumLockDoNotHinder)
+{
+    m_session.xdotool({"key", "Caps_Lock", "key", "Num_Lock"});
+    startApp({"--copies", "copied"});
+    EXPECT_EQ(grab(), "copied");
+}
+
+TEST_F(KeyEventsTest, ATerminalGetsNothing)
+{
+    m_session.start("xterm", {"-T", "Terminal"});
+    waitUntilInFront(m_session.waitForWindow({"--name", "^Terminal$"}));
+    EXPECT_EQ(m_ports.keyEvents->sendCopy(), KeyEvents::Outcome::notSent);
+}
+
+TEST_F(KeyEventsTest, ATerminalWithAClassOfItsUsersIsKnownByItsProcess)
+{
+    m_session.start("xterm", {"-class", "Scratchpad", "-name", "scratchpad", "-T", "Terminal"});
+    waitUntilInFront(m_session.waitForWindow({"--name", "^Terminal$"}));
+    EXPECT_EQ(m_ports.keyEvents->sendCopy(), KeyEvents::Outcome::notSent);
+}
+
+} // namespace

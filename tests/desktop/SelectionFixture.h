@@ -1,0 +1,133 @@
+#pragma once
+
+#include "Accessibility.h"
+#include "DesktopSession.h"
+#include "KeyEvents.h"
+#include "Pasteboard.h"
+#include "SelectionGrabber.h"
+
+#include <QApplication>
+#include <QCoroTask>
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <optional>
+#include <string>
+
+/// A desktop with foreign applications on it, and the real ports.
+class SelectionFixture : public testing::Test
+{
+protected:
+    using Text = std::optional<std::string>;
+
+    /// Starts a foreign application and returns when it is in front.
+    QProcess& startApp(const QStringList& options, const QString& title = "Foreign",
+                       const QStringList& variables = {})
+    {
+        QProcess& process = m_session.start(
+            "env", variables + QStringList{PITHWISE_DESKTOP_APP, "--title", title} + options);
+        waitUntilInFront(m_session.waitForWindow({"--name", "^" + title + "$"}));
+        return process;
+    }
+
+    void waitUntilInFront(std::uint32_t window)
+    {
+        const QByteArray id = "0x" + QByteArray::number(window, 16);
+        m_session.waitUntil("a window to come to the front", [&] {
+            // Without this a small machine's test process would not answer as a client.
+            QCoreApplication::processEvents();
+            return (m_session.property(0, "_NET_ACTIVE_WINDOW") + ' ').contains(id + ' ');
+        });
+    }
+
+    /// Selects all the text of the application in front and returns when it says so.
+    void selectAll(const QByteArray& text)
+    {
+        m_session.xdotool({"key", "ctrl+a"});
+        m_session.waitUntil("the text to be selected", [&] {
+            QCoreApplication::processEvents();
+            return selection("primary").contains(text);
+        });
+    }
+
+    /// What another program reads of a selection; empty where there is nothing.
+    QByteArray selection(const QString& name, const QString& target = "UTF8_STRING")
+    {
+        QProcess reader;
+        reader.setProcessEnvironment(m_session.environment());
+        reader.start("xclip", {"-o", "-selection", name, "-t", target}, QIODevice::ReadOnly);
+        return finished(reader) ? reader.readAllStandardOutput() : QByteArray();
+    }
+
+    QByteArray clipboard(const QString& target = "UTF8_STRING")
+    {
+        return selection("clipboard", target);
+    }
+
+    /// Puts `text` on the clipboard, as another program's.
+    void putOnClipboard(const QByteArray& text)
+    {
+        QFile file(m_session.path("clipboard"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        m_session.start("xclip", {"-quiet", "-selection", "clipboard", "-i", file.fileName()});
+        m_session.waitUntil("the clipboard to have an owner", [&] { return clipboard() == text; });
+    }
+
+    /// The result of a grab, whose time and turns of the main thread's event loop are noted.
+    Text grab()
+    {
+        QTimer turn;
+        m_turns = 0;
+        QObject::connect(&turn, &QTimer::timeout, [this] { ++m_turns; });
+        turn.start(5);
+        QElapsedTimer timer;
+        timer.start();
+        Text text = QCoro::waitFor(SelectionGrabber::grab(m_ports));
+        m_milliseconds = timer.elapsed();
+        return text;
+    }
+
+    static void stop(const QProcess& process)
+    {
+        ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);
+    }
+    static void resume(const QProcess& process)
+    {
+        ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
+    }
+
+    /// Waits as the main thread of a program does, which answers other programs meanwhile.
+    static bool finished(QProcess& process)
+    {
+        const QDeadlineTimer deadline(30'000);
+        while (!process.waitForFinished(5) && process.state() != QProcess::NotRunning &&
+               !deadline.hasExpired())
+            QCoreApplication::processEvents();
+        return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+
+    /// Starts a Qt application that tells what it shows, as on a desktop where that is on.
+    QProcess& startAccessibleApp(const QStringList& options)
+    {
+        m_session.run("dbus-send", {"--session", "--print-reply", "--dest=org.a11y.Bus",
+                                    "/org/a11y/bus", "org.a11y.Bus.GetAddress"});
+        return startApp(options, "Foreign", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
+    }
+
+    int m_argc = 1;
+    char m_name[5] = "test";
+    char* m_argv[2] = {m_name, nullptr};
+    DesktopSession m_session;
+    QApplication m_application{m_argc, m_argv};
+    SelectionGrabber::Ports m_ports = SelectionGrabber::systemPorts();
+    qint64 m_milliseconds = 0;
+    int m_turns = 0;
+};
