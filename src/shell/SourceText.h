@@ -13,7 +13,8 @@ namespace SourceText {
 /// process. Main thread, and no QCoreApplication may be there.
 std::string read(const std::string& source);
 
-/// The same of the source that `request` names. Throws also what CaptureSource and DesktopSource do.
+/// The same of the source that `request` names. Throws also what CaptureSource and DesktopSource
+/// do.
 std::string read(const SummaryRequest& request);
 
 } // namespace SourceText
