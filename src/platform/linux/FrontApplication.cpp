@@ -9,7 +9,7 @@
 
 namespace {
 
-using Deadline = XcbConnection::Deadline;
+using Deadline = X11Connection::Deadline;
 
 constexpr std::size_t maximumNameBytes = 1024;
 
@@ -21,7 +21,7 @@ constexpr std::array<std::string_view, 27> terminals = {
     "tilda",     "tilix",    "urxvt",   "warp",       "wezterm", "xfce4-dropdown",
     "yakuake",   "zutty",    "tmux"};
 
-std::optional<std::uint32_t> number(XcbConnection& connection, xcb_window_t window,
+std::optional<std::uint32_t> number(X11Connection& connection, xcb_window_t window,
                                     const char* name, Deadline deadline)
 {
     const auto property = connection.property(window, connection.atom(name, deadline),
@@ -35,7 +35,7 @@ std::optional<std::uint32_t> number(XcbConnection& connection, xcb_window_t wind
 
 /// What the window manager calls active; the window that has the keyboard where there is no manager
 /// to tell. (Where there is one, that window may be the manager's own.)
-xcb_window_t frontWindow(XcbConnection& connection, Deadline deadline)
+xcb_window_t frontWindow(X11Connection& connection, Deadline deadline)
 {
     if (number(connection, connection.root(), "_NET_SUPPORTING_WM_CHECK", deadline))
         return number(connection, connection.root(), "_NET_ACTIVE_WINDOW", deadline).value_or(0);
@@ -56,7 +56,7 @@ void addName(std::vector<std::string>& names, std::string name)
 
 } // namespace
 
-std::optional<FrontApplication> FrontApplication::find(XcbConnection& connection, Deadline deadline)
+std::optional<FrontApplication> FrontApplication::find(X11Connection& connection, Deadline deadline)
 {
     FrontApplication result{frontWindow(connection, deadline), 0, {}};
     if (result.window == XCB_NONE)

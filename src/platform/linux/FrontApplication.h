@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <sys/types.h>
 
@@ -16,8 +16,8 @@ struct FrontApplication
     std::vector<std::string> names; // in lower case: of the window's class, and of the process
 
     /// Nothing where there is none, as on an empty desktop.
-    static std::optional<FrontApplication> find(XcbConnection& connection,
-                                                XcbConnection::Deadline deadline);
+    static std::optional<FrontApplication> find(X11Connection& connection,
+                                                X11Connection::Deadline deadline);
 
     /// Whether a key for "copy" could be one that ends the program which runs in it.
     bool isTerminal() const;

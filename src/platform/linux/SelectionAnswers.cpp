@@ -22,7 +22,7 @@ std::size_t pieceBytes(xcb_connection_t* connection)
 
 } // namespace
 
-SelectionAnswers::SelectionAnswers(XcbConnection& connection)
+SelectionAnswers::SelectionAnswers(X11Connection& connection)
     : m_connection(connection),
       m_targets(atom("TARGETS")),
       m_timestamp(atom("TIMESTAMP")),
@@ -34,7 +34,7 @@ SelectionAnswers::SelectionAnswers(XcbConnection& connection)
 
 xcb_atom_t SelectionAnswers::atom(std::string_view name)
 {
-    return m_connection.atom(name, XcbConnection::Clock::now() + serverLimit);
+    return m_connection.atom(name, X11Connection::Clock::now() + serverLimit);
 }
 
 void SelectionAnswers::clear()
@@ -106,7 +106,7 @@ bool SelectionAnswers::putSeveral(xcb_window_t requestor, xcb_atom_t property)
 {
     const auto list =
         m_connection.property(requestor, property, maximumPairs * 2 * sizeof(xcb_atom_t),
-                              XcbConnection::Clock::now() + serverLimit);
+                              X11Connection::Clock::now() + serverLimit);
     if (!list || list->format != 32)
         return false;
     std::vector<xcb_atom_t> atoms(list->bytes.size() / (2 * sizeof(xcb_atom_t)) * 2);
@@ -143,7 +143,7 @@ bool SelectionAnswers::putContent(xcb_window_t requestor, xcb_atom_t property,
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property, m_incr, 32,
                         1, &announced);
     m_transfers.push_back(
-        {requestor, property, content, 0, XcbConnection::Clock::now() + patience});
+        {requestor, property, content, 0, X11Connection::Clock::now() + patience});
     return true;
 }
 
@@ -174,7 +174,7 @@ void SelectionAnswers::putPiece(Transfer& transfer)
                         static_cast<std::uint32_t>(size / (content.format / 8U)),
                         content.data.data() + transfer.sent);
     transfer.sent += size;
-    transfer.deadline = XcbConnection::Clock::now() + patience;
+    transfer.deadline = X11Connection::Clock::now() + patience;
 }
 
 void SelectionAnswers::stopWatching(xcb_window_t requestor)
@@ -195,7 +195,7 @@ void SelectionAnswers::windowDestroyed(xcb_window_t window)
 
 void SelectionAnswers::dropForgotten()
 {
-    const auto now = XcbConnection::Clock::now();
+    const auto now = X11Connection::Clock::now();
     std::vector<xcb_window_t> dropped;
     m_transfers.remove_if([&](const Transfer& transfer) {
         if (transfer.deadline > now)

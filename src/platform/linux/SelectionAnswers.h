@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Pasteboard.h"
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <list>
 #include <map>
@@ -13,7 +13,7 @@ class SelectionAnswers
 {
 public:
     /// `connection` outlives this.
-    explicit SelectionAnswers(XcbConnection& connection);
+    explicit SelectionAnswers(X11Connection& connection);
 
     /// Offers `item` as well; of what is offered twice, the first counts.
     void add(Pasteboard::Item item);
@@ -44,7 +44,7 @@ private:
         xcb_atom_t property;
         std::shared_ptr<const Content> content;
         std::size_t sent;
-        XcbConnection::Deadline deadline;
+        X11Connection::Deadline deadline;
     };
 
     bool put(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
@@ -56,7 +56,7 @@ private:
     void stopWatching(xcb_window_t requestor);
     xcb_atom_t atom(std::string_view name);
 
-    XcbConnection& m_connection;
+    X11Connection& m_connection;
     const xcb_atom_t m_targets;
     const xcb_atom_t m_timestamp;
     const xcb_atom_t m_multiple;

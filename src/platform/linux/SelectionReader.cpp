@@ -24,10 +24,10 @@ std::string utf8FromLatin1(std::string_view text)
 
 } // namespace
 
-SelectionReader::SelectionReader(XcbConnection& connection)
+SelectionReader::SelectionReader(X11Connection& connection)
     : m_connection(connection),
-      m_property(connection.atom("_PITHWISE_SELECTION", XcbConnection::Clock::now() + setupLimit)),
-      m_incr(connection.atom("INCR", XcbConnection::Clock::now() + setupLimit)),
+      m_property(connection.atom("_PITHWISE_SELECTION", X11Connection::Clock::now() + setupLimit)),
+      m_incr(connection.atom("INCR", X11Connection::Clock::now() + setupLimit)),
       m_window(connection.createWindow())
 {}
 
@@ -41,7 +41,7 @@ xcb_window_t SelectionReader::owner(xcb_atom_t selection, Deadline deadline)
 /// Whether the owner has put something into the property before the deadline.
 bool SelectionReader::waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Deadline deadline)
 {
-    while (const XcbConnection::Event event = m_connection.nextEvent(deadline)) {
+    while (const X11Connection::Event event = m_connection.nextEvent(deadline)) {
         if ((event->response_type & 0x7F) != XCB_SELECTION_NOTIFY)
             continue;
         const auto& notify = reinterpret_cast<const xcb_selection_notify_event_t&>(*event);
@@ -55,7 +55,7 @@ bool SelectionReader::waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Dea
 
 bool SelectionReader::waitForPiece(Deadline deadline)
 {
-    while (const XcbConnection::Event event = m_connection.nextEvent(deadline)) {
+    while (const X11Connection::Event event = m_connection.nextEvent(deadline)) {
         if ((event->response_type & 0x7F) != XCB_PROPERTY_NOTIFY)
             continue;
         const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
@@ -67,14 +67,14 @@ bool SelectionReader::waitForPiece(Deadline deadline)
     return false;
 }
 
-std::optional<XcbConnection::Property>
+std::optional<X11Connection::Property>
 SelectionReader::readPieces(std::chrono::milliseconds patience, Deadline deadline)
 {
     Property whole = {XCB_NONE, 8, {}};
-    while (waitForPiece(std::min(deadline, XcbConnection::Clock::now() + patience))) {
+    while (waitForPiece(std::min(deadline, X11Connection::Clock::now() + patience))) {
         std::optional<Property> piece =
             m_connection.property(m_window, m_property, maximumBytes - whole.bytes.size(), deadline,
-                                  XcbConnection::Afterwards::remove);
+                                  X11Connection::Afterwards::remove);
         // The first event may still be about the announcement, which is gone by now.
         if (!piece)
             continue;
@@ -87,7 +87,7 @@ SelectionReader::readPieces(std::chrono::milliseconds patience, Deadline deadlin
     return std::nullopt;
 }
 
-std::optional<XcbConnection::Property> SelectionReader::convert(xcb_atom_t selection,
+std::optional<X11Connection::Property> SelectionReader::convert(xcb_atom_t selection,
                                                                 xcb_atom_t target,
                                                                 std::chrono::milliseconds patience,
                                                                 Deadline deadline)
@@ -98,9 +98,9 @@ std::optional<XcbConnection::Property> SelectionReader::convert(xcb_atom_t selec
                           XCB_CURRENT_TIME);
     std::optional<Property> result;
     if (waitForAnswer(selection, target,
-                      std::min(deadline, XcbConnection::Clock::now() + patience))) {
+                      std::min(deadline, X11Connection::Clock::now() + patience))) {
         result = m_connection.property(m_window, m_property, maximumBytes, deadline,
-                                       XcbConnection::Afterwards::remove);
+                                       X11Connection::Afterwards::remove);
         if (result && result->type == m_incr)
             result = readPieces(patience, deadline);
     }

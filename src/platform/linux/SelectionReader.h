@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <vector>
 
@@ -9,14 +9,14 @@
 class SelectionReader
 {
 public:
-    using Deadline = XcbConnection::Deadline;
-    using Property = XcbConnection::Property;
+    using Deadline = X11Connection::Deadline;
+    using Property = X11Connection::Property;
 
     /// The most that is taken of one target, in bytes.
     static constexpr std::size_t maximumBytes = std::size_t{512} << 20;
 
     /// `connection` outlives this, and is used by nobody else while a call runs.
-    explicit SelectionReader(XcbConnection& connection);
+    explicit SelectionReader(X11Connection& connection);
 
     xcb_window_t owner(xcb_atom_t selection, Deadline deadline);
 
@@ -37,7 +37,7 @@ private:
     bool waitForPiece(Deadline deadline);
     std::optional<Property> readPieces(std::chrono::milliseconds patience, Deadline deadline);
 
-    XcbConnection& m_connection;
+    X11Connection& m_connection;
     xcb_atom_t m_property; // on m_window, where owners put what is asked for
     xcb_atom_t m_incr;
     xcb_window_t m_window;

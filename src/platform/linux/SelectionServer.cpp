@@ -19,10 +19,10 @@ constexpr int idleMilliseconds = 1000; // between looks for forgotten transfers
 
 std::unique_ptr<SelectionServer> SelectionServer::create()
 {
-    auto connection = XcbConnection::create();
+    auto connection = X11Connection::open();
     if (!connection)
         return nullptr;
-    const auto deadline = XcbConnection::Clock::now() + setupLimit;
+    const auto deadline = X11Connection::Clock::now() + setupLimit;
     const xcb_query_extension_reply_t* fixes =
         xcb_get_extension_data(connection->get(), &xcb_xfixes_id);
     if (fixes == nullptr || fixes->present == 0 ||
@@ -36,10 +36,10 @@ std::unique_ptr<SelectionServer> SelectionServer::create()
         new SelectionServer(std::move(connection), wakeDescriptor));
 }
 
-SelectionServer::SelectionServer(std::unique_ptr<XcbConnection> connection, int wakeDescriptor)
+SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, int wakeDescriptor)
     : m_connection(std::move(connection)),
       m_window(m_connection->createWindow()),
-      m_clipboard(m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit)),
+      m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit)),
       m_firstFixesEvent(xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id)->first_event),
       m_answers(std::make_unique<SelectionAnswers>(*m_connection)),
       m_wakeDescriptor(wakeDescriptor)
@@ -49,7 +49,7 @@ SelectionServer::SelectionServer(std::unique_ptr<XcbConnection> connection, int 
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     // Every change after this constructor counts.
-    m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit);
+    m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit);
     m_thread = std::thread([this] { serve(); });
 }
 
@@ -72,7 +72,6 @@ void SelectionServer::offer(Pasteboard::Item item)
         m_offerSequence =
             xcb_set_selection_owner(m_connection->get(), m_window, m_clipboard, XCB_CURRENT_TIME)
                 .sequence;
-        xcb_flush(m_connection->get());
     });
 }
 
@@ -81,7 +80,6 @@ void SelectionServer::release()
     runOnThread([this] {
         m_answers->clear();
         xcb_set_selection_owner(m_connection->get(), XCB_NONE, m_clipboard, XCB_CURRENT_TIME);
-        xcb_flush(m_connection->get());
     });
 }
 
@@ -97,8 +95,13 @@ void SelectionServer::runOnThread(std::function<void()> work)
 void SelectionServer::runWork()
 {
     const std::lock_guard lock(m_mutex);
-    if (m_work)
-        m_work();
+    if (!m_work)
+        return;
+    m_work();
+    // So that the caller finds the clipboard as it was told to be, and the change counted.
+    m_connection->finish();
+    for (std::size_t left = m_connection->waitingEvents(); left > 0; --left)
+        handle(*m_connection->pendingEvent());
     m_work = nullptr;
     m_workDone.notify_all();
 }
@@ -111,9 +114,9 @@ void SelectionServer::serve()
         const std::lock_guard lock(m_mutex);
         return m_isEnding;
     };
-    while (!isEnding() && xcb_connection_has_error(m_connection->get()) == 0) {
+    while (!isEnding() && !m_connection->isLost()) {
         runWork(); // between any two events, however many come
-        XcbConnection::Event event = m_connection->pendingEvent();
+        X11Connection::Event event = m_connection->pendingEvent();
         if (!event) {
             m_answers->dropForgotten();
             // Sending reads as well: what it has read would not wake the call below.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Pasteboard.h"
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -36,13 +36,13 @@ public:
     void release();
 
 private:
-    SelectionServer(std::unique_ptr<XcbConnection> connection, int wakeDescriptor);
+    SelectionServer(std::unique_ptr<X11Connection> connection, int wakeDescriptor);
     void serve();
     void handle(const xcb_generic_event_t& event);
     void runOnThread(std::function<void()> work);
     void runWork();
 
-    std::unique_ptr<XcbConnection> m_connection;
+    std::unique_ptr<X11Connection> m_connection;
     xcb_window_t m_window;
     xcb_atom_t m_clipboard;
     std::uint8_t m_firstFixesEvent;

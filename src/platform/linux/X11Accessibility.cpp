@@ -18,19 +18,19 @@ static bool isBlank(const std::string& text)
 
 std::unique_ptr<X11Accessibility> X11Accessibility::create()
 {
-    auto connection = XcbConnection::create();
+    auto connection = X11Connection::open();
     if (!connection)
         return nullptr;
     return std::unique_ptr<X11Accessibility>(new X11Accessibility(std::move(connection)));
 }
 
-X11Accessibility::X11Accessibility(std::unique_ptr<XcbConnection> connection)
+X11Accessibility::X11Accessibility(std::unique_ptr<X11Connection> connection)
     : m_connection(std::move(connection)), m_reader(*m_connection)
 {}
 
 std::optional<std::string> X11Accessibility::selectedText(milliseconds limit)
 {
-    const auto begin = XcbConnection::Clock::now();
+    const auto begin = X11Connection::Clock::now();
     const auto application = FrontApplication::find(*m_connection, begin + limit);
     if (!application)
         return std::nullopt;
@@ -41,7 +41,7 @@ std::optional<std::string> X11Accessibility::selectedText(milliseconds limit)
 }
 
 std::optional<std::string> X11Accessibility::primaryText(xcb_window_t window,
-                                                         XcbConnection::Deadline deadline)
+                                                         X11Connection::Deadline deadline)
 {
     // Another program's PRIMARY may be from an hour ago.
     if (!m_connection->isSameClient(m_reader.owner(XCB_ATOM_PRIMARY, deadline), window))

@@ -17,12 +17,12 @@ public:
     std::optional<std::string> selectedText(std::chrono::milliseconds limit) override;
 
     /// PRIMARY, where it belongs to the application that `window` does.
-    std::optional<std::string> primaryText(xcb_window_t window, XcbConnection::Deadline deadline);
+    std::optional<std::string> primaryText(xcb_window_t window, X11Connection::Deadline deadline);
 
 private:
-    explicit X11Accessibility(std::unique_ptr<XcbConnection> connection);
+    explicit X11Accessibility(std::unique_ptr<X11Connection> connection);
 
-    std::unique_ptr<XcbConnection> m_connection;
+    std::unique_ptr<X11Connection> m_connection;
     SelectionReader m_reader;
     AtSpi m_atSpi;
 };

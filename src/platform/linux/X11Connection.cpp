@@ -1,68 +1,58 @@
 #include "X11Connection.h"
 
+#include <poll.h>
+#include <xcb/xcbext.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstring>
-#include <string_view>
-#include <utility>
 
-X11Connection::X11Connection(std::unique_ptr<xcb_connection_t, Disconnect> connection,
-                             xcb_screen_t* screen)
-    : m_connection(std::move(connection)), m_screen(screen)
-{}
+namespace {
 
-std::optional<X11Connection> X11Connection::open()
+/// Null where there is no screen at all.
+const xcb_screen_t* findScreen(xcb_connection_t* connection, int number)
 {
-    int number = 0;
-    std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, &number));
-    if (xcb_connection_has_error(connection.get()) != 0)
-        return std::nullopt;
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (; number > 0 && screens.rem > 1; --number)
         xcb_screen_next(&screens);
-    if (screens.rem == 0)
-        return std::nullopt;
-    return X11Connection(std::move(connection), screens.data);
+    return screens.rem > 0 ? screens.data : nullptr;
 }
 
-xcb_atom_t X11Connection::atom(const char* name) const
+} // namespace
+
+std::unique_ptr<X11Connection> X11Connection::open()
 {
-    const auto cookie =
-        xcb_intern_atom(get(), 1, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const X11Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    int number = 0;
+    xcb_connection_t* connection = xcb_connect(nullptr, &number);
+    const bool isOpen = xcb_connection_has_error(connection) == 0;
+    const xcb_screen_t* screen = isOpen ? findScreen(connection, number) : nullptr;
+    // A connection that failed has to be given back too.
+    std::unique_ptr<X11Connection> result(new X11Connection(connection, screen));
+    return screen == nullptr ? nullptr : std::move(result);
 }
 
-xcb_get_property_cookie_t X11Connection::request(xcb_window_t window, xcb_atom_t property,
-                                                 std::uint32_t most) const
+X11Connection::X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen)
+    : m_connection(connection), m_screen(screen)
+{}
+
+X11Connection::~X11Connection()
 {
-    return xcb_get_property(get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, most);
+    xcb_disconnect(m_connection);
 }
 
-std::vector<std::uint32_t> X11Connection::values(xcb_get_property_cookie_t request) const
+bool X11Connection::isSameClient(xcb_window_t one, xcb_window_t other) const
 {
-    const X11Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), request, nullptr));
-    if (!reply || reply->format != 32)
-        return {};
-    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    return {first, first + bytes / sizeof *first};
+    const std::uint32_t mask = ~xcb_get_setup(m_connection)->resource_id_mask;
+    return one != XCB_NONE && (one & mask) == (other & mask);
 }
 
-std::string X11Connection::text(xcb_get_property_cookie_t request) const
-{
-    const X11Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), request, nullptr));
-    if (!reply || reply->format != 8)
-        return {};
-    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
-            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
-}
-
-double X11Connection::pixelsPerPoint() const
+double X11Connection::pixelsPerPoint()
 {
     // Where desktops publish the scale, as dots per inch with 96 for a scale of 1.
-    const std::string resources =
-        "\n" + text(request(screen().root, XCB_ATOM_RESOURCE_MANAGER, 16'384));
+    constexpr std::size_t most = 1 << 20;
+    const auto property = this->property(root(), XCB_ATOM_RESOURCE_MANAGER, most, never);
+    const std::string resources = "\n" + (property ? property->bytes : "");
     const std::string_view key = "\nXft.dpi:";
     std::size_t begin = resources.find(key);
     if (begin == std::string::npos)
@@ -71,4 +61,131 @@ double X11Connection::pixelsPerPoint() const
     double dotsPerInch = 96;
     std::from_chars(resources.data() + begin, resources.data() + resources.size(), dotsPerInch);
     return dotsPerInch > 96 ? std::min(dotsPerInch / 96, 16.0) : 1; // also for "nan"
+}
+
+/// Whether there is something to read before the deadline.
+bool X11Connection::waitForInput(Deadline deadline)
+{
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (left.count() <= 0)
+            return false;
+        pollfd descriptor = {xcb_get_file_descriptor(m_connection), POLLIN, 0};
+        const auto timeout = std::min<std::chrono::milliseconds::rep>(left.count(), 60'000);
+        const int count = poll(&descriptor, 1, static_cast<int>(timeout));
+        if (count > 0)
+            return true;
+        if (count < 0 && errno != EINTR)
+            return false;
+    }
+}
+
+void* X11Connection::waitForReply(unsigned int sequence, Deadline deadline)
+{
+    xcb_flush(m_connection);
+    for (;;) {
+        // Reading events is what fetches answers as well.
+        while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection))
+            m_events.emplace_back(event);
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (xcb_poll_for_reply(m_connection, sequence, &reply, &error) != 0) {
+            std::free(error);
+            return reply;
+        }
+        if (isLost())
+            return nullptr;
+        if (!waitForInput(deadline)) {
+            xcb_discard_reply(m_connection, sequence);
+            return nullptr;
+        }
+    }
+}
+
+void X11Connection::finish()
+{
+    reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection));
+}
+
+X11Connection::Event X11Connection::pendingEvent()
+{
+    if (m_events.empty())
+        return Event(xcb_poll_for_event(m_connection));
+    Event event = std::move(m_events.front());
+    m_events.pop_front();
+    return event;
+}
+
+X11Connection::Event X11Connection::nextEvent(Deadline deadline)
+{
+    xcb_flush(m_connection);
+    // However many events come, the deadline holds.
+    while (Clock::now() < deadline) {
+        if (Event event = pendingEvent())
+            return event;
+        if (isLost() || !waitForInput(deadline))
+            break;
+    }
+    return nullptr;
+}
+
+xcb_window_t X11Connection::createWindow()
+{
+    const xcb_window_t window = xcb_generate_id(m_connection);
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, root(), -10, -10, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                      &events);
+    return window;
+}
+
+xcb_atom_t X11Connection::atom(std::string_view name, Deadline deadline)
+{
+    const auto cookie =
+        xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto answer = reply<xcb_intern_atom_reply_t>(cookie, deadline);
+    return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_NONE);
+}
+
+std::string X11Connection::atomName(xcb_atom_t atom, Deadline deadline)
+{
+    const auto answer =
+        reply<xcb_get_atom_name_reply_t>(xcb_get_atom_name(m_connection, atom), deadline);
+    if (!answer)
+        return {};
+    return {xcb_get_atom_name_name(answer.get()),
+            static_cast<std::size_t>(xcb_get_atom_name_name_length(answer.get()))};
+}
+
+std::optional<X11Connection::Property> X11Connection::property(xcb_window_t window, xcb_atom_t name,
+                                                               std::size_t maximumBytes,
+                                                               Deadline deadline,
+                                                               Afterwards afterwards)
+{
+    const auto cookie =
+        xcb_get_property(m_connection, afterwards == Afterwards::remove ? 1 : 0, window, name,
+                         XCB_ATOM_ANY, 0, static_cast<std::uint32_t>(maximumBytes / 4));
+    const auto answer = reply<xcb_get_property_reply_t>(cookie, deadline);
+    if (!answer || answer->type == XCB_NONE || answer->bytes_after > 0)
+        return std::nullopt;
+    const auto size = static_cast<std::size_t>(xcb_get_property_value_length(answer.get()));
+    return Property{
+        answer->type, answer->format,
+        std::string(static_cast<const char*>(xcb_get_property_value(answer.get())), size)};
+}
+
+xcb_get_property_cookie_t X11Connection::askValues(xcb_window_t window, xcb_atom_t property,
+                                                   std::uint32_t most) const
+{
+    return xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, most);
+}
+
+std::vector<std::uint32_t> X11Connection::values(xcb_get_property_cookie_t question)
+{
+    const auto answer = reply<xcb_get_property_reply_t>(question);
+    if (!answer || answer->format != 32)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));
+    const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(answer.get()));
+    return {first, first + bytes / sizeof *first};
 }

@@ -36,8 +36,7 @@ int bitsPerPixel(const xcb_setup_t* setup, std::uint8_t depth)
     return 0;
 }
 
-QImage::Format formatOf(const X11Connection& connection, std::uint8_t depth,
-                        xcb_visualid_t visualId)
+QImage::Format formatOf(X11Connection& connection, std::uint8_t depth, xcb_visualid_t visualId)
 {
     const xcb_setup_t* setup = xcb_get_setup(connection.get());
     const xcb_visualtype_t* visual = findVisual(connection.screen(), visualId);
@@ -55,32 +54,31 @@ QImage::Format formatOf(const X11Connection& connection, std::uint8_t depth,
     return QImage::Format_Invalid;
 }
 
-X11Reply<xcb_get_image_reply_t> readStrip(const X11Connection& connection, xcb_drawable_t drawable,
-                                          const QRect& strip)
+X11Connection::Owned<xcb_get_image_reply_t> readStrip(X11Connection& connection,
+                                                      xcb_drawable_t drawable, const QRect& strip)
 {
     const auto cookie = xcb_get_image(
         connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, static_cast<std::int16_t>(strip.x()),
         static_cast<std::int16_t>(strip.y()), static_cast<std::uint16_t>(strip.width()),
         static_cast<std::uint16_t>(strip.height()), ~0U);
-    return X11Reply<xcb_get_image_reply_t>(xcb_get_image_reply(connection.get(), cookie, nullptr));
+    return connection.reply<xcb_get_image_reply_t>(cookie);
 }
 
 } // namespace
 
-xcb_atom_t shadowAtom(const X11Connection& connection)
+xcb_atom_t shadowAtom(X11Connection& connection)
 {
     return connection.atom("_GTK_FRAME_EXTENTS");
 }
 
-AreaQuestion askArea(const X11Connection& connection, xcb_window_t window, xcb_atom_t shadow)
+AreaQuestion askArea(X11Connection& connection, xcb_window_t window, xcb_atom_t shadow)
 {
-    return {xcb_get_geometry(connection.get(), window), connection.request(window, shadow, 4)};
+    return {xcb_get_geometry(connection.get(), window), connection.askValues(window, shadow, 4)};
 }
 
-std::optional<QRect> area(const X11Connection& connection, const AreaQuestion& question)
+std::optional<QRect> area(X11Connection& connection, const AreaQuestion& question)
 {
-    const X11Reply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection.get(), question.geometry, nullptr));
+    const auto geometry = connection.reply<xcb_get_geometry_reply_t>(question.geometry);
     const std::vector<std::uint32_t> shadow = connection.values(question.shadow);
     if (!geometry)
         return std::nullopt;
@@ -96,8 +94,7 @@ std::optional<QRect> area(const X11Connection& connection, const AreaQuestion& q
     return visible.isEmpty() ? whole : visible;
 }
 
-std::optional<QImage> read(const X11Connection& connection, xcb_drawable_t drawable,
-                           const QRect& area)
+std::optional<QImage> read(X11Connection& connection, xcb_drawable_t drawable, const QRect& area)
 {
     if (area.isEmpty() || std::int64_t{area.width()} * area.height() > mostPixels)
         return std::nullopt;
@@ -120,7 +117,7 @@ std::optional<QImage> read(const X11Connection& connection, xcb_drawable_t drawa
     return image;
 }
 
-void write(const X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
+void write(X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
            const QImage& image, QPoint position)
 {
     constexpr std::uint32_t head = 64; // more than the request takes beside the pixels

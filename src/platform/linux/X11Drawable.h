@@ -11,7 +11,7 @@
 namespace X11Drawable {
 
 /// The property in which applications that draw their own frame tell how far its shadow reaches.
-xcb_atom_t shadowAtom(const X11Connection& connection);
+xcb_atom_t shadowAtom(X11Connection& connection);
 
 struct AreaQuestion
 {
@@ -21,17 +21,16 @@ struct AreaQuestion
 
 /// Asks for the part of `window` that is not shadow; `area` waits for the answer, in pixels and the
 /// window's own coordinates. Nothing where the window is gone.
-AreaQuestion askArea(const X11Connection& connection, xcb_window_t window, xcb_atom_t shadow);
-std::optional<QRect> area(const X11Connection& connection, const AreaQuestion& question);
+AreaQuestion askArea(X11Connection& connection, xcb_window_t window, xcb_atom_t shadow);
+std::optional<QRect> area(X11Connection& connection, const AreaQuestion& question);
 
 /// What `drawable` shows in `area`. Nothing where a part of it cannot be seen, where it has more
 /// than 256 megapixels or colours of a kind that no desktop has any more (palettes).
-std::optional<QImage> read(const X11Connection& connection, xcb_drawable_t drawable,
-                           const QRect& area);
+std::optional<QImage> read(X11Connection& connection, xcb_drawable_t drawable, const QRect& area);
 
 /// Copies `image`, of the format that `read` gives for the screen, into `drawable`. Whether the
 /// server takes it shows with what is asked of it next.
-void write(const X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
+void write(X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
            const QImage& image, QPoint position);
 
 } // namespace X11Drawable

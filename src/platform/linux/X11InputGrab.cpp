@@ -18,7 +18,7 @@ xcb_cursor_t makeCrosshair(xcb_connection_t* connection)
     const xcb_cursor_t cursor = xcb_generate_id(connection);
     const auto cookie = xcb_create_glyph_cursor_checked(
         connection, cursor, font, font, crosshair, crosshair + 1, 0, 0, 0, light, light, light);
-    const X11Reply<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
+    const X11Connection::Owned<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
     return error ? static_cast<xcb_cursor_t>(XCB_CURSOR_NONE) : cursor;
 }
 
@@ -30,47 +30,41 @@ bool canRead(int descriptor, int milliseconds)
 
 } // namespace
 
-X11InputGrab::X11InputGrab(const X11Connection& connection)
-    : m_connection(connection.get()),
-      m_root(connection.screen().root),
-      m_cursor(makeCrosshair(m_connection))
+X11InputGrab::X11InputGrab(X11Connection& connection)
+    : m_connection(connection), m_cursor(makeCrosshair(connection.get()))
 {}
 
 X11InputGrab::~X11InputGrab()
 {
-    xcb_ungrab_pointer(m_connection, XCB_CURRENT_TIME);
-    xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    xcb_ungrab_pointer(m_connection.get(), XCB_CURRENT_TIME);
+    xcb_ungrab_keyboard(m_connection.get(), XCB_CURRENT_TIME);
 }
 
-bool X11InputGrab::take(int cancelDescriptor) const
+bool X11InputGrab::take(int cancelDescriptor)
 {
     const QDeadlineTimer deadline(patience);
     while (!takeKeyboard() || !takePointer()) {
-        if (xcb_connection_has_error(m_connection) != 0 || deadline.hasExpired() ||
-            canRead(cancelDescriptor, 10))
+        if (m_connection.isLost() || deadline.hasExpired() || canRead(cancelDescriptor, 10))
             return false;
     }
     return true;
 }
 
-bool X11InputGrab::takeKeyboard() const
+bool X11InputGrab::takeKeyboard()
 {
-    const X11Reply<xcb_grab_keyboard_reply_t> reply(
-        xcb_grab_keyboard_reply(m_connection,
-                                xcb_grab_keyboard(m_connection, 0, m_root, XCB_CURRENT_TIME,
-                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-                                nullptr));
+    const auto reply = m_connection.reply<xcb_grab_keyboard_reply_t>(
+        xcb_grab_keyboard(m_connection.get(), 0, m_connection.root(), XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
-bool X11InputGrab::takePointer() const
+bool X11InputGrab::takePointer()
 {
     const std::uint16_t events =
         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
-    const X11Reply<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(
-        m_connection,
-        xcb_grab_pointer(m_connection, 0, m_root, events, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC,
-                         XCB_NONE, m_cursor, XCB_CURRENT_TIME),
-        nullptr));
+    // On the root window, which is always there to be grabbed on.
+    const auto reply = m_connection.reply<xcb_grab_pointer_reply_t>(
+        xcb_grab_pointer(m_connection.get(), 0, m_connection.root(), events, XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC, XCB_NONE, m_cursor, XCB_CURRENT_TIME));
     return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }

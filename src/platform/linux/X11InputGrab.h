@@ -8,20 +8,19 @@ class X11InputGrab
 {
 public:
     /// The connection is kept.
-    explicit X11InputGrab(const X11Connection& connection);
+    explicit X11InputGrab(X11Connection& connection);
     ~X11InputGrab();
     X11InputGrab(const X11InputGrab&) = delete;
     X11InputGrab& operator=(const X11InputGrab&) = delete;
 
     /// Waits for a second where another program has them. False when that was in vain, or something
     /// can be read from `cancelDescriptor`.
-    bool take(int cancelDescriptor) const;
+    bool take(int cancelDescriptor);
 
 private:
-    bool takeKeyboard() const;
-    bool takePointer() const;
+    bool takeKeyboard();
+    bool takePointer();
 
-    xcb_connection_t* m_connection;
-    xcb_window_t m_root; // which is always there to be grabbed on
+    X11Connection& m_connection;
     xcb_cursor_t m_cursor;
 };

@@ -38,7 +38,7 @@ xcb_keycode_t firstKey(const xcb_get_modifier_mapping_reply_t& map, int index)
 
 std::unique_ptr<X11KeyEvents> X11KeyEvents::create()
 {
-    auto connection = XcbConnection::create();
+    auto connection = X11Connection::open();
     if (!connection)
         return nullptr;
     const xcb_query_extension_reply_t* test =
@@ -58,7 +58,7 @@ void X11KeyEvents::letGoOfKeyboard()
     if (auto* x11 = application->nativeInterface<QNativeInterface::QX11Application>()) {
         xcb_ungrab_keyboard(x11->connection(), XCB_CURRENT_TIME);
         // What is sent on the other connection must not overtake this.
-        const XcbConnection::Owned<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
+        const X11Connection::Owned<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
             x11->connection(), xcb_get_input_focus(x11->connection()), nullptr));
     }
 }
@@ -112,7 +112,7 @@ void X11KeyEvents::send(std::uint8_t type, xcb_keycode_t key)
 
 KeyEvents::Outcome X11KeyEvents::sendCopy()
 {
-    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    const Deadline deadline = X11Connection::Clock::now() + limit;
     const auto application = FrontApplication::find(*m_connection, deadline);
     const auto map = m_connection->reply<xcb_get_modifier_mapping_reply_t>(
         xcb_get_modifier_mapping(m_connection->get()), deadline);
@@ -128,5 +128,5 @@ KeyEvents::Outcome X11KeyEvents::sendCopy()
     send(XCB_KEY_RELEASE, key);
     send(XCB_KEY_RELEASE, control);
     xcb_flush(m_connection->get());
-    return xcb_connection_has_error(m_connection->get()) == 0 ? Outcome::sent : Outcome::notSent;
+    return m_connection->isLost() ? Outcome::notSent : Outcome::sent;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KeyEvents.h"
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <vector>
 
@@ -15,9 +15,9 @@ public:
     Outcome sendCopy() override;
 
 private:
-    using Deadline = XcbConnection::Deadline;
+    using Deadline = X11Connection::Deadline;
 
-    explicit X11KeyEvents(std::unique_ptr<XcbConnection> connection)
+    explicit X11KeyEvents(std::unique_ptr<X11Connection> connection)
         : m_connection(std::move(connection))
     {}
 
@@ -27,5 +27,5 @@ private:
     xcb_keycode_t copyKey(Deadline deadline);
     void send(std::uint8_t type, xcb_keycode_t key);
 
-    std::unique_ptr<XcbConnection> m_connection;
+    std::unique_ptr<X11Connection> m_connection;
 };

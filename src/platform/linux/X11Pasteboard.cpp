@@ -52,19 +52,19 @@ bool isTextAgain(std::string_view target)
 std::unique_ptr<X11Pasteboard> X11Pasteboard::create()
 {
     auto server = SelectionServer::create();
-    auto connection = server ? XcbConnection::create() : nullptr;
+    auto connection = server ? X11Connection::open() : nullptr;
     if (!connection)
         return nullptr;
     return std::unique_ptr<X11Pasteboard>(
         new X11Pasteboard(std::move(connection), std::move(server)));
 }
 
-X11Pasteboard::X11Pasteboard(std::unique_ptr<XcbConnection> connection,
+X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection,
                              std::unique_ptr<SelectionServer> server)
     : m_connection(std::move(connection)),
       m_server(std::move(server)),
       m_reader(*m_connection),
-      m_clipboard(m_connection->atom("CLIPBOARD", XcbConnection::Clock::now() + setupLimit))
+      m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit))
 {}
 
 /// What the owner says it can give and carries data, each once.
@@ -99,7 +99,7 @@ Pasteboard::Item X11Pasteboard::fetch(const std::vector<Target>& targets, Deadli
     std::stable_partition(sorted.begin(), sorted.end(),
                           [](const Target& target) { return !isTextAgain(target.name); });
     for (const Target& target : sorted) {
-        if (XcbConnection::Clock::now() >= deadline)
+        if (X11Connection::Clock::now() >= deadline)
             break;
         auto property = m_reader.convert(m_clipboard, target.atom, patience, deadline);
         if (!property)
@@ -118,7 +118,7 @@ Pasteboard::Item X11Pasteboard::fetch(const std::vector<Target>& targets, Deadli
 
 std::vector<Pasteboard::Item> X11Pasteboard::items(milliseconds limit)
 {
-    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    const Deadline deadline = X11Connection::Clock::now() + limit;
     if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
         return {};
     return {fetch(targets(deadline), deadline)};
@@ -126,7 +126,7 @@ std::vector<Pasteboard::Item> X11Pasteboard::items(milliseconds limit)
 
 std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
 {
-    const Deadline deadline = XcbConnection::Clock::now() + limit;
+    const Deadline deadline = X11Connection::Clock::now() + limit;
     if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
         return std::nullopt;
     return m_reader.text(m_clipboard, limit, deadline);

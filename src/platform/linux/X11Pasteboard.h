@@ -18,19 +18,19 @@ public:
     void write(Item item) override { m_server->offer(std::move(item)); }
 
 private:
-    using Deadline = XcbConnection::Deadline;
+    using Deadline = X11Connection::Deadline;
     struct Target
     {
         xcb_atom_t atom;
         std::string name;
     };
 
-    X11Pasteboard(std::unique_ptr<XcbConnection> connection,
+    X11Pasteboard(std::unique_ptr<X11Connection> connection,
                   std::unique_ptr<SelectionServer> server);
     std::vector<Target> targets(Deadline deadline);
     Item fetch(const std::vector<Target>& targets, Deadline deadline);
 
-    std::unique_ptr<XcbConnection> m_connection;
+    std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<SelectionServer> m_server;
     SelectionReader m_reader;
     xcb_atom_t m_clipboard;

@@ -11,29 +11,27 @@
 
 namespace {
 
-QRect screenArea(const X11Connection& connection)
+QRect screenArea(X11Connection& connection)
 {
     return {0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels};
 }
 
-std::optional<QImage> readScreen(const X11Connection& connection)
+std::optional<QImage> readScreen(X11Connection& connection)
 {
-    return X11Drawable::read(connection, connection.screen().root, screenArea(connection));
+    return X11Drawable::read(connection, connection.root(), screenArea(connection));
 }
 
 /// The part of `area`, in the coordinates of `window`, that lies on the screen.
-QRect onScreen(const X11Connection& connection, xcb_window_t window, const QRect& area)
+QRect onScreen(X11Connection& connection, xcb_window_t window, const QRect& area)
 {
-    const X11Reply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
-        connection.get(),
-        xcb_translate_coordinates(connection.get(), window, connection.screen().root, 0, 0),
-        nullptr));
+    const auto origin = connection.reply<xcb_translate_coordinates_reply_t>(
+        xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0));
     if (!origin)
         return {};
     return area & screenArea(connection).translated(-origin->dst_x, -origin->dst_y);
 }
 
-std::optional<QImage> readWindow(const X11Connection& connection, xcb_window_t window)
+std::optional<QImage> readWindow(X11Connection& connection, xcb_window_t window)
 {
     const auto question =
         X11Drawable::askArea(connection, window, X11Drawable::shadowAtom(connection));
@@ -63,20 +61,20 @@ X11Screenshot::X11Screenshot() : m_cancel(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOC
 
 bool X11Screenshot::takeScreen(const std::filesystem::path& file)
 {
-    const std::optional<X11Connection> connection = X11Connection::open();
+    const auto connection = X11Connection::open();
     return connection && writeTo(file, readScreen(*connection));
 }
 
 bool X11Screenshot::takeWindow(std::uint32_t id, const std::filesystem::path& file)
 {
-    const std::optional<X11Connection> connection = X11Connection::open();
+    const auto connection = X11Connection::open();
     return connection && writeTo(file, readWindow(*connection, id));
 }
 
 bool X11Screenshot::takeSelection(const std::filesystem::path& file)
 {
     std::optional<QImage> selected;
-    if (const std::optional<X11Connection> connection = X11Connection::open()) {
+    if (const auto connection = X11Connection::open()) {
         if (const std::optional<QImage> screen = readScreen(*connection))
             selected = X11SelectionOverlay::select(*connection, *screen, m_cancel.value());
     }

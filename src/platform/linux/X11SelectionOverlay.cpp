@@ -58,28 +58,28 @@ void follow(SelectionGesture& gesture, xcb_generic_event_t& event, const Symbols
 }
 
 /// Whether there is something to read from the server, rather than a wish to cancel or an error.
-bool waitForServer(xcb_connection_t* connection, int cancelDescriptor)
+bool waitForServer(X11Connection& connection, int cancelDescriptor)
 {
-    if (xcb_connection_has_error(connection) != 0)
+    if (connection.isLost())
         return false;
     std::array<pollfd, 2> sources = {
-        {{xcb_get_file_descriptor(connection), POLLIN, 0}, {cancelDescriptor, POLLIN, 0}}};
+        {{xcb_get_file_descriptor(connection.get()), POLLIN, 0}, {cancelDescriptor, POLLIN, 0}}};
     ::poll(sources.data(), sources.size(), -1);
     return sources[1].revents == 0;
 }
 
 /// Follows the user until they have chosen or cancelled.
-QRect followUser(xcb_connection_t* connection, X11SelectionPicture& picture, int cancelDescriptor)
+QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int cancelDescriptor)
 {
     using State = SelectionGesture::State;
-    const Symbols symbols(xcb_key_symbols_alloc(connection));
+    const Symbols symbols(xcb_key_symbols_alloc(connection.get()));
     SelectionGesture gesture;
     while (gesture.state() == State::waiting || gesture.state() == State::dragging) {
-        X11Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection));
+        X11Connection::Event event = connection.pendingEvent();
         if (!event) {
             // However many events there were, the picture changes once.
             picture.update(gesture);
-            event.reset(xcb_poll_for_queued_event(connection)); // read while that was sent
+            event = connection.pendingEvent(); // read while that was sent
         }
         if (event)
             follow(gesture, *event, symbols);
@@ -112,18 +112,17 @@ private:
 
 } // namespace
 
-std::optional<QImage> select(const X11Connection& connection, const QImage& screen,
-                             int cancelDescriptor)
+std::optional<QImage> select(X11Connection& connection, const QImage& screen, int cancelDescriptor)
 {
     const Turn turn;
     if (!turn.isOurs())
         return std::nullopt;
     X11SelectionPicture picture(connection, screen);
-    const X11InputGrab grab(connection);
+    X11InputGrab grab(connection);
     if (!grab.take(cancelDescriptor))
         return std::nullopt;
     picture.show();
-    const QRect chosen = followUser(connection.get(), picture, cancelDescriptor) & screen.rect();
+    const QRect chosen = followUser(connection, picture, cancelDescriptor) & screen.rect();
     return chosen.isEmpty() ? std::nullopt : std::optional(screen.copy(chosen));
 }
 

@@ -15,7 +15,6 @@ namespace X11SelectionOverlay {
 /// cancels, something can be read from `cancelDescriptor`, another program holds the pointer or the
 /// keyboard, another selection is under way in this process, or the X server is gone. Blocks; any
 /// thread.
-std::optional<QImage> select(const X11Connection& connection, const QImage& screen,
-                             int cancelDescriptor);
+std::optional<QImage> select(X11Connection& connection, const QImage& screen, int cancelDescriptor);
 
 } // namespace X11SelectionOverlay

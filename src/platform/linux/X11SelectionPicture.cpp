@@ -7,7 +7,7 @@
 
 #include <array>
 
-X11SelectionPicture::X11SelectionPicture(const X11Connection& connection, const QImage& screen)
+X11SelectionPicture::X11SelectionPicture(X11Connection& connection, const QImage& screen)
     : m_connection(connection),
       m_format(screen.format()),
       m_area(screen.rect()),
@@ -33,8 +33,7 @@ X11SelectionPicture::~X11SelectionPicture()
 {
     xcb_destroy_window(m_connection.get(), m_window);
     // Waits for the server, so that the screen is as it was when the caller goes on.
-    const X11Reply<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(
-        m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
+    m_connection.finish();
 }
 
 void X11SelectionPicture::show() const
@@ -58,7 +57,7 @@ xcb_pixmap_t X11SelectionPicture::makePixmap() const
 {
     const xcb_pixmap_t pixmap = xcb_generate_id(m_connection.get());
     xcb_create_pixmap(m_connection.get(), m_connection.screen().root_depth, pixmap,
-                      m_connection.screen().root, static_cast<std::uint16_t>(m_area.width()),
+                      m_connection.root(), static_cast<std::uint16_t>(m_area.width()),
                       static_cast<std::uint16_t>(m_area.height()));
     return pixmap;
 }
@@ -68,8 +67,8 @@ void X11SelectionPicture::makeWindow() const
     // The server itself shows the frame wherever the window is uncovered; the window manager
     // has no say in it.
     const std::array<std::uint32_t, 2> values = {m_frame, 1};
-    xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window,
-                      m_connection.screen().root, 0, 0, static_cast<std::uint16_t>(m_area.width()),
+    xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), 0, 0,
+                      static_cast<std::uint16_t>(m_area.width()),
                       static_cast<std::uint16_t>(m_area.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT,
                       values.data());

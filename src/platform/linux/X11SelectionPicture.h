@@ -11,7 +11,7 @@ class X11SelectionPicture
 {
 public:
     /// `screen` is what X11Drawable::read gives for the whole screen. The connection is kept.
-    X11SelectionPicture(const X11Connection& connection, const QImage& screen);
+    X11SelectionPicture(X11Connection& connection, const QImage& screen);
     /// Returns once it is gone from the screen.
     ~X11SelectionPicture();
     X11SelectionPicture(const X11SelectionPicture&) = delete;
@@ -30,7 +30,7 @@ private:
     void copy(xcb_drawable_t from, xcb_drawable_t to, const QRect& area) const;
     void fill(const QRect& area) const;
 
-    const X11Connection& m_connection;
+    X11Connection& m_connection;
     QImage::Format m_format;
     QRect m_area;
     double m_pixelsPerPoint;

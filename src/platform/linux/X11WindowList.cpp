@@ -16,7 +16,7 @@ constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
 
 struct Atoms
 {
-    explicit Atoms(const X11Connection& connection)
+    explicit Atoms(X11Connection& connection)
         : type(connection.atom("_NET_WM_WINDOW_TYPE")),
           normal(connection.atom("_NET_WM_WINDOW_TYPE_NORMAL")),
           dialog(connection.atom("_NET_WM_WINDOW_TYPE_DIALOG")),
@@ -76,27 +76,26 @@ struct Questions
     X11Drawable::AreaQuestion area;
     xcb_get_property_cookie_t types, states, workspace, opacity, owner;
 
-    Questions(const X11Connection& connection, xcb_window_t window, const Atoms& atoms)
+    Questions(X11Connection& connection, xcb_window_t window, const Atoms& atoms)
         : attributes(xcb_get_window_attributes(connection.get(), window)),
-          position(
-              xcb_translate_coordinates(connection.get(), window, connection.screen().root, 0, 0)),
+          position(xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)),
           area(X11Drawable::askArea(connection, window, atoms.shadow)),
-          types(connection.request(window, atoms.type, mostAtoms)),
-          states(connection.request(window, atoms.state, mostAtoms)),
-          workspace(connection.request(window, atoms.workspace, 1)),
-          opacity(connection.request(window, atoms.opacity, 1)),
-          owner(connection.request(window, atoms.owner, 1))
+          types(connection.askValues(window, atoms.type, mostAtoms)),
+          states(connection.askValues(window, atoms.state, mostAtoms)),
+          workspace(connection.askValues(window, atoms.workspace, 1)),
+          opacity(connection.askValues(window, atoms.opacity, 1)),
+          owner(connection.askValues(window, atoms.owner, 1))
     {}
 };
 
 class Reader
 {
 public:
-    explicit Reader(const X11Connection& connection)
+    explicit Reader(X11Connection& connection)
         : m_connection(connection),
           m_atoms(connection),
-          m_workspace(first(connection.request(connection.screen().root,
-                                               connection.atom("_NET_CURRENT_DESKTOP"), 1))),
+          m_workspace(first(
+              connection.askValues(connection.root(), connection.atom("_NET_CURRENT_DESKTOP"), 1))),
           m_pixelsPerPoint(connection.pixelsPerPoint()),
           m_screen(0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels)
     {}
@@ -125,10 +124,10 @@ private:
     /// Takes every answer, so that none is left over in the connection.
     std::optional<WindowList::Window> answer(xcb_window_t id, const Questions& questions) const
     {
-        const X11Reply<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(m_connection.get(), questions.attributes, nullptr));
-        const X11Reply<xcb_translate_coordinates_reply_t> position(
-            xcb_translate_coordinates_reply(m_connection.get(), questions.position, nullptr));
+        const auto attributes =
+            m_connection.reply<xcb_get_window_attributes_reply_t>(questions.attributes);
+        const auto position =
+            m_connection.reply<xcb_translate_coordinates_reply_t>(questions.position);
         const std::optional<QRect> area = X11Drawable::area(m_connection, questions.area);
         const auto types = m_connection.values(questions.types);
         const auto states = m_connection.values(questions.states);
@@ -153,7 +152,7 @@ private:
         return window;
     }
 
-    const X11Connection& m_connection;
+    X11Connection& m_connection;
     Atoms m_atoms;
     std::optional<std::uint32_t> m_workspace;
     double m_pixelsPerPoint;
@@ -164,12 +163,12 @@ private:
 
 std::vector<WindowList::Window> X11WindowList::windows()
 {
-    const std::optional<X11Connection> connection = X11Connection::open();
+    const auto connection = X11Connection::open();
     if (!connection)
         return {};
     const auto list = [&connection](const char* property) {
         return connection->values(
-            connection->request(connection->screen().root, connection->atom(property), mostListed));
+            connection->askValues(connection->root(), connection->atom(property), mostListed));
     };
     std::vector<xcb_window_t> ids = list("_NET_CLIENT_LIST_STACKING"); // the lowest first
     // Xfce's window manager tells no order before it changes for the first time: until then it is
