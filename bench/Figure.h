@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -24,6 +25,15 @@ inline double median(std::vector<double> values)
     std::sort(values.begin(), values.end());
     const std::size_t middle = values.size() / 2;
     return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+/// The smallest of the values that at least `share` of them do not exceed. Requires: there are
+/// values, and 0 < share <= 1.
+inline double percentile(std::vector<double> values, double share)
+{
+    std::sort(values.begin(), values.end());
+    const auto rank = std::ceil(share * static_cast<double>(values.size()));
+    return values[static_cast<std::size_t>(rank) - 1];
 }
 
 /// The time that `action` takes.
