@@ -15,7 +15,7 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds setupLimit(100);
 // An owner that does not go on for so long is taken for frozen.
-constexpr milliseconds patience(150);
+constexpr milliseconds patience(300);
 constexpr std::size_t maximumTargets = 256;
 
 // Asking for one of these does something, or yields what is worth nothing to anybody later: facts
