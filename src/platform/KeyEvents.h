@@ -11,8 +11,8 @@ public:
 
     virtual ~KeyEvents() = default;
 
-    /// Sends the frontmost application the shortcut for "copy". Modifiers that the user still holds
-    /// are released first and stay released. Nothing is sent to a terminal, where the shortcut may
+    /// Sends the frontmost application the shortcut for "copy". Keys that the user still holds are
+    /// released first and stay released. Nothing is sent to a terminal, where the shortcut may
     /// end the running program, nor where no application is in front.
     virtual Outcome sendCopy() = 0;
 

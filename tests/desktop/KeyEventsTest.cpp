@@ -34,7 +34,6 @@ protected:
         return ((keys()[static_cast<std::size_t>(key / 8)] >> (key % 8)) & 1) != 0;
     }
 
-    static constexpr int leftControl = 37;
     static constexpr int leftAlt = 64;
     static constexpr int physicalS = 39;
 };
@@ -75,10 +74,7 @@ TEST_F(KeyEventsTest, TheHotkeyThatIsHeldDoesNotKeepTheKeyboard)
     xcb_flush(connection());
     m_session.xdotool({"keydown", "ctrl", "keydown", "alt", "keydown", "s"});
     EXPECT_EQ(grab(), "copied");
-    EXPECT_FALSE(isDown(leftControl));
-    EXPECT_FALSE(isDown(leftAlt));
-    EXPECT_TRUE(isDown(physicalS));
-    m_session.xdotool({"keyup", "s"});
+    EXPECT_EQ(keys(), Keys{}); // the letter would soon repeat
 }
 
 TEST_F(KeyEventsTest, TheKeyIsTheOneThatTypesACInThePresentLayout)

@@ -14,22 +14,14 @@ constexpr std::chrono::milliseconds limit(100);
 constexpr xcb_keycode_t physicalC = 54; // of every keyboard that Linux knows
 constexpr xcb_keysym_t smallC = 'c';
 
-/// The modifiers but for the locks, whose keys nobody holds for a shortcut.
-constexpr int heldModifierRows[] = {XCB_MAP_INDEX_SHIFT, XCB_MAP_INDEX_CONTROL, XCB_MAP_INDEX_1,
-                                    XCB_MAP_INDEX_3,     XCB_MAP_INDEX_4,       XCB_MAP_INDEX_5};
-
-const xcb_keycode_t* row(const xcb_get_modifier_mapping_reply_t& map, int index)
-{
-    return xcb_get_modifier_mapping_keycodes(&map) +
-           std::ptrdiff_t{index} * map.keycodes_per_modifier;
-}
-
 /// 0 where no key has that modifier.
 xcb_keycode_t firstKey(const xcb_get_modifier_mapping_reply_t& map, int index)
 {
+    const xcb_keycode_t* row =
+        xcb_get_modifier_mapping_keycodes(&map) + std::ptrdiff_t{index} * map.keycodes_per_modifier;
     for (int i = 0; i < map.keycodes_per_modifier; ++i) {
-        if (row(map, index)[i] != 0)
-            return row(map, index)[i];
+        if (row[i] != 0)
+            return row[i];
     }
     return 0;
 }
@@ -63,22 +55,17 @@ void X11KeyEvents::letGoOfKeyboard()
     }
 }
 
-std::vector<xcb_keycode_t> X11KeyEvents::heldModifiers(const xcb_get_modifier_mapping_reply_t& map,
-                                                       Deadline deadline)
+/// Not only the modifiers: a letter held longer would begin to repeat, without them, and replace
+/// what is selected.
+void X11KeyEvents::releaseHeldKeys(Deadline deadline)
 {
-    std::vector<xcb_keycode_t> held;
     const auto keys = m_connection->reply<xcb_query_keymap_reply_t>(
         xcb_query_keymap(m_connection->get()), deadline);
-    if (!keys)
-        return held;
-    for (const int index : heldModifierRows) {
-        for (int i = 0; i < map.keycodes_per_modifier; ++i) {
-            const xcb_keycode_t key = row(map, index)[i];
-            if (key != 0 && ((keys->keys[key / 8] >> (key % 8U)) & 1U) != 0)
-                held.push_back(key);
-        }
+    constexpr unsigned int keyCount = 256;
+    for (unsigned int key = 0; keys && key < keyCount; ++key) {
+        if (((keys->keys[key / 8] >> (key % 8)) & 1U) != 0)
+            send(XCB_KEY_RELEASE, static_cast<xcb_keycode_t>(key));
     }
-    return held;
 }
 
 /// The key that types a c in the present layout, else the one where it is on most keyboards, which
@@ -121,8 +108,7 @@ KeyEvents::Outcome X11KeyEvents::sendCopy()
         return Outcome::notSent;
     const xcb_keycode_t key = copyKey(deadline);
     letGoOfKeyboard();
-    for (const xcb_keycode_t held : heldModifiers(*map, deadline))
-        send(XCB_KEY_RELEASE, held);
+    releaseHeldKeys(deadline);
     send(XCB_KEY_PRESS, control);
     send(XCB_KEY_PRESS, key);
     send(XCB_KEY_RELEASE, key);

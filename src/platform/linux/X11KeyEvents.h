@@ -3,8 +3,6 @@
 #include "KeyEvents.h"
 #include "X11Connection.h"
 
-#include <vector>
-
 /// Keys by the X server's test extension.
 class X11KeyEvents : public KeyEvents
 {
@@ -22,8 +20,7 @@ private:
     {}
 
     void letGoOfKeyboard();
-    std::vector<xcb_keycode_t> heldModifiers(const xcb_get_modifier_mapping_reply_t& map,
-                                             Deadline deadline);
+    void releaseHeldKeys(Deadline deadline);
     xcb_keycode_t copyKey(Deadline deadline);
     void send(std::uint8_t type, xcb_keycode_t key);
 
