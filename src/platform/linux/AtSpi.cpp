@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QMap>
 #include <QStringList>
+#include <QUrl>
 
 #include <atomic>
 
@@ -24,11 +25,15 @@ constexpr int maximumFocused = 10;
 // Stands in a text for an element with a text of its own, which is not part of the answer.
 constexpr char16_t embeddedObject = u'\xFFFC';
 
-/// Without one, D-Bus libraries start a bus of their own, which nobody else is on.
-bool hasSessionBus()
+/// Empty where there is none. D-Bus libraries would start a bus of their own then, which nobody else
+/// is on, and keep to the first address that they have found.
+QString sessionBusAddress()
 {
-    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
-           QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus");
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus";
+    if (!address.isEmpty() || !QFile::exists(socket))
+        return address;
+    return "unix:path=" + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
 }
 
 /// What Collection.GetMatches looks for: objects that have the keyboard.
@@ -90,12 +95,13 @@ bool AtSpi::connect()
 {
     if (m_bus && m_bus->isConnected())
         return true;
-    if (!hasSessionBus())
+    const QString sessionBus = sessionBusAddress();
+    if (sessionBus.isEmpty())
         return false;
     // Connections of our own, so that no other use of D-Bus in the process waits for these calls.
     static std::atomic<int> number = 0;
     const QString name = QStringLiteral("pithwise-accessibility-%1").arg(++number);
-    m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name + "-session");
+    m_bus = QDBusConnection::connectToBus(sessionBus, name + "-session");
     const QVariantList answer =
         call(message({"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress"));
     m_bus.reset();
