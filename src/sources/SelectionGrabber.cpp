@@ -60,8 +60,11 @@ Text readSelectedText(Accessibility& accessibility)
 /// Whether the contents come to be others than at `count`.
 bool waitForCopy(Pasteboard& pasteboard, std::uint64_t count)
 {
+    Clock::time_point look = Clock::now();
     for (int i = 0; i < polls; ++i) {
-        std::this_thread::sleep_for(pollInterval);
+        // By the clock, so that the last look is not the later the busier the machine is.
+        look += pollInterval;
+        std::this_thread::sleep_until(look);
         if (pasteboard.changeCount() != count)
             return true;
     }

@@ -2,6 +2,8 @@
 
 #include "SelectionFixture.h"
 
+#include <QDir>
+
 namespace {
 
 constexpr std::chrono::milliseconds limit(1000);
@@ -9,18 +11,6 @@ constexpr std::chrono::milliseconds limit(1000);
 class AtSpiTest : public SelectionFixture
 {
 protected:
-    /// What the application in front tells, once the registry knows of it.
-    std::optional<std::string> waitForText(const QProcess& application)
-    {
-        std::optional<std::string> text;
-        m_session.waitUntil("the application to tell its selection", [&] {
-            QCoreApplication::processEvents();
-            text = m_atSpi.selectedText(static_cast<pid_t>(application.processId()), limit);
-            return text.has_value();
-        });
-        return text;
-    }
-
     AtSpi m_atSpi;
 };
 
@@ -33,21 +23,21 @@ TEST_F(AtSpiTest, AGtkEditorTellsItsSelection)
     const QProcess& editor = m_session.start("mousepad", {"--disable-server", file.fileName()});
     waitUntilInFront(m_session.waitForWindow({"--name", "Mousepad$"}));
     selectAll("word");
-    EXPECT_EQ(waitForText(editor), "  naïve 👩 word \n");
+    EXPECT_EQ(waitUntilTold(editor), "  naïve 👩 word \n");
 }
 
 TEST_F(AtSpiTest, AQtEditorTellsItsSelection)
 {
     const QProcess& editor = startAccessibleApp({"--editor", "a naïve 👩 text"});
     selectAll("text");
-    EXPECT_EQ(waitForText(editor), "a naïve 👩 text");
+    EXPECT_EQ(waitUntilTold(editor), "a naïve 👩 text");
 }
 
 TEST_F(AtSpiTest, AnApplicationThatIsFrozenIsNotWaitedFor)
 {
     const QProcess& editor = startAccessibleApp({"--editor", "text"});
     selectAll("text");
-    ASSERT_TRUE(waitForText(editor));
+    EXPECT_EQ(waitUntilTold(editor), "text");
     stop(editor);
     QElapsedTimer timer;
     timer.start();
@@ -57,6 +47,20 @@ TEST_F(AtSpiTest, AnApplicationThatIsFrozenIsNotWaitedFor)
     EXPECT_GE(timer.elapsed(), 100);
     EXPECT_LT(timer.elapsed(), 400);
     resume(editor);
+}
+
+TEST_F(AtSpiTest, TheSessionsBusIsFoundInTheFolderForSocketsToo)
+{
+    const QProcess& editor = startAccessibleApp({"--editor", "text"});
+    selectAll("text");
+    waitUntilTold(editor);
+    const QString folder = m_session.path("50% of ~runtime;");
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const QString socket = address.section("path=", 1).section(',', 0, 0);
+    ASSERT_TRUE(QDir().mkpath(folder) && QFile::link(socket, folder + "/bus"));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder));
+    EXPECT_EQ(waitUntilTold(editor), "text");
 }
 
 TEST_F(AtSpiTest, WithoutABusThereIsNothing)

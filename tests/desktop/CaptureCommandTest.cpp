@@ -46,6 +46,18 @@ TEST_F(CaptureCommandTest, TheFrontWindowIsRead)
     EXPECT_THAT(files(), IsEmpty());
 }
 
+TEST_F(CaptureCommandTest, TheTextOfTheWindowIsPrinted)
+{
+    m_session.start("xterm", {"-fa", "DejaVu Sans Mono", "-fs", "16", "-e", "sh", "-c",
+                              "echo Pack my box; exec cat"});
+    m_session.waitForWindow({"--class", "^XTerm$"});
+    m_session.waitUntil("the text in the window", [] {
+        Program program(PITHWISE_PROGRAM);
+        program.start({"read", "--capture", "window"});
+        return finish(program).output == "Pack my box\n";
+    });
+}
+
 TEST_F(CaptureCommandTest, WithoutAWindowThatIsSaid)
 {
     const Result result = plan({"--capture", "window"});
@@ -88,6 +100,7 @@ TEST_F(CaptureCommandTest, AnInterruptTakesTheOverlayAway)
     const Result result = finish(program);
     EXPECT_EQ(result.status, 130);
     EXPECT_EQ(result.error, "");
+    EXPECT_THAT(files(), IsEmpty());
     EXPECT_FALSE(isDimmed());
 }
 
@@ -100,6 +113,19 @@ TEST_F(CaptureCommandTest, TheDisplaysEndIsACancel)
     const Result result = finish(program);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.error, "pithwise: Capture cancelled.\n");
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(CaptureCommandTest, ASecondProgramsSelectionIsCancelledAndTheFirstGoesOn)
+{
+    Program program(PITHWISE_PROGRAM);
+    program.start({"plan", "--capture", "selection"});
+    waitForOverlay();
+    EXPECT_EQ(plan({"--capture", "selection"}).error, "pithwise: Capture cancelled.\n");
+    EXPECT_TRUE(isDimmed());
+    drag({100, 100}, {300, 200});
+    m_session.xdotool({"mouseup", "1"});
+    EXPECT_EQ(finish(program).error, "pithwise: No text found in Selected area.\n");
 }
 
 TEST_F(CaptureCommandTest, WhereThereIsNoWayEveryCaptureEndsAtOnce)

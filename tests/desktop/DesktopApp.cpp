@@ -47,6 +47,19 @@ private:
     int m_delay; // milliseconds
 };
 
+/// An editor. Where `primary` is not empty, it comes as PRIMARY in place of what is selected.
+std::unique_ptr<QWidget> makeEditor(const QString& text, const QString& primary)
+{
+    auto editor = std::make_unique<QPlainTextEdit>(text);
+    if (!primary.isEmpty()) {
+        QObject::connect(
+            editor.get(), &QPlainTextEdit::selectionChanged, editor.get(),
+            [primary] { QApplication::clipboard()->setText(primary, QClipboard::Selection); },
+            Qt::QueuedConnection); // the editor itself sets it upon this
+    }
+    return editor;
+}
+
 /// Puts a text of about `size` bytes and two more formats on the clipboard.
 void own(int size)
 {
@@ -77,11 +90,12 @@ int main(int argc, char** argv)
                        {"editor", "", "text"},
                        {"copies", "", "text"},
                        {"delay", "", "milliseconds", "0"},
-                       {"owns", "", "bytes"}});
+                       {"owns", "", "bytes"},
+                       {"primary", "", "text"}});
     parser.process(application);
     std::unique_ptr<QWidget> window;
     if (parser.isSet("editor"))
-        window = std::make_unique<QPlainTextEdit>(parser.value("editor"));
+        window = makeEditor(parser.value("editor"), parser.value("primary"));
     else
         window = std::make_unique<Canvas>(parser.value("copies"), parser.value("delay").toInt());
     window->setWindowTitle(parser.value("title"));

@@ -13,10 +13,12 @@ protected:
         std::string error;
     };
 
-    Result plan(const QString& option)
+    static Result plan(const QString& option) { return run("plan", option); }
+
+    static Result run(const QString& command, const QString& option)
     {
         Program program(PITHWISE_PROGRAM);
-        program.start({"plan", option});
+        program.start({command, option});
         const int status = program.finish();
         return {status, program.output().toStdString(), program.error().toStdString()};
     }
@@ -32,6 +34,40 @@ TEST_F(DesktopSourceTest, TheSelectionIsReadAndTheClipboardOutlivesTheProgram)
     EXPECT_EQ(clipboard(), "earlier");
     putOnClipboard("later");
     EXPECT_EQ(clipboard(), "later");
+}
+
+TEST_F(DesktopSourceTest, TheTextIsPrinted)
+{
+    startApp({"--editor", " naïve 👩 \n"});
+    selectAll("naïve");
+    EXPECT_EQ(run("read", "--selection").output, "naïve 👩\n");
+    putOnClipboard(" from the clipboard\n");
+    EXPECT_EQ(run("read", "--clipboard").output, " from the clipboard\n");
+}
+
+TEST_F(DesktopSourceTest, ThereIsNothingToSummarizeWithoutText)
+{
+    EXPECT_EQ(run("summarize", "--selection").error, "pithwise: No text is selected.\n");
+    EXPECT_EQ(run("summarize", "--clipboard").error, "pithwise: The clipboard has no text.\n");
+}
+
+TEST_F(DesktopSourceTest, TheClipboardOutlivesOneProgramAfterTheOther)
+{
+    putOnClipboard("earlier");
+    startApp({"--copies", "copied"});
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(run("read", "--selection").output, "copied\n");
+        EXPECT_EQ(clipboard(), "earlier");
+    }
+}
+
+TEST_F(DesktopSourceTest, AFrozenOwnerOfTheClipboardIsNotWaitedForWithoutEnd)
+{
+    const QProcess& owner = startApp({"--owns", "1000"}, "Owner");
+    m_session.waitUntil("the owner", [&] { return clipboard("text/html") == "<b>bold</b>"; });
+    stop(owner);
+    EXPECT_EQ(plan("--clipboard").error, "pithwise: The clipboard has no text.\n");
+    resume(owner);
 }
 
 TEST_F(DesktopSourceTest, WithoutASelectionThereIsOneSentence)
@@ -61,6 +97,16 @@ TEST_F(DesktopSourceTest, WithoutADesktopThereIsOneSentence)
     qunsetenv("DISPLAY");
     EXPECT_EQ(plan("--selection").error, "pithwise: No text is selected.\n");
     EXPECT_EQ(plan("--clipboard").error, "pithwise: The clipboard has no text.\n");
+}
+
+TEST_F(DesktopSourceTest, OnWaylandThereIsOneSentenceToo)
+{
+    startApp({"--copies", "copied"});
+    putOnClipboard("earlier");
+    qputenv("WAYLAND_DISPLAY", "wayland-0");
+    EXPECT_EQ(plan("--selection").error, "pithwise: No text is selected.\n");
+    EXPECT_EQ(plan("--clipboard").error, "pithwise: The clipboard has no text.\n");
+    EXPECT_EQ(clipboard(), "earlier");
 }
 
 } // namespace

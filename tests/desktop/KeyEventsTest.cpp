@@ -34,6 +34,19 @@ protected:
         return ((keys()[static_cast<std::size_t>(key / 8)] >> (key % 8)) & 1) != 0;
     }
 
+    /// All that has reached `application` when it is told the key x.
+    std::string keysUntilX(QProcess& application)
+    {
+        m_session.xdotool({"key", "x"});
+        QByteArray output;
+        m_session.waitUntil("the keys", [&] {
+            application.waitForReadyRead(10);
+            output += application.readAllStandardOutput();
+            return output.endsWith("X\n");
+        });
+        return output.toStdString();
+    }
+
     static constexpr int leftAlt = 64;
     static constexpr int physicalS = 39;
 };
@@ -43,25 +56,22 @@ TEST_F(KeyEventsTest, TheApplicationInFrontGetsOneShortcutAndNothingElse)
     QProcess& application = startApp({"--copies", "copied"});
     EXPECT_EQ(m_ports.keyEvents->sendCopy(), KeyEvents::Outcome::sent);
     m_session.waitUntil("the copy", [&] { return clipboard() == "copied"; });
-    m_session.xdotool({"key", "x"});
-    QByteArray output;
-    m_session.waitUntil("the keys", [&] {
-        application.waitForReadyRead(10);
-        output += application.readAllStandardOutput();
-        return output.endsWith("X\n");
-    });
-    EXPECT_EQ(output.toStdString(), "Ctrl+Control\nCtrl+C\nX\n");
+    EXPECT_EQ(keysUntilX(application), "Ctrl+Control\nCtrl+C\nX\n");
     EXPECT_EQ(keys(), Keys{});
 }
 
 TEST_F(KeyEventsTest, ModifiersThatAreHeldAreReleasedAndNotPressedAgain)
 {
-    startApp({"--copies", "copied"});
+    QProcess& application = startApp({"--copies", "copied"});
     m_session.xdotool(
         {"keydown", "ctrl", "keydown", "alt", "keydown", "shift", "keydown", "super"});
     EXPECT_TRUE(isDown(leftAlt));
     EXPECT_EQ(grab(), "copied");
     EXPECT_EQ(keys(), Keys{});
+    EXPECT_THAT(keysUntilX(application), testing::EndsWith("\nCtrl+C\nX\n"));
+    // Letting go of them by hand is no key to anybody.
+    m_session.xdotool({"keyup", "ctrl", "keyup", "alt", "keyup", "shift", "keyup", "super"});
+    EXPECT_EQ(keysUntilX(application), "X\n");
 }
 
 TEST_F(KeyEventsTest, TheHotkeyThatIsHeldDoesNotKeepTheKeyboard)

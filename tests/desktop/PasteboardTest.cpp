@@ -70,6 +70,15 @@ TEST_F(PasteboardTest, EveryCopyCountsAlsoTheSameOwnersNext)
     m_session.waitUntil("a change", [&] { return pasteboard().changeCount() != second; });
 }
 
+TEST_F(PasteboardTest, AChangeCountsFromTheMomentOfItsMaking)
+{
+    for (int i = 0; i < 100; ++i) {
+        const std::uint64_t count = pasteboard().changeCount();
+        const SelectionOwner owner([](const std::string&) { return SelectionOwner::Answer{}; });
+        ASSERT_NE(pasteboard().changeCount(), count) << i;
+    }
+}
+
 TEST_F(PasteboardTest, ReadingIsNoChange)
 {
     putOnClipboard("text");

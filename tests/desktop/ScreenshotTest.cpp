@@ -18,6 +18,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <stdexcept>
 
 namespace {
@@ -182,6 +183,17 @@ TEST_F(ScreenshotTest, AFullDiskLeavesNoFile)
 TEST_F(ScreenshotTest, AnEmptyDesktopHasNoText)
 {
     EXPECT_EQ(ScreenGrab::captureText(ScreenGrab::Kind::screen), "");
+    EXPECT_THAT(files(), IsEmpty());
+}
+
+TEST_F(ScreenshotTest, CapturesAtOnceDoNotDisturbEachOther)
+{
+    std::vector<std::future<std::string>> captures(4);
+    for (auto& capture : captures)
+        capture = std::async(std::launch::async,
+                             [] { return ScreenGrab::captureText(ScreenGrab::Kind::screen); });
+    for (auto& capture : captures)
+        EXPECT_EQ(capture.get(), "");
     EXPECT_THAT(files(), IsEmpty());
 }
 

@@ -5,6 +5,7 @@
 #include "KeyEvents.h"
 #include "Pasteboard.h"
 #include "SelectionGrabber.h"
+#include "linux/AtSpi.h"
 
 #include <QApplication>
 #include <QCoroTask>
@@ -114,12 +115,32 @@ protected:
         return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
 
-    /// Starts a Qt application that tells what it shows, as on a desktop where that is on.
-    QProcess& startAccessibleApp(const QStringList& options)
+    /// As on a desktop where applications may tell what they show.
+    void startAccessibilityBus()
     {
         m_session.run("dbus-send", {"--session", "--print-reply", "--dest=org.a11y.Bus",
                                     "/org/a11y/bus", "org.a11y.Bus.GetAddress"});
+    }
+
+    /// Starts a Qt application that tells what it shows.
+    QProcess& startAccessibleApp(const QStringList& options)
+    {
+        startAccessibilityBus();
         return startApp(options, "Foreign", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
+    }
+
+    /// What `application`, which has text selected, tells, once the registry knows of it.
+    std::string waitUntilTold(const QProcess& application)
+    {
+        AtSpi atSpi;
+        Text text;
+        m_session.waitUntil("the application to tell its selection", [&] {
+            QCoreApplication::processEvents();
+            text = atSpi.selectedText(static_cast<pid_t>(application.processId()),
+                                      std::chrono::seconds(1));
+            return text.has_value();
+        });
+        return *text;
     }
 
     int m_argc = 1;

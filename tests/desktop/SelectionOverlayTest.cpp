@@ -213,8 +213,14 @@ TEST_F(SelectionOverlayTest, TheFocusStaysWhereItWas)
     m_session.xdotool({"windowactivate", QString::number(window)});
     m_session.waitUntil("the focus", [&] { return focused().toUInt() == window; });
     start();
+    EXPECT_EQ(focused().toUInt(), window);
     m_session.xdotool({"key", "Escape"});
     EXPECT_FALSE(isChosen());
+    EXPECT_EQ(focused().toUInt(), window);
+    start();
+    drag({100, 100}, {300, 200});
+    m_session.xdotool({"mouseup", "1"});
+    EXPECT_TRUE(isChosen());
     EXPECT_EQ(focused().toUInt(), window);
 }
 

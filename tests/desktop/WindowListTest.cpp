@@ -149,6 +149,22 @@ TEST_F(WindowListTest, OnlyOrdinaryWindowsAreOnLayerZero)
     EXPECT_LT(layerOf({"_NORMAL"}, {"_BELOW"}), 0);
 }
 
+TEST_F(WindowListTest, WhatStaysOnTopIsNeverTheFrontWindow)
+{
+    TestWindow ordinary(m_session, {50, 50, 300, 200});
+    ordinary.show();
+    TestWindow dock(m_session), notification(m_session), above(m_session), desktop(m_session);
+    dock.setTypes({"_DOCK"});
+    notification.setTypes({"_NOTIFICATION"});
+    above.setStates({"_ABOVE"});
+    desktop.setTypes({"_DESKTOP"});
+    for (TestWindow* window : {&dock, &notification, &above, &desktop})
+        window->show();
+    EXPECT_EQ(ids().size(), 5U);
+    EXPECT_NE(ids().front(), ordinary.id());
+    EXPECT_EQ(ScreenGrab::frontWindowID(), ordinary.id());
+}
+
 TEST_F(WindowListTest, ATransparentWindowIsPassedOver)
 {
     TestWindow behind(m_session), before(m_session);

@@ -44,6 +44,9 @@ public:
     /// The X server's name, as in DISPLAY.
     const QByteArray& display() const { return m_display; }
 
+    /// Whether its X server runs.
+    bool isRunning() const { return m_server->state() != QProcess::NotRunning; }
+
     bool isManaged() const { return m_isManaged; }
 
     /// A file or folder among those that stand in place of the user's; gone with the session.

@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <algorithm>
 #include <atomic>
 
 namespace {
@@ -15,6 +16,7 @@ namespace {
 const QString registry = QStringLiteral("org.a11y.atspi.Registry");
 const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
 const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
+const QString textInterface = QStringLiteral("org.a11y.atspi.Text");
 
 constexpr quint64 isFocused = quint64{1} << 12U;
 constexpr quint64 isShowing = quint64{1} << 25U;
@@ -25,8 +27,8 @@ constexpr int maximumFocused = 10;
 // Stands in a text for an element with a text of its own, which is not part of the answer.
 constexpr char16_t embeddedObject = u'\xFFFC';
 
-/// Empty where there is none. D-Bus libraries would start a bus of their own then, which nobody else
-/// is on, and keep to the first address that they have found.
+/// Empty where there is none. D-Bus libraries would start a bus of their own then, which nobody
+/// else is on, and keep to the first address that they have found.
 QString sessionBusAddress()
 {
     const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
@@ -155,19 +157,39 @@ std::optional<AtSpi::Object> AtSpi::application(pid_t process)
     return std::nullopt;
 }
 
+/// Chromium's ranges come short by the number of characters before them that take a pair of UTF-16
+/// units.
+bool AtSpi::isMiscounting(const Object& application)
+{
+    const QVariantList answer =
+        call(message(application, "org.freedesktop.DBus.Properties", "Get",
+                     {QString("org.a11y.atspi.Application"), QString("ToolkitName")}));
+    return !answer.isEmpty() && answer[0].value<QDBusVariant>().variant().toString() == "Chromium";
+}
+
+/// Whether no character in `object` before `end` takes a pair of UTF-16 units.
+bool AtSpi::isWithoutPairs(const Object& object, int end)
+{
+    const QVariantList answer = call(message(object, textInterface, "GetText", {0, end}));
+    const QString text = answer.isEmpty() ? QString() : answer[0].toString();
+    return !text.isEmpty() &&
+           std::none_of(text.begin(), text.end(), [](QChar unit) { return unit.isSurrogate(); });
+}
+
 /// The text selected in `object`: its pieces, a line each, where there are several.
 std::optional<std::string> AtSpi::textOf(const Object& object)
 {
-    const QString interface = "org.a11y.atspi.Text";
-    const QVariantList count = call(message(object, interface, "GetNSelections"));
+    const QVariantList count = call(message(object, textInterface, "GetNSelections"));
     const int selections = count.isEmpty() ? 0 : std::min(count[0].toInt(), maximumSelections);
     QStringList pieces;
     for (int i = 0; i < selections; ++i) {
-        const QVariantList range = call(message(object, interface, "GetSelection", {i}));
+        const QVariantList range = call(message(object, textInterface, "GetSelection", {i}));
         if (range.size() < 2 || range[0].toInt() == range[1].toInt())
             continue;
+        if (m_isMiscounting && !isWithoutPairs(object, range[1].toInt()))
+            return std::nullopt;
         const QVariantList text =
-            call(message(object, interface, "GetText", {range[0].toInt(), range[1].toInt()}));
+            call(message(object, textInterface, "GetText", {range[0].toInt(), range[1].toInt()}));
         if (!text.isEmpty())
             pieces.append(text[0].toString());
     }
@@ -258,5 +280,6 @@ std::optional<std::string> AtSpi::selectedText(pid_t process, std::chrono::milli
     const auto root = application(process);
     if (!root)
         return std::nullopt;
+    m_isMiscounting = isMiscounting(*root);
     return textOfFocused(*root);
 }

@@ -46,6 +46,8 @@ private:
     std::optional<std::string> textOfFocused(const Object& application);
     std::optional<std::string> textByWalk(const Object& application);
     std::optional<std::string> textOf(const Object& object);
+    bool isMiscounting(const Object& application);
+    bool isWithoutPairs(const Object& object, int end);
     QList<Object> focused(const Object& application);
     QList<Object> children(const Object& parent);
     QList<States> states(const QList<Object>& objects);
@@ -56,4 +58,5 @@ private:
     std::optional<QDBusConnection> m_bus;
     Clock::time_point m_deadline;
     bool m_hasTimedOut = false;
+    bool m_isMiscounting = false; // the application that is asked
 };

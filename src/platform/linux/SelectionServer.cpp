@@ -13,6 +13,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds setupLimit(500);
+constexpr std::chrono::milliseconds countLimit(50);
 constexpr int idleMilliseconds = 1000; // between looks for forgotten transfers
 
 } // namespace
@@ -62,6 +63,22 @@ SelectionServer::~SelectionServer()
     eventfd_write(m_wakeDescriptor, 1);
     m_thread.join();
     close(m_wakeDescriptor);
+}
+
+std::uint64_t SelectionServer::changeCount()
+{
+    runOnThread([this] {
+        const auto deadline = XcbConnection::Clock::now() + countLimit;
+        // The answer to a question comes after the news of every change before it.
+        m_connection->atom("CLIPBOARD", deadline);
+        while (XcbConnection::Clock::now() < deadline) {
+            const XcbConnection::Event event = m_connection->pendingEvent();
+            if (!event)
+                break;
+            handle(*event);
+        }
+    });
+    return m_changeCount;
 }
 
 void SelectionServer::offer(Pasteboard::Item item)

@@ -28,7 +28,7 @@ public:
     SelectionServer& operator=(const SelectionServer&) = delete;
 
     /// A number that grows with every change of the clipboard's owner or contents.
-    std::uint64_t changeCount() const { return m_changeCount; }
+    std::uint64_t changeCount();
 
     /// Makes this the clipboard's owner and offers `item` besides what it offers already.
     void offer(Pasteboard::Item item);

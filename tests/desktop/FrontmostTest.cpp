@@ -1,0 +1,65 @@
+#include "SelectionFixture.h"
+
+namespace {
+
+/// Whose selection it is that comes, and by which of the ways.
+using FrontmostTest = SelectionFixture;
+
+TEST_F(FrontmostTest, AnotherApplicationsPrimaryIsNotTaken)
+{
+    startApp({"--editor", "of the one behind"}, "Behind");
+    selectAll("of the one behind");
+    startApp({"--copies", "of the one in front"});
+    EXPECT_EQ(grab(), "of the one in front");
+}
+
+TEST_F(FrontmostTest, AnotherApplicationsPrimaryIsNotTakenForWantOfABetterOneEither)
+{
+    startApp({"--editor", "of the one behind"}, "Behind");
+    selectAll("of the one behind");
+    startApp({"--editor", "nothing selected"});
+    EXPECT_EQ(selection("primary"), "of the one behind");
+    EXPECT_EQ(grab(), std::nullopt);
+}
+
+TEST_F(FrontmostTest, AnotherApplicationsSelectionIsNotToldOverAtSpi)
+{
+    const QProcess& behind = startAccessibleApp({"--editor", "of the one behind"});
+    selectAll("of the one behind");
+    waitUntilTold(behind);
+    startApp({"--copies", "of the one in front"}, "Front");
+    EXPECT_EQ(grab(), "of the one in front");
+}
+
+TEST_F(FrontmostTest, WhatTheApplicationTellsCountsBeforePrimary)
+{
+    const QProcess& application =
+        startAccessibleApp({"--editor", "selected", "--primary", "primary"});
+    selectAll("primary");
+    waitUntilTold(application);
+    EXPECT_EQ(grab(), "selected");
+}
+
+TEST_F(FrontmostTest, PrimaryCountsBeforeACopy)
+{
+    putOnClipboard("earlier");
+    const std::uint64_t count = m_ports.pasteboard->changeCount();
+    startApp({"--editor", "selected", "--primary", "primary"});
+    selectAll("primary");
+    EXPECT_EQ(grab(), "primary");
+    EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
+}
+
+TEST_F(FrontmostTest, ABlankPrimaryIsNoneAndTheApplicationIsMadeToCopy)
+{
+    startApp({"--editor", "selected", "--primary", " "});
+    selectAll(" ");
+    EXPECT_EQ(grab(), "selected");
+}
+
+TEST_F(FrontmostTest, EveryProcessIsTrusted)
+{
+    EXPECT_TRUE(m_ports.accessibility->isTrusted());
+}
+
+} // namespace

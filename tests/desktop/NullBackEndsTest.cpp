@@ -1,0 +1,100 @@
+#include "AppError.h"
+#include "ScreenGrab.h"
+#include "ScreenPermission.h"
+#include "Screenshot.h"
+#include "SelectionFixture.h"
+#include "WindowList.h"
+
+namespace {
+
+constexpr std::chrono::seconds limit(10);
+
+/// An application in front that would copy, and a kind of desktop the ports have no way on.
+class NullBackEndsTest : public SelectionFixture, public testing::WithParamInterface<const char*>
+{
+public:
+    ~NullBackEndsTest() override { qunsetenv("WAYLAND_DISPLAY"); }
+
+protected:
+    NullBackEndsTest() : m_foreign(startApp({"--copies", "copied"}))
+    {
+        putOnClipboard("earlier");
+        const QByteArray kind = GetParam();
+        if (kind == "Wayland")
+            qputenv("WAYLAND_DISPLAY", "wayland-0");
+        else if (kind == "NoDisplay")
+            qunsetenv("DISPLAY");
+        else
+            qputenv("DISPLAY", ":9999");
+        m_ports = SelectionGrabber::systemPorts();
+        m_timer.start();
+    }
+
+    /// At once, that is before any of the times that something is waited for.
+    void expectNoWait() const { EXPECT_LT(m_timer.elapsed(), 250); }
+
+    static std::string errorOf(ScreenGrab::Kind kind)
+    {
+        try {
+            ScreenGrab::captureText(kind);
+        } catch (const AppError& error) {
+            return error.message();
+        }
+        return "no AppError";
+    }
+
+    QProcess& m_foreign;
+    QElapsedTimer m_timer;
+};
+
+TEST_P(NullBackEndsTest, EveryGrabIsNothingAndTouchesNothing)
+{
+    EXPECT_EQ(QCoro::waitFor(SelectionGrabber::grab(m_ports)), std::nullopt);
+    EXPECT_EQ(QCoro::waitFor(SelectionGrabber::axSelectedText(m_ports)), std::nullopt);
+    EXPECT_EQ(QCoro::waitFor(SelectionGrabber::copySelection(m_ports)), std::nullopt);
+    expectNoWait();
+    EXPECT_EQ(clipboard(), "earlier");
+    EXPECT_EQ(m_foreign.readAllStandardOutput(), "");
+}
+
+TEST_P(NullBackEndsTest, EveryCaptureEndsInTheSentenceOfItsKind)
+{
+    EXPECT_EQ(errorOf(ScreenGrab::Kind::window), "No window found to capture.");
+    EXPECT_EQ(errorOf(ScreenGrab::Kind::screen),
+              "Capture failed. Allow Screen Recording for this app in System Settings → Privacy & "
+              "Security.");
+    EXPECT_EQ(errorOf(ScreenGrab::Kind::selection), "Capture cancelled.");
+    expectNoWait();
+}
+
+TEST_P(NullBackEndsTest, ThePortsRefuse)
+{
+    const bool isWayland = GetParam() == std::string("Wayland");
+    EXPECT_FALSE(m_ports.accessibility->isTrusted());
+    EXPECT_EQ(m_ports.accessibility->selectedText(limit), std::nullopt);
+    EXPECT_EQ(m_ports.keyEvents->sendCopy(), KeyEvents::Outcome::notSent);
+    const std::uint64_t count = m_ports.pasteboard->changeCount();
+    m_ports.pasteboard->clear();
+    m_ports.pasteboard->write({{"UTF8_STRING", "text", ""}});
+    EXPECT_TRUE(m_ports.pasteboard->items(limit).empty());
+    EXPECT_EQ(m_ports.pasteboard->plainText(limit), std::nullopt);
+    EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
+    EXPECT_TRUE(WindowList::create()->windows().empty());
+    if (isWayland) {
+        EXPECT_FALSE(ScreenPermission::create()->isGranted());
+        EXPECT_FALSE(ScreenPermission::create()->request());
+    }
+    const std::filesystem::path file = m_session.path("a.png").toStdString();
+    EXPECT_FALSE(Screenshot::create()->takeScreen(file));
+    EXPECT_FALSE(Screenshot::create()->takeWindow(7, file));
+    Screenshot::create()->cancelSelection();
+    EXPECT_FALSE(Screenshot::create()->takeSelection(file));
+    EXPECT_FALSE(std::filesystem::exists(file));
+    expectNoWait();
+}
+
+INSTANTIATE_TEST_SUITE_P(OnDesktops, NullBackEndsTest,
+                         testing::Values("Wayland", "NoDisplay", "NoServer"),
+                         [](const auto& test) { return std::string(test.param); });
+
+} // namespace
