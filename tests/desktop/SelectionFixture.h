@@ -24,6 +24,13 @@
 /// A desktop with foreign applications on it, and the real ports.
 class SelectionFixture : public testing::Test
 {
+public:
+    ~SelectionFixture() override
+    {
+        // What a grab leaves to the next turn of the event loop.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
 protected:
     using Text = std::optional<std::string>;
 

@@ -96,6 +96,37 @@ void TestWindow::show()
         return reply->map_state == XCB_MAP_STATE_VIEWABLE &&
                (!m_session.isManaged() || m_session.isListed(m_window));
     });
+    if (m_session.isManaged())
+        waitForManager();
+}
+
+/// A new window's state is for a moment what the manager is only about to make of it. It answers
+/// one thing after the other: here what the frame of another window would be.
+void TestWindow::waitForManager()
+{
+    const xcb_window_t other = xcb_generate_id(m_connection.get());
+    xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, other, m_root, 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_client_message_event_t question{};
+    question.response_type = XCB_CLIENT_MESSAGE;
+    question.format = 32;
+    question.window = other;
+    question.type = atom("_NET_REQUEST_FRAME_EXTENTS");
+    xcb_send_event(m_connection.get(), 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&question));
+    const xcb_atom_t answer = atom("_NET_FRAME_EXTENTS");
+    m_session.waitUntil("the window manager to be done with the window", [&] {
+        const Reply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(
+                m_connection.get(),
+                xcb_get_property(m_connection.get(), 0, other, answer, XCB_ATOM_ANY, 0, 4),
+                nullptr),
+            std::free);
+        return reply->type != XCB_NONE;
+    });
+    xcb_destroy_window(m_connection.get(), other);
+    xcb_flush(m_connection.get());
 }
 
 void TestWindow::grabKeyboard()

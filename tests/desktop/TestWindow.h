@@ -31,7 +31,7 @@ public:
     void setStates(std::initializer_list<const char*> names);
     void setOwner(std::uint32_t process) { setProperty("_NET_WM_PID", "CARDINAL", {process}); }
 
-    /// Shows it and waits until the server does.
+    /// Shows it and waits until the server does and the window manager is done with it.
     void show();
 
     /// Keeps the keyboard from everyone else until the window ends.
@@ -43,6 +43,7 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    void waitForManager();
     xcb_atom_t atom(const char* name) const;
     void setPropertyOf(xcb_window_t window, const char* name, const char* type,
                        const std::vector<std::uint32_t>& values);
