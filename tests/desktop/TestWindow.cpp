@@ -1,5 +1,7 @@
 #include "TestWindow.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +32,20 @@ TestWindow::TestWindow(DesktopSession& session, const QRect& area, std::uint32_t
     const auto y = static_cast<std::uint32_t>(area.y());
     setProperty("WM_NORMAL_HINTS", "WM_SIZE_HINTS",
                 {0x3, x, y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+}
+
+TestWindow::~TestWindow()
+{
+    // The next window of a test may get the same id. While the manager has not let go of this one,
+    // it would take away from that one the properties it has set.
+    if (!m_session.isManaged() || !m_session.isRunning())
+        return;
+    xcb_destroy_window(m_connection.get(), m_window);
+    try {
+        waitForManager();
+    } catch (const std::runtime_error& error) {
+        ADD_FAILURE() << error.what();
+    }
 }
 
 xcb_atom_t TestWindow::atom(const char* name) const
@@ -100,8 +116,8 @@ void TestWindow::show()
         waitForManager();
 }
 
-/// A new window's state is for a moment what the manager is only about to make of it. It answers
-/// one thing after the other: here what the frame of another window would be.
+/// It does one thing after the other: when it tells what the frame of another window would be, it
+/// is done with all that came before.
 void TestWindow::waitForManager()
 {
     const xcb_window_t other = xcb_generate_id(m_connection.get());

@@ -19,6 +19,10 @@ public:
     explicit TestWindow(DesktopSession& session, const QRect& area = {100, 100, 300, 200},
                         std::uint32_t colour = 0xFFFFFF);
 
+    ~TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
     std::uint32_t id() const { return m_window; }
 
     /// 32-bit values; of the type CARDINAL, ATOM, ...
