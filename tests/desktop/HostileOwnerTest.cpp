@@ -105,7 +105,7 @@ TEST_F(HostileOwnerTest, ALateAnswerIsNotTakenForTheNextOne)
     std::atomic<bool> isLate = true;
     own({"first", "second"}, [&](const std::string& target) {
         if (target == "first" && isLate.exchange(false)) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(250));
+            std::this_thread::sleep_for(std::chrono::milliseconds(400));
             return Answer{"first", 8, "late"};
         }
         return Answer{target, 8, "in time"};
