@@ -31,7 +31,7 @@ constexpr char16_t embeddedObject = u'\xFFFC';
 /// else is on, and keep to the first address that they have found.
 QString sessionBusAddress()
 {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus";
     if (!address.isEmpty() || !QFile::exists(socket))
         return address;
