@@ -82,7 +82,7 @@ void ModelDownload::start()
     attempt([this] {
         ModelAddress::requireAllowed(m_address);
         PartFile::removeAbandoned(m_destination);
-        m_file.emplace(m_destination);
+        m_file.emplace(m_destination, "the model file");
         m_network.emplace();
         request();
     });

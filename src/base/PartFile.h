@@ -4,17 +4,19 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
-/// What has arrived of a download: a file beside its destination that is removed with this object
+/// A file that is not complete yet: it lies beside its destination and is removed with this object
 /// unless it has moved into place. Holds a lock (flock) on the file, by which other processes tell
 /// it from one that a killed process has left. Failing functions throw std::system_error with a
 /// text for users. One thread at a time; all functions may block on the disk.
 class PartFile
 {
 public:
-    /// Creates the file, and its folder where that is missing.
-    explicit PartFile(std::filesystem::path destination);
+    /// Creates the file, and its folder where that is missing. `name` is what errors call it, such
+    /// as "the model file".
+    PartFile(std::filesystem::path destination, std::string name);
     ~PartFile();
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;
@@ -32,8 +34,11 @@ public:
     static void removeAbandoned(const std::filesystem::path& destination);
 
 private:
+    [[noreturn]] void failWriting() const;
+
     std::filesystem::path m_destination;
     std::filesystem::path m_path;
+    std::string m_name;
     FileDescriptor m_file;
     std::size_t m_unsynced = 0; // bytes
 };

@@ -17,14 +17,9 @@ static constexpr std::string_view suffix = ".part";
 static constexpr std::size_t syncStep = std::size_t{32} << 20;
 
 /// Every native error leaves here, as an exception.
-[[noreturn]] static void fail(const char* what)
+[[noreturn]] static void fail(const std::string& what)
 {
     throw std::system_error(errno, std::generic_category(), what);
-}
-
-[[noreturn]] static void failWriting()
-{
-    fail("Could not write the model file");
 }
 
 /// What the names of all part files of `destination` begin with.
@@ -51,7 +46,8 @@ static bool lock(const FileDescriptor& file)
     return ::fstat(file.value(), &status) == 0 && status.st_nlink > 0;
 }
 
-PartFile::PartFile(std::filesystem::path destination) : m_destination(std::move(destination))
+PartFile::PartFile(std::filesystem::path destination, std::string name)
+    : m_destination(std::move(destination)), m_name(std::move(name))
 {
     std::error_code ignored;
     std::filesystem::create_directories(m_destination.parent_path(), ignored);
@@ -70,6 +66,11 @@ PartFile::~PartFile()
 {
     if (!m_path.empty())
         ::unlink(m_path.c_str());
+}
+
+void PartFile::failWriting() const
+{
+    fail("Could not write " + m_name);
 }
 
 void PartFile::write(std::string_view bytes)
@@ -95,7 +96,7 @@ void PartFile::moveIntoPlace()
     if (::fsync(m_file.value()) != 0)
         failWriting();
     if (::rename(m_path.c_str(), m_destination.c_str()) != 0)
-        fail("Could not move the model file into place");
+        fail("Could not move " + m_name + " into place");
     m_path.clear();
 }
 

@@ -43,8 +43,8 @@ protected:
 
 TEST_F(PartFileTest, TheFileLiesBesideItsDestinationUnderANameOfItsOwn)
 {
-    const PartFile first(destination);
-    const PartFile second(destination);
+    const PartFile first(destination, "the file");
+    const PartFile second(destination, "the file");
     const std::set<std::string> all = names();
     ASSERT_EQ(all.size(), 2u);
     for (const std::string& name : all) {
@@ -56,7 +56,7 @@ TEST_F(PartFileTest, TheFileLiesBesideItsDestinationUnderANameOfItsOwn)
 TEST_F(PartFileTest, TheFileIsRemovedUnlessItHasMoved)
 {
     {
-        PartFile file(destination);
+        PartFile file(destination, "the file");
         file.write("half of it");
     }
     EXPECT_EQ(names(), std::set<std::string>());
@@ -65,7 +65,7 @@ TEST_F(PartFileTest, TheFileIsRemovedUnlessItHasMoved)
 TEST_F(PartFileTest, TheFolderIsMadeWhereItIsMissing)
 {
     const std::filesystem::path deep = folder / "a" / "b" / "model";
-    PartFile file(deep);
+    PartFile file(deep, "the file");
     file.write("new");
     file.moveIntoPlace();
     EXPECT_EQ(content(deep), "new");
@@ -76,7 +76,7 @@ TEST_F(PartFileTest, MovingReplacesAReadOnlyFile)
     write(destination, "old");
     ASSERT_EQ(::chmod(destination.c_str(), 0400), 0);
     {
-        PartFile file(destination);
+        PartFile file(destination, "the file");
         file.write("ne");
         file.write("w");
         EXPECT_EQ(content(destination), "old");
@@ -89,7 +89,7 @@ TEST_F(PartFileTest, MovingReplacesAReadOnlyFile)
 TEST_F(PartFileTest, TheFileHasTheUsualPermissions)
 {
     const mode_t mask = ::umask(027);
-    PartFile file(destination);
+    PartFile file(destination, "the file");
     ::umask(mask);
     file.moveIntoPlace();
     struct stat status;
@@ -101,20 +101,19 @@ TEST_F(PartFileTest, ErrorsNameWhatFailedAndTheCause)
 {
     write(folder / "file", "");
     try {
-        const PartFile part(folder / "file" / "model");
+        const PartFile part(folder / "file" / "model", "the file");
         FAIL();
     } catch (const std::system_error& error) {
         EXPECT_EQ(error.code(), std::errc::not_a_directory);
-        EXPECT_EQ(error.what(), "Could not write the model file: " + error.code().message());
+        EXPECT_EQ(error.what(), "Could not write the file: " + error.code().message());
     }
     std::filesystem::create_directory(destination);
     try {
-        PartFile(destination).moveIntoPlace();
+        PartFile(destination, "the file").moveIntoPlace();
         FAIL();
     } catch (const std::system_error& error) {
         EXPECT_EQ(error.code(), std::errc::is_a_directory);
-        EXPECT_EQ(error.what(),
-                  "Could not move the model file into place: " + error.code().message());
+        EXPECT_EQ(error.what(), "Could not move the file into place: " + error.code().message());
     }
     EXPECT_EQ(names(), (std::set<std::string>{"file", "model"}));
 }
@@ -144,7 +143,7 @@ TEST_F(PartFileTest, AFolderThatIsMissingHasNothingAbandoned)
 
 TEST_F(PartFileTest, AFileInUseIsNotTakenForAbandoned)
 {
-    PartFile file(destination);
+    PartFile file(destination, "the file");
     file.write("new");
     PartFile::removeAbandoned(destination);
     file.moveIntoPlace();
@@ -158,7 +157,7 @@ TEST_F(PartFileTest, TheFileOfAProcessIsAbandonedOnceTheProcessIsKilled)
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        PartFile file(destination);
+        PartFile file(destination, "the file");
         file.write("half of it");
         if (::write(ready[1], "x", 1) == 1)
             ::pause();
@@ -186,7 +185,7 @@ TEST_F(PartFileTest, AFileIsNeverLostToSomebodyWhoCleansUpMeanwhile)
             PartFile::removeAbandoned(destination);
     });
     for (int round = 0; round < 10000; ++round) {
-        const PartFile file(destination);
+        const PartFile file(destination, "the file");
         ASSERT_FALSE(names().empty());
     }
 }
