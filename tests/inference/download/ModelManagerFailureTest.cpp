@@ -238,21 +238,14 @@ TEST_F(ModelManagerFailureTest, ALimitOnFileSizesIsNamedAndDoesNotEndTheProcess)
 
 TEST_F(ModelManagerFailureTest, AFullDiskIsNamed)
 {
-    if (isChild()) {
+    if (ChildTest::isChild()) {
         EXPECT_EQ(message(download(model(bigEnough))),
                   sentence("Could not write the model file", ENOSPC));
         return;
     }
-    const std::vector<std::string> onSmallDisk = {
-        "unshare",
-        "-Urm",
-        "sh",
-        "-c",
-        "mount -t tmpfs -o size=10m tmpfs \"$0\" && exec \"$@\"",
-        temporary.path().toStdString()};
-    std::vector<std::string> trial = onSmallDisk;
-    trial.push_back("true");
-    if (run(trial) != 0)
+    const std::vector<std::string> onSmallDisk =
+        ChildTest::mounted("mount -t tmpfs -o size=10m tmpfs \"$0\"", temporary.path());
+    if (onSmallDisk.empty())
         GTEST_SKIP() << "Name spaces for users are not to be had here.";
-    EXPECT_EQ(runInChild(onSmallDisk), 0);
+    EXPECT_EQ(ChildTest::repeat(temporary.path(), onSmallDisk), 0);
 }

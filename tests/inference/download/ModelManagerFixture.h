@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ChildTest.h"
 #include "LoopbackServer.h"
 #include "ModelFile.h"
 #include "ModelManager.h"
@@ -11,9 +12,6 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <filesystem>
@@ -154,44 +152,9 @@ protected:
         return true;
     }
 
-    /// Runs the program words[0]; returns its exit code, or -1 where there is none. QProcess would
-    /// do that as well, but not under the thread sanitizer.
-    static int run(std::vector<std::string> words)
-    {
-        std::vector<char*> arguments;
-        for (std::string& word : words)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        pid_t child = 0;
-        int status = 0;
-        if (::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) !=
-                0 ||
-            ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
-            return -1;
-        return WEXITSTATUS(status);
-    }
-
-    /// Runs the present test again in a process of its own, behind the words of `command` if any,
-    /// with this test's folder. Returns its exit code, or -1.
-    int runInChild(std::vector<std::string> command = {}) const
-    {
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        command.push_back(QCoreApplication::applicationFilePath().toStdString());
-        command.push_back(std::string("--gtest_filter=") + test->test_suite_name() + "." +
-                          test->name());
-        qputenv(folderVariable, QFile::encodeName(temporary.path()));
-        const int code = run(std::move(command));
-        qunsetenv(folderVariable);
-        return code;
-    }
-
-    static bool isChild() { return qEnvironmentVariableIsSet(folderVariable); }
-
-    static constexpr const char* folderVariable = "PITHWISE_TEST_FOLDER";
-
     const QTemporaryDir temporary;
     const std::filesystem::path folder =
-        qEnvironmentVariable(folderVariable, temporary.path()).toStdString();
+        qEnvironmentVariable(ChildTest::folderVariable, temporary.path()).toStdString();
     const std::filesystem::path path = folder / ModelFile::name;
     LoopbackServer server;
     std::vector<State> published;

@@ -306,7 +306,7 @@ TEST_F(ModelManagerTest, TheFileOfAnotherTransferUnderWayStays)
 TEST_F(ModelManagerTest, TheSharedManagerLeavesNoFileBehindWhenTheProgramEnds)
 {
     const std::filesystem::path sharedFolder = folder / "Pithwise";
-    if (isChild()) {
+    if (ChildTest::isChild()) {
         qputenv("XDG_DATA_HOME", QByteArray::fromStdString(folder.string()));
         ModelManager::shared().start();
         EXPECT_TRUE(waitUntil([&] { return partFilesIn(sharedFolder).size() == 1; }));
@@ -314,7 +314,7 @@ TEST_F(ModelManagerTest, TheSharedManagerLeavesNoFileBehindWhenTheProgramEnds)
     }
     server.setAnswer("/model", {.body = "x", .size = bigEnough, .stallAfter = 1000});
     qputenv("PITHWISE_MODEL_URL", server.url("/model").toEncoded());
-    EXPECT_EQ(runInChild(), 0);
+    EXPECT_EQ(ChildTest::repeat(temporary.path()), 0);
     qunsetenv("PITHWISE_MODEL_URL");
     EXPECT_TRUE(std::filesystem::exists(sharedFolder));
     EXPECT_TRUE(partFilesIn(sharedFolder).empty());
