@@ -23,6 +23,9 @@ public:
 
     int value() const { return m_value; }
 
+    /// Gives it up: the caller closes it, and so learns whether that failed.
+    int release() { return std::exchange(m_value, -1); }
+
 private:
     int m_value;
 };

@@ -1,0 +1,129 @@
+#include "DailyNoteFixture.h"
+#include "FileDescriptor.h"
+
+#include <fcntl.h>
+#include <signal.h>
+
+#include <array>
+#include <chrono>
+#include <random>
+#include <vector>
+
+namespace {
+
+/// Several processes that write to one note.
+class DailyNoteProcessTest : public DailyNoteFixture
+{
+protected:
+    /// How many entries there are in the note. -1 unless it is made of whole entries only, each
+    /// one of append() with the outputs `first`, `first` and one more x, and so on in any order.
+    int wholeEntries(std::string_view rest) const
+    {
+        if (!rest.starts_with(header))
+            return -1;
+        rest.remove_prefix(header.size());
+        int count = 0;
+        for (; !rest.empty(); ++count) {
+            const std::size_t body = rest.find("\n\n") + 2;
+            const std::size_t end = rest.find("\n\n", body);
+            if (end == std::string_view::npos ||
+                rest.substr(0, end + 2) != entry(std::string(end - body, 'x')))
+                return -1;
+            rest.remove_prefix(end + 2);
+        }
+        return count;
+    }
+
+    /// Kills `child` after so long without a pause, and returns how many more bytes it has sent.
+    static int kill(pid_t child, std::chrono::microseconds delay, const FileDescriptor& sent)
+    {
+        const auto end = std::chrono::steady_clock::now() + delay;
+        while (std::chrono::steady_clock::now() < end)
+            ;
+        ::kill(child, SIGKILL);
+        EXPECT_EQ(finish(child), -1);
+        std::array<char, 4096> bytes{};
+        int total = 0;
+        ssize_t count = 0;
+        while ((count = ::read(sent.value(), bytes.data(), bytes.size())) > 0)
+            total += static_cast<int>(count);
+        return total;
+    }
+};
+
+TEST_F(DailyNoteProcessTest, ProcessesThatAppendAtOnceLoseNothing)
+{
+    constexpr int rounds = 200;
+    std::vector<pid_t> children;
+    for (int i = 0; i < 2; ++i) {
+        children.push_back(start([this] {
+            for (int round = 0; round < rounds; ++round)
+                append(QString(round * 10, 'x'));
+        }));
+    }
+    for (const pid_t child : children)
+        EXPECT_EQ(finish(child), 0);
+    EXPECT_EQ(wholeEntries(content(note)), 2 * rounds);
+}
+
+TEST_F(DailyNoteProcessTest, ProcessesThatMakeTheNoteAtOnceLoseNothing)
+{
+    for (int round = 0; round < 50; ++round) {
+        std::filesystem::remove_all(folder);
+        std::vector<pid_t> children;
+        for (int i = 0; i < 4; ++i)
+            children.push_back(start([this] { append("x"); }));
+        for (const pid_t child : children)
+            ASSERT_EQ(finish(child), 0);
+        ASSERT_EQ(wholeEntries(content(note)), 4);
+        ASSERT_EQ(names(folder), std::set<std::string>{"2026-11-21.md"});
+    }
+}
+
+TEST_F(DailyNoteProcessTest, AProgramThatKnowsNoLockLosesNothing)
+{
+    makeNote();
+    constexpr int rounds = 2000;
+    const pid_t child = start([this] {
+        const FileDescriptor file(::open(note.c_str(), O_WRONLY | O_APPEND));
+        for (int round = 0; round < rounds; ++round)
+            ASSERT_EQ(::write(file.value(), "foreign\n", 8), 8);
+    });
+    for (int round = 0; round < rounds; ++round)
+        append("ours");
+    EXPECT_EQ(finish(child), 0);
+    EXPECT_EQ(content(note).size(), earlier.size() + rounds * (entry("ours").size() + 8));
+}
+
+TEST_F(DailyNoteProcessTest, AProcessThatIsKilledLeavesWholeEntriesOnly)
+{
+    std::mt19937 random(7);
+    int entries = 0;
+    for (int round = 0; round < 300; ++round) {
+        if (round % 10 == 0) {
+            std::filesystem::remove_all(folder);
+            entries = 0;
+        }
+        std::array<int, 2> ends{};
+        ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+        const FileDescriptor done(ends[0]);
+        const pid_t child = start([&] {
+            ::close(ends[0]);
+            do
+                append(QString(1 + static_cast<int>(random() % 30000), 'x'));
+            while (::write(ends[1], "x", 1) == 1);
+        });
+        ::close(ends[1]);
+        char byte = 0;
+        for (auto left = random() % 5; left > 0; --left, ++entries)
+            ASSERT_EQ(::read(done.value(), &byte, 1), 1);
+        entries += kill(child, std::chrono::microseconds(random() % 1000), done);
+        // The last one may be there without the process having come to tell.
+        const bool isThere = std::filesystem::exists(note);
+        const int found = isThere ? wholeEntries(content(note)) : 0;
+        ASSERT_TRUE(found == entries || found == entries + 1) << found << " of " << entries;
+        entries = found;
+    }
+}
+
+} // namespace
