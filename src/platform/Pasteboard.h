@@ -9,7 +9,7 @@
 
 /// The system's general clipboard. An object may be used by any thread, by one at a time. No call
 /// takes longer than its limit, or 100 milliseconds where there is none, whatever the application
-/// does that owns the clipboard; none throws but for want of memory.
+/// does that owns the clipboard (but serveUntilReplaced); none throws but for want of memory.
 class Pasteboard
 {
 public:
@@ -42,6 +42,18 @@ public:
     /// Adds `item` to what has been written since clear(). Where contents live in the process that
     /// wrote them, they last as long as this object.
     virtual void write(Item item) = 0;
+
+    /// The same with an item of plain text, in UTF-8, in the forms that other programs ask for.
+    virtual void writeText(std::string text) = 0;
+
+    /// Gives what has been written to whatever keeps contents for programs that end. Whether that
+    /// has it all: then this object is needed no more for it. Not where nothing written is left on
+    /// the clipboard.
+    virtual bool handOver(std::chrono::milliseconds limit) = 0;
+
+    /// Returns when nothing that was written is on the clipboard any more, because another program
+    /// has copied or the session has ended; at once where contents need nobody to serve them.
+    virtual void serveUntilReplaced() = 0;
 
     /// The clipboard of the session the process runs in; one that stays empty where there is none
     /// that can be reached.

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "AppError.h"
+#include "ClipboardOffer.h"
 #include "Interrupted.h"
 #include "ModelCommand.h"
 #include "PlanCommand.h"
@@ -109,6 +110,7 @@ struct Commands
         addRead();
         addPlan();
         addModel();
+        addHelpers();
         addVersion(app);
     }
 
@@ -129,6 +131,7 @@ private:
             ->add_option("--model", request.model,
                          "A model file (GGUF) to use instead of the downloaded one")
             ->type_name("FILE");
+        command->add_flag("--copy", request.isCopied, "Also put the summary on the clipboard");
         command->footer("The model is downloaded first if it is missing. A stand-in made by "
                         "standin-model is no language\nmodel: it spells a fixed text whatever the "
                         "source.");
@@ -148,6 +151,14 @@ private:
             "plan", "Print as JSON what a summary would ask of the model, without running it");
         addRequest(*command, request);
         command->callback([this] { action = [this] { return PlanCommand::run(request); }; });
+    }
+
+    /// What the program starts itself with; nothing for users.
+    void addHelpers()
+    {
+        app.add_subcommand("offer-clipboard")->group("")->callback([this] {
+            action = ClipboardOffer::serve;
+        });
     }
 
     void addModel()

@@ -11,13 +11,13 @@
 #include <QCoroTask>
 
 #include <chrono>
-#include <thread>
 
 namespace DesktopSource {
 
 namespace {
 
-/// Grabs and hands over the text, then stays while the clipboard holds what has been put back.
+/// Grabs the text and answers with it, then stays while the clipboard holds what has been put back,
+/// unless a clipboard manager takes that.
 void serveSelection(const BackgroundTask::Answer& answer)
 {
     int argumentCount = 1;
@@ -25,11 +25,9 @@ void serveSelection(const BackgroundTask::Answer& answer)
     char* arguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, arguments);
     const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
-    const std::uint64_t before = ports.pasteboard->changeCount();
     answer(QCoro::waitFor(SelectionGrabber::grab(ports)).value_or(""));
-    const std::uint64_t after = ports.pasteboard->changeCount();
-    while (after != before && ports.pasteboard->changeCount() == after)
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    if (!ports.pasteboard->handOver(std::chrono::seconds(2)))
+        ports.pasteboard->serveUntilReplaced();
 }
 
 std::string readClipboard()

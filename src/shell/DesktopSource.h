@@ -11,7 +11,7 @@ enum class Kind { selection, clipboard };
 /// when there is none. Main thread, before any other is started.
 ///
 /// Where the selection could be had only by way of the clipboard, a process in the background goes
-/// on offering what has been there until another program copies.
+/// on offering what has been there until another program copies or a clipboard manager takes it.
 std::string read(Kind kind);
 
 } // namespace DesktopSource

@@ -1,6 +1,7 @@
 #include "SummarizeCommand.h"
 
 #include "AnswerPrinter.h"
+#include "ClipboardOffer.h"
 #include "Interrupt.h"
 #include "LlamaEngine.h"
 #include "ModelCommand.h"
@@ -8,6 +9,7 @@
 #include "Pithwise.h"
 #include "SourceText.h"
 #include "StatusLine.h"
+#include "WhiteSpace.h"
 
 namespace SummarizeCommand {
 
@@ -45,6 +47,9 @@ int run(const SummaryRequest& request)
                       request.model.empty() ? Pithwise::sharedEngine() : engineOn(request.model));
     statusLine.clear();
     printer.finish(summary);
+    const std::string_view visible = WhiteSpace::trimmed(summary);
+    if (request.isCopied && !visible.empty()) // else there may be something better already
+        ClipboardOffer::put(std::string(visible));
     return interrupt.exitStatus();
 }
 

@@ -17,4 +17,5 @@ struct SummaryRequest
     std::string model; // a file's path; empty for the downloaded one
     SummaryMode mode = SummaryMode::bullets;
     SummaryLength length = SummaryLength::balanced;
+    bool isCopied = false; // the summary, onto the clipboard
 };

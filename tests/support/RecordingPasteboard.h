@@ -19,6 +19,8 @@ public:
     /// How many more looks at the change count find nothing before `copied` is there; never for -1.
     int looksUntilCopy = -1;
     std::vector<Item> copied;
+    /// What handOver() says.
+    bool isHandedOver = false;
 
     std::uint64_t changeCount() override
     {
@@ -63,6 +65,20 @@ public:
         m_calls.push_back(call);
         contents.push_back(std::move(item));
     }
+
+    void writeText(std::string text) override
+    {
+        m_calls.emplace_back("writeText");
+        contents.push_back({{"text/plain", std::move(text), ""}});
+    }
+
+    bool handOver(std::chrono::milliseconds) override
+    {
+        m_calls.emplace_back("handOver");
+        return isHandedOver;
+    }
+
+    void serveUntilReplaced() override { m_calls.emplace_back("serveUntilReplaced"); }
 
 private:
     std::vector<std::string>& m_calls;

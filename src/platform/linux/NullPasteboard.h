@@ -11,4 +11,7 @@ public:
     std::optional<std::string> plainText(std::chrono::milliseconds) override { return {}; }
     void clear() override {}
     void write(Item) override {}
+    void writeText(std::string) override {}
+    bool handOver(std::chrono::milliseconds) override { return false; }
+    void serveUntilReplaced() override {}
 };

@@ -193,7 +193,7 @@ void SelectionAnswers::windowDestroyed(xcb_window_t window)
     m_transfers.remove_if([&](const Transfer& transfer) { return transfer.requestor == window; });
 }
 
-void SelectionAnswers::dropForgotten()
+bool SelectionAnswers::dropForgotten()
 {
     const auto now = X11Connection::Clock::now();
     std::vector<xcb_window_t> dropped;
@@ -205,4 +205,5 @@ void SelectionAnswers::dropForgotten()
     });
     for (const xcb_window_t requestor : dropped)
         stopWatching(requestor);
+    return !dropped.empty();
 }

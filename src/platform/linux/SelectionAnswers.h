@@ -26,8 +26,11 @@ public:
     /// Goes on with a transfer in pieces.
     void propertyChanged(const xcb_property_notify_event_t& notify);
     void windowDestroyed(xcb_window_t window);
-    /// Ends the transfers that nobody has gone on with.
-    void dropForgotten();
+    /// Ends the transfers that nobody has gone on with. Whether there were any.
+    bool dropForgotten();
+
+    /// What is offered, in its order.
+    const std::vector<xcb_atom_t>& targets() const { return m_order; }
 
     bool isTransferring() const { return !m_transfers.empty(); }
 

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace {
 
@@ -40,6 +41,8 @@ SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, int 
     : m_connection(std::move(connection)),
       m_window(m_connection->createWindow()),
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit)),
+      m_manager(m_connection->atom("CLIPBOARD_MANAGER", X11Connection::Clock::now() + setupLimit)),
+      m_saveTargets(m_connection->atom("SAVE_TARGETS", X11Connection::Clock::now() + setupLimit)),
       m_firstFixesEvent(xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id)->first_event),
       m_answers(std::make_unique<SelectionAnswers>(*m_connection)),
       m_wakeDescriptor(wakeDescriptor)
@@ -78,15 +81,70 @@ void SelectionServer::offer(Pasteboard::Item item)
         m_offerSequence =
             xcb_set_selection_owner(m_connection->get(), m_window, m_clipboard, XCB_CURRENT_TIME)
                 .sequence;
+        m_isOwner = true;
     });
 }
 
 void SelectionServer::release()
 {
     runOnThread([this] {
-        m_answers->clear();
+        endOffer();
         xcb_set_selection_owner(m_connection->get(), XCB_NONE, m_clipboard, XCB_CURRENT_TIME);
     });
+}
+
+void SelectionServer::endOffer()
+{
+    m_answers->clear();
+    m_isOwner = false;
+}
+
+/// As ICCCM has it: the property lists what to save.
+void SelectionServer::askManager()
+{
+    const std::vector<xcb_atom_t> targets = m_answers->targets();
+    xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, m_window, m_saveTargets,
+                        XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(targets.size()),
+                        targets.data());
+    // Where there is no manager, the X server itself answers.
+    xcb_convert_selection(m_connection->get(), m_window, m_manager, m_saveTargets, m_saveTargets,
+                          XCB_CURRENT_TIME);
+    xcb_flush(m_connection->get());
+}
+
+bool SelectionServer::handOver(std::chrono::milliseconds limit)
+{
+    const auto deadline = X11Connection::Clock::now() + limit;
+    runOnThread([this] {
+        // One that has not answered by now is not asked again: which of the questions an answer was
+        // for could not be told.
+        const std::lock_guard lock(m_mutex);
+        if (m_handOver == HandOver::asked)
+            return;
+        m_handOver = m_isOwner ? HandOver::asked : HandOver::none;
+        if (m_isOwner)
+            askManager();
+    });
+    std::unique_lock lock(m_mutex);
+    m_changed.wait_until(lock, deadline,
+                         [this] { return m_handOver != HandOver::asked || m_hasEnded; });
+    return m_handOver == HandOver::taken && !m_hasEnded;
+}
+
+/// The clipboard manager's.
+void SelectionServer::noteAnswer(const xcb_selection_notify_event_t& notify)
+{
+    if (notify.selection != m_manager || notify.target != m_saveTargets)
+        return;
+    const std::lock_guard lock(m_mutex);
+    m_handOver = notify.property == XCB_NONE ? HandOver::none : HandOver::taken;
+    m_changed.notify_all();
+}
+
+void SelectionServer::waitUntilReplaced()
+{
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return !m_isServing || m_hasEnded; });
 }
 
 /// Runs `work` on the thread and returns when it is done, or when the thread has lost its X server.
@@ -94,22 +152,27 @@ void SelectionServer::runOnThread(std::function<void()> work)
 {
     std::unique_lock lock(m_mutex);
     m_work = std::move(work);
+    m_hasWork = true;
     eventfd_write(m_wakeDescriptor, 1);
-    m_workDone.wait(lock, [this] { return !m_work || m_hasEnded; });
+    m_changed.wait(lock, [this] { return !m_hasWork || m_hasEnded; });
 }
 
 void SelectionServer::runWork()
 {
-    const std::lock_guard lock(m_mutex);
-    if (!m_work)
-        return;
-    m_work();
-    // So that the caller finds the clipboard as it was told to be, and the change counted.
-    m_connection->finish();
-    for (std::size_t left = m_connection->waitingEvents(); left > 0; --left)
-        handle(*m_connection->pendingEvent());
-    m_work = nullptr;
-    m_workDone.notify_all();
+    std::unique_lock lock(m_mutex);
+    const std::function<void()> work = std::exchange(m_work, nullptr);
+    lock.unlock();
+    if (work) {
+        work();
+        // So that the caller finds the clipboard as it was told to be, and the change counted.
+        m_connection->finish();
+        for (std::size_t left = m_connection->waitingEvents(); left > 0; --left)
+            handle(*m_connection->pendingEvent());
+    }
+    lock.lock();
+    m_hasWork = m_hasWork && !work;
+    m_isServing = m_isOwner || m_answers->isTransferring();
+    m_changed.notify_all();
 }
 
 void SelectionServer::serve()
@@ -124,7 +187,8 @@ void SelectionServer::serve()
         runWork(); // between any two events, however many come
         X11Connection::Event event = m_connection->pendingEvent();
         if (!event) {
-            m_answers->dropForgotten();
+            if (m_answers->dropForgotten())
+                runWork(); // tells those that wait
             // Sending reads as well: what it has read would not wake the call below.
             xcb_flush(m_connection->get());
             event = m_connection->pendingEvent();
@@ -142,7 +206,7 @@ void SelectionServer::serve()
     ++m_changeCount; // whatever was offered is no more
     const std::lock_guard lock(m_mutex);
     m_hasEnded = true;
-    m_workDone.notify_all();
+    m_changed.notify_all();
 }
 
 void SelectionServer::handle(const xcb_generic_event_t& event)
@@ -160,7 +224,9 @@ void SelectionServer::handle(const xcb_generic_event_t& event)
     } else if (type == XCB_SELECTION_CLEAR) {
         // One that is older than the last time the clipboard was taken is about the time before.
         if (static_cast<std::int32_t>(event.full_sequence - m_offerSequence) >= 0)
-            m_answers->clear();
+            endOffer();
+    } else if (type == XCB_SELECTION_NOTIFY) {
+        noteAnswer(reinterpret_cast<const xcb_selection_notify_event_t&>(event));
     } else if (type == m_firstFixesEvent + XCB_XFIXES_SELECTION_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         ++m_changeCount;

@@ -35,25 +35,41 @@ public:
     /// Leaves the clipboard without an owner, whoever it has been.
     void release();
 
+    /// Asks the clipboard manager to take over what is offered, and waits. Whether it has taken it.
+    bool handOver(std::chrono::milliseconds limit);
+    /// Waits until nothing is offered any more and all transfers have ended.
+    void waitUntilReplaced();
+
 private:
+    enum class HandOver { none, asked, taken };
+
     SelectionServer(std::unique_ptr<X11Connection> connection, int wakeDescriptor);
     void serve();
     void handle(const xcb_generic_event_t& event);
     void runOnThread(std::function<void()> work);
     void runWork();
+    void askManager();
+    void endOffer();
+    void noteAnswer(const xcb_selection_notify_event_t& notify);
 
     std::unique_ptr<X11Connection> m_connection;
     xcb_window_t m_window;
     xcb_atom_t m_clipboard;
+    xcb_atom_t m_manager;     // the selection that a clipboard manager owns
+    xcb_atom_t m_saveTargets; // what it is asked for
     std::uint8_t m_firstFixesEvent;
     std::unique_ptr<SelectionAnswers> m_answers; // of the thread
     std::uint32_t m_offerSequence = 0;           // of the thread: the request that took ownership
+    bool m_isOwner = false;                      // of the thread
     std::atomic<std::uint64_t> m_changeCount = 0;
     int m_wakeDescriptor;
     std::mutex m_mutex;
-    std::condition_variable m_workDone;
-    std::function<void()> m_work; // under m_mutex
-    bool m_isEnding = false;      // under m_mutex
-    bool m_hasEnded = false;      // under m_mutex
+    std::condition_variable m_changed;    // something of the following
+    std::function<void()> m_work;         // under m_mutex
+    bool m_hasWork = false;               // under m_mutex: until it is done
+    HandOver m_handOver = HandOver::none; // under m_mutex
+    bool m_isServing = false;             // under m_mutex
+    bool m_isEnding = false;              // under m_mutex
+    bool m_hasEnded = false;              // under m_mutex
     std::thread m_thread;
 };

@@ -1,5 +1,6 @@
 #include "X11Pasteboard.h"
 
+#include "PlainTextItem.h"
 #include "SelectionForm.h"
 
 #include <algorithm>
@@ -130,4 +131,9 @@ std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
     if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
         return std::nullopt;
     return m_reader.text(m_clipboard, limit, deadline);
+}
+
+void X11Pasteboard::writeText(std::string text)
+{
+    write(PlainTextItem::of(std::move(text)));
 }

@@ -16,6 +16,9 @@ public:
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
     void clear() override { m_server->release(); }
     void write(Item item) override { m_server->offer(std::move(item)); }
+    void writeText(std::string text) override;
+    bool handOver(std::chrono::milliseconds limit) override { return m_server->handOver(limit); }
+    void serveUntilReplaced() override { m_server->waitUntilReplaced(); }
 
 private:
     using Deadline = X11Connection::Deadline;
