@@ -1,0 +1,161 @@
+#include "ClipboardManager.h"
+#include "Program.h"
+#include "SelectionFixture.h"
+#include "StandinModel.h"
+
+#include <QDir>
+
+namespace {
+
+/// The programs of this session that are still running, by their arguments.
+QByteArrayList runningPrograms(const DesktopSession& session)
+{
+    const QByteArray mark = "XDG_RUNTIME_DIR=" + QFile::encodeName(session.path("runtime"));
+    QByteArrayList programs;
+    for (const QString& entry : QDir("/proc").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile environment("/proc/" + entry + "/environ");
+        QFile arguments("/proc/" + entry + "/cmdline");
+        if (environment.open(QIODevice::ReadOnly) && arguments.open(QIODevice::ReadOnly) &&
+            QFile::symLinkTarget("/proc/" + entry + "/exe") == QStringLiteral(PITHWISE_PROGRAM) &&
+            environment.readAll().split('\0').contains(mark))
+            programs.append(arguments.readAll());
+    }
+    return programs;
+}
+
+void waitForEnd(DesktopSession& session)
+{
+    session.waitUntil("the server to end", [&] { return runningPrograms(session).isEmpty(); });
+}
+
+/// A model that says `summary`, in a file.
+QString standin(const DesktopSession& session, const std::string& summary)
+{
+    StandinModel::write({StandinModel::split(summary)}, session.path("model").toStdString());
+    return session.path("model");
+}
+
+class ClipboardOfferTest : public SelectionFixture
+{
+protected:
+    /// Runs `pithwise summarize --copy` to its end; returns what it prints.
+    QByteArray summarize(const std::string& summary)
+    {
+        Program program(PITHWISE_PROGRAM);
+        program.start({"summarize", "--copy", "--model", standin(m_session, summary), "-"},
+                      "Text.");
+        EXPECT_EQ(program.finish(), 0) << program.error().toStdString();
+        return program.output();
+    }
+};
+
+TEST_F(ClipboardOfferTest, TheSummaryCanBePastedAfterTheProgramHasEnded)
+{
+    EXPECT_EQ(summarize("\n- A naïve point 👩.\n\n"), "- A naïve point 👩.\n");
+    EXPECT_EQ(clipboard(), "- A naïve point 👩.");
+    EXPECT_EQ(clipboard(), "- A naïve point 👩.");
+    EXPECT_EQ(runningPrograms(m_session).size(), 1);
+}
+
+TEST_F(ClipboardOfferTest, TheServerEndsWhenAnotherProgramCopies)
+{
+    summarize("- A point.");
+    putOnClipboard("another");
+    waitForEnd(m_session);
+    EXPECT_EQ(clipboard(), "another");
+}
+
+TEST_F(ClipboardOfferTest, TheNextSummaryTakesThePlaceOfTheLast)
+{
+    summarize("- One.");
+    summarize("- Two.");
+    EXPECT_EQ(clipboard(), "- Two.");
+    m_session.waitUntil("the first server to end",
+                        [&] { return runningPrograms(m_session).size() == 1; });
+}
+
+TEST_F(ClipboardOfferTest, NobodyWaitsForTheServer)
+{
+    const QString model = standin(m_session, "- A point.");
+    const QByteArray output = m_session.run(
+        "sh", {"-c", "echo Text. | \"$0\" summarize --copy --model \"$1\" - 3>&1 2>&1 | cat",
+               PITHWISE_PROGRAM, model});
+    EXPECT_TRUE(output.endsWith("- A point.\n")) << output.toStdString();
+    EXPECT_EQ(clipboard(), "- A point.");
+}
+
+TEST_F(ClipboardOfferTest, WithAClipboardManagerNoProcessStays)
+{
+    ClipboardManager manager;
+    summarize("- A point.");
+    waitForEnd(m_session);
+    EXPECT_EQ(clipboard(), "- A point.");
+    EXPECT_THAT(manager.asked(), testing::Contains("UTF8_STRING"));
+}
+
+TEST_F(ClipboardOfferTest, AFrozenClipboardManagerHoldsNothingUp)
+{
+    const ClipboardManager manager(ClipboardManager::Manner::isFrozen);
+    summarize("- A point.");
+    EXPECT_EQ(clipboard(), "- A point.");
+    putOnClipboard("another");
+    waitForEnd(m_session);
+}
+
+TEST_F(ClipboardOfferTest, WhatAGrabHasPutBackIsHandedOverToo)
+{
+    const ClipboardManager manager;
+    putOnClipboard("earlier");
+    startApp({"--copies", "copied"});
+    Program program(PITHWISE_PROGRAM);
+    program.start({"plan", "--selection"});
+    EXPECT_EQ(program.finish(), 0);
+    EXPECT_THAT(program.output().toStdString(), testing::HasSubstr("copied"));
+    waitForEnd(m_session);
+    EXPECT_EQ(clipboard(), "earlier");
+}
+
+TEST_F(ClipboardOfferTest, TheServerOfAGrabEndsWhenAnotherProgramCopies)
+{
+    putOnClipboard("earlier");
+    startApp({"--copies", "copied"});
+    Program program(PITHWISE_PROGRAM);
+    program.start({"plan", "--selection"});
+    EXPECT_EQ(program.finish(), 0);
+    EXPECT_EQ(clipboard(), "earlier");
+    putOnClipboard("later");
+    waitForEnd(m_session);
+    EXPECT_EQ(clipboard(), "later");
+}
+
+TEST_F(ClipboardOfferTest, AnEmptySummaryLeavesTheClipboardAlone)
+{
+    putOnClipboard("earlier");
+    EXPECT_EQ(summarize(""), "");
+    EXPECT_EQ(clipboard(), "earlier");
+}
+
+TEST(ClipboardOfferEndTest, TheServerEndsWithTheDesktop)
+{
+    DesktopSession session;
+    Program program(PITHWISE_PROGRAM);
+    program.start({"summarize", "--copy", "--model", standin(session, "- A point."), "-"}, "Text.");
+    ASSERT_EQ(program.finish(), 0);
+    ASSERT_EQ(runningPrograms(session).size(), 1);
+    session.killServer();
+    waitForEnd(session);
+}
+
+TEST(ClipboardOfferEndTest, WithoutADesktopTheSummaryIsPrintedAllTheSame)
+{
+    DesktopSession session;
+    qunsetenv("DISPLAY");
+    Program program(PITHWISE_PROGRAM);
+    program.start({"summarize", "--copy", "--model", standin(session, "- A point."), "-"}, "Text.");
+    EXPECT_EQ(program.finish(), 1);
+    EXPECT_EQ(program.output(), "- A point.\n");
+    EXPECT_TRUE(program.error().endsWith("pithwise: The text could not be put on the clipboard.\n"))
+        << program.error().toStdString();
+}
+
+} // namespace
