@@ -46,6 +46,11 @@ TEST_F(CommandLineTest, HelpAndVersionAreEverywhere)
     }
 }
 
+TEST_F(CommandLineTest, TheHelpHasNothingThatIsForTheProgramItself)
+{
+    EXPECT_FALSE(contains(run({"--help"}).output, "offer-clipboard"));
+}
+
 TEST_F(CommandLineTest, TheHelpSaysThatAStandinIsNoLanguageModel)
 {
     EXPECT_TRUE(contains(run({"summarize", "--help"}).output, "stand-in"));
