@@ -1,6 +1,7 @@
 #include "WholeWrite.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,7 +14,7 @@ namespace WholeWrite {
 
 namespace {
 
-// What runs in the child may use nothing that another thread could have held locked at the fork.
+// What runs in the child shares this process's memory, so it makes system calls and nothing else.
 
 /// Takes back the last `count` bytes, which are the last that were written, unless a program that
 /// knows no lock has added something since.
@@ -49,30 +50,57 @@ int write(int file, std::string_view bytes)
     throw std::system_error(error, std::generic_category());
 }
 
+/// No signal is handled by this thread while it lives.
+class SignalBlock
+{
+public:
+    SignalBlock()
+    {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_before);
+    }
+    ~SignalBlock() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    SignalBlock(const SignalBlock&) = delete;
+    SignalBlock& operator=(const SignalBlock&) = delete;
+
+private:
+    sigset_t m_before{};
+};
+
+/// Writes in a process of its own and sends the error's number, or 0, to `answer`.
+pid_t startWriting(int file, std::string_view bytes, int answer)
+{
+    const SignalBlock block;
+    // A copy of this process would take a second where a model is loaded; this child borrows it,
+    // and the thread stands still meanwhile.
+    const pid_t child = ::vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork)
+    if (child == 0) {
+        const int error = write(file, bytes); // NOLINT(clang-analyzer-unix.Vfork)
+        const bool isSent = ::write(answer, &error, sizeof error) == sizeof error;
+        ::_exit(isSent ? 0 : 1);
+    }
+    return child;
+}
+
 } // namespace
 
 void append(FileDescriptor file, std::string_view bytes)
 {
-    // A process of its own, because the system breaks off what a killed one is writing. The answer
+    // The system breaks off what a killed process is writing, but not what its child is. The answer
     // comes through a pipe, because whoever ignores ended children loses their exit status.
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         fail(errno);
     const FileDescriptor answer(ends[0]);
     FileDescriptor question(ends[1]);
-    const pid_t child = ::fork();
+    const pid_t child = startWriting(file.value(), bytes, question.value());
     if (child < 0)
         fail(errno);
-    if (child == 0) {
-        const int error = write(file.value(), bytes);
-        ::_exit(::write(question.value(), &error, sizeof error) == sizeof error ? 0 : 1);
-    }
     ::close(question.release());
     int error = EIO; // unless it is told otherwise
-    ssize_t count = 0;
-    do
-        count = ::read(answer.value(), &error, sizeof error);
-    while (count < 0 && errno == EINTR);
+    while (::read(answer.value(), &error, sizeof error) < 0 && errno == EINTR)
+        ;
     while (::waitpid(child, nullptr, 0) < 0 && errno == EINTR)
         ;
     if (error != 0)

@@ -99,7 +99,7 @@ TEST_F(DailyNoteProcessTest, AProcessThatIsKilledLeavesWholeEntriesOnly)
 {
     std::mt19937 random(7);
     int entries = 0;
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 100; ++round) {
         if (round % 10 == 0) {
             std::filesystem::remove_all(folder);
             entries = 0;
