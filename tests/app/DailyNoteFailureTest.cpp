@@ -153,11 +153,11 @@ TEST_F(DailyNoteFailureTest, AFullDiskTakesTheEntryBack)
     EXPECT_EQ(ChildTest::repeat(temporary.path(), space), 0);
 }
 
-// There a file without a name cannot be given one.
-TEST_F(DailyNoteFailureTest, WithoutTheProcFileSystemANewNoteIsWholeToo)
+// As where the file system has no files without a name.
+TEST_F(DailyNoteFailureTest, WhereAFileCannotBeGivenANameLaterANewNoteIsWholeToo)
 {
     if (ChildTest::isChild()) {
-        ASSERT_FALSE(std::filesystem::exists("/proc/self"));
+        ASSERT_FALSE(std::filesystem::exists("/proc/self/fd/0"));
         append("text");
         append("text");
         EXPECT_EQ(content(note), header + entry("text") + entry("text"));
@@ -165,7 +165,7 @@ TEST_F(DailyNoteFailureTest, WithoutTheProcFileSystemANewNoteIsWholeToo)
         return;
     }
     const std::vector<std::string> space =
-        ChildTest::mounted("mount -t tmpfs tmpfs /proc", temporary.path());
+        ChildTest::mounted("mount -t tmpfs tmpfs /proc/$$/fd", temporary.path());
     if (space.empty())
         GTEST_SKIP() << "Name spaces for users are not to be had here.";
     EXPECT_EQ(ChildTest::repeat(temporary.path(), space), 0);

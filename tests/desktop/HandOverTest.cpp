@@ -26,6 +26,21 @@ public:
         EXPECT_EQ(read().type, atom("INCR"));
     }
 
+    /// Asks for the clipboard's text, and copies something else at once.
+    void askAndCopy()
+    {
+        xcb_convert_selection(m_connection->get(), m_window, atom("CLIPBOARD"), atom("UTF8_STRING"),
+                              m_property, XCB_CURRENT_TIME);
+        xcb_set_selection_owner(m_connection->get(), m_window, atom("CLIPBOARD"), XCB_CURRENT_TIME);
+        xcb_flush(m_connection->get());
+    }
+
+    std::string answer()
+    {
+        waitFor(XCB_SELECTION_NOTIFY);
+        return read().bytes;
+    }
+
     /// How many bytes the pieces have.
     std::size_t readRest()
     {
@@ -200,6 +215,19 @@ TEST_F(HandOverTest, ServingEndsAtOnceWhereThereIsNothingToServe)
     write("text");
     putOnClipboard("another");
     pasteboard().serveUntilReplaced();
+}
+
+TEST_F(HandOverTest, WhoHasAskedIsAnsweredBeforeTheEnd)
+{
+    SlowReader reader;
+    for (int i = 0; i < 50; ++i) {
+        auto brief = Pasteboard::create();
+        brief->writeText("text");
+        reader.askAndCopy();
+        brief->serveUntilReplaced();
+        brief = nullptr;
+        ASSERT_EQ(reader.answer(), "text");
+    }
 }
 
 TEST_F(HandOverTest, AReaderGetsAllOfItBeforeServingEnds)

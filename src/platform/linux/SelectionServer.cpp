@@ -203,6 +203,8 @@ void SelectionServer::serve()
         eventfd_t ignored = 0;
         eventfd_read(m_wakeDescriptor, &ignored);
     }
+    // Whoever has asked in time waits for an answer, which disconnecting would throw away.
+    xcb_flush(m_connection->get());
     ++m_changeCount; // whatever was offered is no more
     const std::lock_guard lock(m_mutex);
     m_hasEnded = true;
