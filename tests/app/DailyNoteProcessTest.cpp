@@ -58,7 +58,7 @@ TEST_F(DailyNoteProcessTest, ProcessesThatAppendAtOnceLoseNothing)
     for (int i = 0; i < 2; ++i) {
         children.push_back(start([this] {
             for (int round = 0; round < rounds; ++round)
-                append(QString(round * 10, 'x'));
+                append(QString(qsizetype{10} * round, 'x'));
         }));
     }
     for (const pid_t child : children)

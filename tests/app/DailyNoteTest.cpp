@@ -66,9 +66,10 @@ TEST_F(DailyNoteTest, AnEmptySummaryIsAnEntryToo)
 
 TEST_F(DailyNoteTest, ASummaryOfTenMegabytesIsWhole)
 {
-    const std::string large(10'000'000, 'x');
-    append(QString::fromStdString(large));
-    append(QString::fromStdString(large));
+    const QString output(10'000'000, 'x');
+    append(output);
+    append(output);
+    const std::string large = output.toStdString();
     EXPECT_TRUE(content(note) == header + entry(large) + entry(large));
 }
 
