@@ -97,7 +97,7 @@ TEST_F(DailyNoteFailureTest, RunningOutOfDescriptorsReplacesNoNote)
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     std::string text;
     // The lock of the folder takes the last one but `left`.
-    for (const rlim_t left : {0, 1}) {
+    for (const rlim_t left : {0U, 1U}) {
         const FileDescriptor highest(::open("/dev/null", O_RDONLY));
         rlimit lowered = before;
         lowered.rlim_cur = static_cast<rlim_t>(highest.value()) + 1 + left;
