@@ -2,12 +2,12 @@
 
 #include "FileDescriptor.h"
 #include "PartFile.h"
-#include "WholeWrite.h"
 
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -24,7 +24,7 @@ namespace {
 using Path = std::filesystem::path;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds lockLimit(2);
+constexpr std::chrono::milliseconds lockLimit(500);
 constexpr std::chrono::milliseconds lockInterval(5);
 constexpr int maximumLinks = 40;    // as for the system
 constexpr int maximumAttempts = 10; // each is in vain only when another program interferes
@@ -112,8 +112,9 @@ Path withoutLinks(Path file)
 
 enum class Creation { done, taken, unsupported };
 
-/// Whether all of `bytes` has been written; `errno` says why not.
-bool write(int descriptor, std::string_view bytes)
+/// Whether all of `bytes` has been written; `errno` says why not. What is left of them is what has
+/// not.
+bool write(int descriptor, std::string_view& bytes)
 {
     while (!bytes.empty()) {
         const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
@@ -122,6 +123,30 @@ bool write(int descriptor, std::string_view bytes)
         bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
     }
     return true;
+}
+
+/// Takes back the last `count` bytes, which are the last that were written, unless a program that
+/// knows no lock has added something since.
+void takeBack(int descriptor, std::size_t count)
+{
+    const off_t end = ::lseek(descriptor, 0, SEEK_CUR);
+    struct stat status = {};
+    if (end >= 0 && ::fstat(descriptor, &status) == 0 && status.st_size == end)
+        static_cast<void>(::ftruncate(descriptor, end - static_cast<off_t>(count)) == 0);
+}
+
+/// Adds the bytes and closes the file. What comes out short is taken back.
+void appendTo(FileDescriptor file, std::string_view bytes)
+{
+    // One call does it all; when it does less, the next one tells why.
+    std::string_view rest = bytes;
+    if (!write(file.value(), rest)) {
+        const int error = errno;
+        takeBack(file.value(), bytes.size() - rest.size());
+        fail(error);
+    }
+    if (::close(file.release()) != 0)
+        fail(errno);
 }
 
 /// Makes the file, unless there is one by now. Until it is complete it has no name, so that a
@@ -160,7 +185,7 @@ void append(const Path& file, std::string_view header, std::string_view entry)
     for (int i = 0; creation == Creation::taken && i < maximumAttempts; ++i) {
         Opened opened = open(file);
         if (opened.error == 0)
-            return WholeWrite::append(std::move(opened.file), entry);
+            return appendTo(std::move(opened.file), entry);
         const Path target = withoutLinks(file);
         const std::string text = std::string(header).append(entry);
         creation = opened.error == ENOENT ? create(target, text) : Creation::unsupported;

@@ -1,6 +1,6 @@
 #include "ClipboardManager.h"
 #include "SelectionFixture.h"
-#include "XcbConnection.h"
+#include "X11Connection.h"
 
 #include <chrono>
 #include <future>
@@ -46,7 +46,7 @@ public:
     {
         std::size_t total = 0;
         for (;;) {
-            const XcbConnection::Property piece = read();
+            const X11Connection::Property piece = read();
             if (piece.type == atom("UTF8_STRING") && piece.bytes.empty())
                 return total;
             total += piece.bytes.size();
@@ -56,13 +56,13 @@ public:
     }
 
 private:
-    static XcbConnection::Deadline deadline() { return XcbConnection::Clock::now() + limit; }
+    static X11Connection::Deadline deadline() { return X11Connection::Clock::now() + limit; }
 
     xcb_atom_t atom(const char* name) { return m_connection->atom(name, deadline()); }
 
     void waitFor(int type)
     {
-        XcbConnection::Event event;
+        X11Connection::Event event;
         do {
             event = m_connection->nextEvent(deadline());
             if (!event)
@@ -70,15 +70,15 @@ private:
         } while ((event->response_type & 0x7F) != type);
     }
 
-    XcbConnection::Property read()
+    X11Connection::Property read()
     {
         return m_connection
             ->property(m_window, m_property, 10'000'000, deadline(),
-                       XcbConnection::Afterwards::remove)
-            .value_or(XcbConnection::Property{XCB_NONE, 8, {}});
+                       X11Connection::Afterwards::remove)
+            .value_or(X11Connection::Property{XCB_NONE, 8, {}});
     }
 
-    std::unique_ptr<XcbConnection> m_connection = XcbConnection::create();
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
     xcb_window_t m_window = m_connection->createWindow();
     xcb_atom_t m_property = atom("PIECES");
 };
