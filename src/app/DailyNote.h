@@ -21,9 +21,9 @@ struct Entry
 /// and note are made where they are missing; a note that may not be written to is replaced.
 ///
 /// Whatever fails, the note has all of its earlier entries, and this one wholly or not at all (but
-/// where closing it fails), also when the process is killed; several may do this at once. Throws
-/// std::runtime_error with a sentence about the cause, std::bad_alloc. Blocks on the disk, and for
-/// two seconds at most on another process; any thread.
+/// where closing it fails, or the process is killed in the middle); several may do this at once.
+/// Throws std::runtime_error with a sentence about the cause, std::bad_alloc. Blocks on the disk,
+/// and for half a second at most on another process; any thread.
 void append(const std::filesystem::path& documents, const Entry& entry, const QDateTime& now);
 
 } // namespace DailyNote

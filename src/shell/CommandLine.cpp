@@ -2,6 +2,8 @@
 
 #include "AppError.h"
 #include "ClipboardOffer.h"
+#include "DocumentProcess.h"
+#include "HotkeyCommand.h"
 #include "Interrupted.h"
 #include "ModelCommand.h"
 #include "PlanCommand.h"
@@ -91,12 +93,20 @@ void addRequest(CLI::App& command, SummaryRequest& request)
     addSource(command, request);
 }
 
+void addModelFile(CLI::App& command, std::string& model)
+{
+    command
+        .add_option("--model", model, "A model file (GGUF) to use instead of the downloaded one")
+        ->type_name("FILE");
+}
+
 /// The commands; what parsing chose is in `action`.
 struct Commands
 {
     CLI::App app{"Summarises any text with a language model that runs on this machine.",
                  "pithwise"};
     SummaryRequest request;
+    HotkeyCommand::Request hotkey;
     std::function<int()> action;
 
     Commands()
@@ -109,6 +119,7 @@ struct Commands
         addSummarize();
         addRead();
         addPlan();
+        addHotkey();
         addModel();
         addHelpers();
         addVersion(app);
@@ -127,10 +138,7 @@ private:
     {
         CLI::App* command = app.add_subcommand("summarize", "Print the summary of a text");
         addRequest(*command, request);
-        command
-            ->add_option("--model", request.model,
-                         "A model file (GGUF) to use instead of the downloaded one")
-            ->type_name("FILE");
+        addModelFile(*command, request.model);
         command->add_flag("--copy", request.isCopied, "Also put the summary on the clipboard");
         command->footer("The model is downloaded first if it is missing. A stand-in made by "
                         "standin-model is no language\nmodel: it spells a fixed text whatever the "
@@ -153,11 +161,28 @@ private:
         command->callback([this] { action = [this] { return PlanCommand::run(request); }; });
     }
 
+    void addHotkey()
+    {
+        CLI::App* command = app.add_subcommand(
+            "hotkey", "Print the summary of the selected text, else of the front window, else of "
+                      "the clipboard");
+        addModelFile(*command, hotkey.model);
+        command->add_flag("--note", hotkey.appendsToNote,
+                          "Also append the summary to the note of the day");
+        command->add_flag("--copy", hotkey.copies, "Also put the summary on the clipboard");
+        command->callback([this] { action = [this] { return HotkeyCommand::run(hotkey); }; });
+    }
+
     /// What the program starts itself with; nothing for users.
     void addHelpers()
     {
         app.add_subcommand("offer-clipboard")->group("")->callback([this] {
             action = ClipboardOffer::serve;
+        });
+        CLI::App* command = app.add_subcommand(DocumentProcess::command)->group("");
+        command->add_option("FILE", request.source)->required();
+        command->callback([this] {
+            action = [this] { return DocumentProcess::serve(request.source, *stdout); };
         });
     }
 

@@ -41,11 +41,16 @@ std::string readClipboard()
 
 } // namespace
 
+std::string selection()
+{
+    return BackgroundTask::run(serveSelection);
+}
+
 std::string read(Kind kind)
 {
     if (kind == Kind::clipboard)
         return readClipboard();
-    std::string text = BackgroundTask::run(serveSelection);
+    std::string text = selection();
     if (text.empty())
         throw AppError("No text is selected.");
     return text;

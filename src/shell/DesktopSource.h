@@ -14,4 +14,7 @@ enum class Kind { selection, clipboard };
 /// on offering what has been there until another program copies or a clipboard manager takes it.
 std::string read(Kind kind);
 
+/// The same for the selection, but empty where nothing is selected.
+std::string selection();
+
 } // namespace DesktopSource

@@ -3,25 +3,15 @@
 #include "AnswerPrinter.h"
 #include "ClipboardOffer.h"
 #include "Interrupt.h"
-#include "LlamaEngine.h"
 #include "ModelCommand.h"
 #include "ModelFile.h"
+#include "ModelOption.h"
 #include "Pithwise.h"
 #include "SourceText.h"
 #include "StatusLine.h"
 #include "WhiteSpace.h"
 
 namespace SummarizeCommand {
-
-/// The shared engine, on the model file the user named instead of the downloaded one.
-static Pithwise::Generate engineOn(const std::filesystem::path& chosen)
-{
-    return
-        [chosen](const std::filesystem::path&, std::string_view system, std::string_view user,
-                 int maxTokens, const CancelToken& token, const Pithwise::TextCallback& onUpdate) {
-            return LlamaEngine::shared().generate(chosen, system, user, maxTokens, token, onUpdate);
-        };
-}
 
 int run(const SummaryRequest& request)
 {
@@ -42,9 +32,8 @@ int run(const SummaryRequest& request)
         statusLine.clear();
         printer.update(answer);
     };
-    const std::string summary =
-        Pithwise::run(text, request.mode, request.length, token, onStatus, onOutput,
-                      request.model.empty() ? Pithwise::sharedEngine() : engineOn(request.model));
+    const std::string summary = Pithwise::run(text, request.mode, request.length, token, onStatus,
+                                              onOutput, ModelOption::engine(request.model));
     statusLine.clear();
     printer.finish(summary);
     const std::string_view visible = WhiteSpace::trimmed(summary);

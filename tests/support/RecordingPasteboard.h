@@ -68,7 +68,7 @@ public:
 
     void writeText(std::string text) override
     {
-        m_calls.emplace_back("writeText");
+        m_calls.push_back("writeText " + text);
         contents.push_back({{"text/plain", std::move(text), ""}});
     }
 

@@ -1,0 +1,68 @@
+#include "AppServices.h"
+
+#include "ChildProcess.h"
+#include "DocumentProcess.h"
+#include "HTMLText.h"
+#include "ModelManager.h"
+#include "Pasteboard.h"
+#include "ScreenPermission.h"
+#include "SelectionGrabber.h"
+#include "Utf8.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <utility>
+#include <variant>
+
+namespace {
+
+constexpr std::chrono::seconds clipboardLimit(2);
+
+/// Not AppServices::pasteboard, which the main thread may be using.
+std::optional<std::string> readClipboard()
+{
+    std::optional<std::string> text = Pasteboard::create()->plainText(clipboardLimit);
+    return text ? std::optional(Utf8::decoded(*std::move(text))) : std::nullopt;
+}
+
+std::filesystem::path findDocuments()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFile::encodeName(folder).toStdString();
+}
+
+void callLater(std::chrono::milliseconds delay, std::function<void()> function)
+{
+    QTimer::singleShot(delay, QCoreApplication::instance(), std::move(function));
+}
+
+} // namespace
+
+AppServices AppServices::system()
+{
+    const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
+    return {
+        .readDocument =
+            [](const std::filesystem::path& file) {
+                return DocumentProcess::read(file, ChildProcess::thisProgram());
+            },
+        .captureText = [](ScreenGrab::Kind kind) { return ScreenGrab::captureText(kind); },
+        .clipboardText = readClipboard,
+        .fetchPage = [](std::string address) { return HTMLText::fetch(std::move(address)); },
+        .grabSelection = [ports] { return SelectionGrabber::grab(ports); },
+        .mayCaptureScreen = [] { return ScreenPermission::create()->isGranted(); },
+        .isModelReady =
+            [] {
+                return std::holds_alternative<ModelManager::Ready>(ModelManager::shared().state());
+            },
+        .generate = Pithwise::sharedEngine(),
+        .pasteboard = Pasteboard::create(),
+        .appendToNote = DailyNote::append,
+        .documentsFolder = findDocuments,
+        .now = [] { return QDateTime::currentDateTime(); },
+        .later = callLater,
+    };
+}

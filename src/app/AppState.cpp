@@ -1,0 +1,103 @@
+#include "AppState.h"
+
+#include "CancelToken.h"
+#include "MainThreadQueue.h"
+#include "QtText.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+static constexpr std::array<std::string_view, AppState::allTabs.size()> tabLabels = {
+    "Clipboard", "Document", "Web", "Capture"};
+static constexpr std::chrono::milliseconds toastTime(1800);
+
+std::string_view AppState::rawValue(Tab tab)
+{
+    return tabLabels.at(static_cast<std::size_t>(tab));
+}
+
+std::optional<AppState::Tab> AppState::tabFromRawValue(std::string_view rawValue)
+{
+    const auto* const found = std::find(tabLabels.begin(), tabLabels.end(), rawValue);
+    if (found == tabLabels.end())
+        return std::nullopt;
+    return allTabs.at(static_cast<std::size_t>(found - tabLabels.begin()));
+}
+
+AppState* AppState::createShared()
+{
+    auto* const state = new AppState(AppServices::system());
+    state->moveToThread(QCoreApplication::instance()->thread());
+    qAddPostRoutine([] { delete &shared(); });
+    return state;
+}
+
+AppState& AppState::shared()
+{
+    static AppState* const state = createShared();
+    return *state;
+}
+
+AppState::AppState(AppServices services)
+    : m_services(std::move(services)), m_queue(MainThreadQueue::create())
+{}
+
+AppState::~AppState()
+{
+    if (m_token)
+        m_token->cancel();
+    m_queue->close();
+}
+
+SummaryLength AppState::lengthValue() const
+{
+    constexpr double limit = 9223372036854775808.0; // 2 to the 63
+    const double rounded = std::round(length.get());
+    if (!(rounded >= -limit && rounded < limit))
+        std::abort(); // a mistake of ours: no control stands there
+    if (rounded < 0 || rounded > 2)
+        return SummaryLength::balanced;
+    return summaryLengthAt(static_cast<std::size_t>(rounded));
+}
+
+qsizetype AppState::wordCount() const
+{
+    return m_wordCount.of(sourceText);
+}
+
+void AppState::setSource(std::string_view text, const QString& label)
+{
+    accept(QtText::normalised(text), label);
+}
+
+void AppState::accept(const QString& normalised, const QString& label)
+{
+    if (normalised.isEmpty()) {
+        fail(QStringLiteral("No text found in ") + label + u'.');
+        return;
+    }
+    sourceText = normalised;
+    sourceLabel = label;
+    summarize();
+}
+
+void AppState::fail(const QString& sentence)
+{
+    errorMessage = sentence;
+    isWorking = false;
+    status = QString();
+}
+
+void AppState::flash(const QString& message)
+{
+    toast = message;
+    m_services.later(toastTime, [state = QPointer(this), message] {
+        if (state && state->toast.get() == message)
+            state->toast = std::nullopt;
+    });
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QFuture>
+#include <QPromise>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+/// Work that blocks, each piece on a thread of its own: in a pool, a few that hang would hold up
+/// all others. One thread at a time.
+///
+/// The threads are never waited for longer than a moment, since nothing can end one that hangs in a
+/// library. What they work with must be theirs.
+class BackgroundThreads
+{
+public:
+    /// How long the destructor waits at most.
+    static constexpr std::chrono::milliseconds patience{500};
+
+    BackgroundThreads();
+    /// Waits for the threads, so that in the usual case none runs while the process ends; those
+    /// that go on for too long are left to it.
+    ~BackgroundThreads();
+    BackgroundThreads(const BackgroundThreads&) = delete;
+    BackgroundThreads& operator=(const BackgroundThreads&) = delete;
+
+    /// Throws std::system_error where there can be no more threads. `work` must not throw.
+    void start(std::function<void()> work);
+
+    /// The same with a result.
+    template <typename Result>
+    QFuture<Result> run(std::function<Result()> work);
+
+private:
+    struct Running;
+    std::shared_ptr<Running> m_running;
+};
+
+template <typename Result>
+QFuture<Result> BackgroundThreads::run(std::function<Result()> work)
+{
+    const auto promise = std::make_shared<QPromise<Result>>();
+    promise->start();
+    start([promise, work = std::move(work)] {
+        promise->addResult(work());
+        promise->finish();
+    });
+    return promise->future();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+/// Documents read by a process of their own: libraries can hang or crash on hostile ones, and
+/// nothing but the end of a process stops them.
+namespace DocumentProcess {
+
+/// The argument with which a program is told to be that process, followed by the file's path.
+constexpr const char* command = "read-document";
+
+/// Above what fifteen scanned pages take on a slow machine.
+constexpr std::chrono::milliseconds defaultLimit = std::chrono::minutes(2);
+
+/// What DocumentReader::read returns or throws for `file`, the error always as an AppError; read by
+/// a process of the program at the path `program`. Throws AppError also when that takes longer than
+/// `limit` or fails. Blocks; any thread.
+std::string read(const std::filesystem::path& file, const std::string& program,
+                 std::chrono::milliseconds limit = defaultLimit);
+
+/// What that process does: writes the text, or the error's sentence, to `stream` and returns its
+/// exit status. Main thread.
+int serve(const std::filesystem::path& file, std::FILE& stream);
+
+} // namespace DocumentProcess

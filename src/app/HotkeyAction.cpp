@@ -1,0 +1,36 @@
+#include "AppState.h"
+#include "QtText.h"
+
+#include <QPointer>
+
+QCoro::Task<> AppState::handleHotkey()
+{
+    const QPointer<AppState> state(this); // may be gone after any wait
+    errorMessage = std::nullopt;
+    const std::optional<std::string> selected = co_await m_services.grabSelection();
+    if (!state)
+        co_return;
+    if (selected) {
+        tab = Tab::clipboard;
+        setSource(*selected, QStringLiteral("Selected text"));
+        co_return;
+    }
+    if (m_services.mayCaptureScreen()) {
+        tab = Tab::capture;
+        isWorking = true;
+        status = QStringLiteral("Capturing and reading text…");
+        const QString captured = co_await frontWindowText();
+        if (!state)
+            co_return;
+        if (!captured.isEmpty()) {
+            accept(captured, QStringLiteral("Active window"));
+            co_return;
+        }
+        isWorking = false;
+        status = QString();
+    }
+    tab = Tab::clipboard;
+    const auto nothing = QStringLiteral("Select some text first, or grant Accessibility and Screen "
+                                        "Recording access in System Settings.");
+    co_await acceptClipboard(nothing);
+}

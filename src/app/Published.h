@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ObservableObject.h"
+
+#include <QThread>
+
+#include <cassert>
+#include <utility>
+
+/// A field that announces every assignment through its owner's willChange(), before the value is
+/// stored. For the owner's thread only.
+template <typename Value>
+class Published
+{
+public:
+    /// `owner` outlives this.
+    explicit Published(ObservableObject& owner, Value value = {})
+        : m_owner(owner), m_value(std::move(value))
+    {}
+    Published(const Published&) = delete;
+    Published& operator=(const Published&) = delete;
+
+    Published& operator=(Value value)
+    {
+        assert(QThread::currentThread() == m_owner.thread());
+        emit m_owner.willChange();
+        m_value = std::move(value);
+        return *this;
+    }
+
+    const Value& get() const { return m_value; }
+    operator const Value&() const { return m_value; }
+    const Value* operator->() const { return &m_value; }
+
+private:
+    ObservableObject& m_owner;
+    Value m_value;
+};

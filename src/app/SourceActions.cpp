@@ -1,0 +1,139 @@
+#include "AppState.h"
+#include "QtText.h"
+#include "Utf8.h"
+
+#include <QCoroFuture>
+#include <QPointer>
+
+#include <utility>
+
+namespace {
+
+QString labelOf(ScreenGrab::Kind kind)
+{
+    switch (kind) {
+    case ScreenGrab::Kind::window:
+        return QStringLiteral("Active window");
+    case ScreenGrab::Kind::screen:
+        return QStringLiteral("Screen");
+    case ScreenGrab::Kind::selection:
+        break;
+    }
+    return QStringLiteral("Selected area");
+}
+
+/// The last component of the path, also of one that ends in a slash.
+QString labelOf(const std::filesystem::path& file)
+{
+    const std::filesystem::path name =
+        file.has_filename() ? file.filename() : file.parent_path().filename();
+    return QtText::fromUtf8(Utf8::decoded(name.empty() ? file.native() : name.native()));
+}
+
+QCoro::Task<Reading> reading(QCoro::Task<std::string> page)
+{
+    try {
+        const std::string text = co_await page;
+        co_return Reading{QtText::normalised(text), std::nullopt};
+    } catch (const std::exception& error) {
+        co_return Reading::failed(error);
+    }
+}
+
+} // namespace
+
+void AppState::beginReading(const QString& message)
+{
+    errorMessage = std::nullopt;
+    isWorking = true;
+    status = message;
+}
+
+template <typename Awaitable>
+QCoro::Task<> AppState::acceptWhenRead(Awaitable source, QString label)
+{
+    const QPointer<AppState> state(this);
+    const Reading reading = co_await source;
+    if (!state)
+        co_return;
+    if (reading.error)
+        fail(*reading.error);
+    else
+        accept(reading.text, label);
+}
+
+QFuture<Reading> AppState::inBackground(std::function<std::string()> read)
+{
+    const auto reading = [read = std::move(read)] {
+        try {
+            return Reading{QtText::normalised(read()), std::nullopt};
+        } catch (const std::exception& error) {
+            return Reading::failed(error);
+        }
+    };
+    try {
+        return m_threads.run<Reading>(reading);
+    } catch (const std::exception& error) {
+        return QtFuture::makeReadyFuture(Reading::failed(error));
+    }
+}
+
+/// Empty also where `read` fails.
+QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()> read)
+{
+    const Reading reading = co_await inBackground(std::move(read));
+    co_return reading.text;
+}
+
+// These two are apart from where they are awaited, because GCC 12 destroys a function object twice
+// that is made in an expression that waits.
+
+QCoro::Task<QString> AppState::clipboardText()
+{
+    return inBackgroundOrNothing([read = m_services.clipboardText] { return read().value_or(""); });
+}
+
+QCoro::Task<QString> AppState::frontWindowText()
+{
+    return inBackgroundOrNothing(
+        [capture = m_services.captureText] { return capture(ScreenGrab::Kind::window); });
+}
+
+QCoro::Task<> AppState::acceptClipboard(QString messageOtherwise)
+{
+    const QPointer<AppState> state(this);
+    const QString text = co_await clipboardText();
+    if (!state)
+        co_return;
+    if (text.isEmpty())
+        errorMessage = messageOtherwise;
+    else
+        accept(text, QStringLiteral("Clipboard"));
+}
+
+void AppState::useClipboard()
+{
+    acceptClipboard(QStringLiteral("The clipboard has no text."));
+}
+
+void AppState::loadFile(const std::filesystem::path& file)
+{
+    const QString label = labelOf(file);
+    beginReading(QStringLiteral("Reading ") + label + u'…');
+    acceptWhenRead(inBackground([read = m_services.readDocument, file] { return read(file); }),
+                   label);
+}
+
+void AppState::fetchURL()
+{
+    const QString address = urlString;
+    beginReading(QStringLiteral("Fetching page…"));
+    acceptWhenRead(reading(m_services.fetchPage(QtText::toUtf8(address))), address);
+}
+
+void AppState::capture(ScreenGrab::Kind kind)
+{
+    beginReading(QStringLiteral("Capturing and reading text…"));
+    acceptWhenRead(inBackground([capture = m_services.captureText, kind] { return capture(kind); }),
+                   labelOf(kind));
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Pithwise.h"
+
+#include <string>
+
+/// What the option --model of a command stands for.
+namespace ModelOption {
+
+/// The shared engine, on the model file the user named, or on the downloaded one for an empty name.
+Pithwise::Generate engine(const std::string& model);
+
+} // namespace ModelOption

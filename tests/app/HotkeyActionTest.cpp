@@ -1,0 +1,169 @@
+#include "AppStateFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HotkeyActionTest : public AppStateFixture
+{
+protected:
+    const QString m_nothing = "Select some text first, or grant Accessibility and Screen Recording "
+                              "access in System Settings.";
+
+    /// Starts the flow; `isDone` tells its end.
+    QCoro::Task<> press()
+    {
+        isDone = false;
+        co_await state->handleHotkey();
+        isDone = true;
+    }
+
+    void waitForDone()
+    {
+        EXPECT_TRUE(waitUntil([&] { return isDone; }));
+    }
+
+    bool isDone = false;
+};
+
+TEST_F(HotkeyActionTest, TheSelectedTextIsSummarized)
+{
+    state->tab = Tab::web;
+    state->errorMessage = "earlier";
+    press();
+    EXPECT_EQ(state->errorMessage.get(), std::nullopt);
+    EXPECT_FALSE(state->isWorking);
+    EXPECT_EQ(state->tab, Tab::web);
+    answer(selections[0], Grabbed("selected"));
+    waitForDone();
+    EXPECT_EQ(state->tab, Tab::clipboard);
+    EXPECT_EQ(state->sourceText.get(), "selected");
+    EXPECT_EQ(state->sourceLabel.get(), "Selected text");
+    expectWorking("Loading model…");
+    EXPECT_THAT(captures.arguments(), IsEmpty());
+    EXPECT_EQ(clipboardReads, 0);
+}
+
+TEST_F(HotkeyActionTest, AnEmptySelectionIsTakenForOneAndReported)
+{
+    press();
+    answer(selections[0], Grabbed(""));
+    waitForDone();
+    EXPECT_EQ(state->tab, Tab::clipboard);
+    expectIdle("No text found in Selected text.");
+    EXPECT_THAT(captures.arguments(), IsEmpty());
+}
+
+TEST_F(HotkeyActionTest, WithoutASelectionTheFrontWindowIsRead)
+{
+    press();
+    answer(selections[0], Grabbed());
+    EXPECT_TRUE(waitUntil([&] { return state->isWorking.get(); }));
+    EXPECT_EQ(state->tab, Tab::capture);
+    expectWorking("Capturing and reading text…");
+    captures.answer(0, "a\r\r\nb");
+    waitForDone();
+    EXPECT_THAT(captures.arguments(), ElementsAre(ScreenGrab::Kind::window));
+    EXPECT_EQ(state->sourceText.get(), "a\r\nb"); // normalised once
+    EXPECT_EQ(state->sourceLabel.get(), "Active window");
+    EXPECT_EQ(state->tab, Tab::capture);
+    expectWorking("Loading model…");
+    EXPECT_EQ(clipboardReads, 0);
+}
+
+TEST_F(HotkeyActionTest, WithoutPermissionNothingIsCapturedAndTheClipboardIsUsed)
+{
+    mayCapture = false;
+    clipboard = " copied ";
+    press();
+    answer(selections[0], Grabbed());
+    waitForDone();
+    EXPECT_THAT(captures.arguments(), IsEmpty());
+    EXPECT_EQ(state->tab, Tab::clipboard);
+    EXPECT_EQ(state->sourceText.get(), "copied");
+    EXPECT_EQ(state->sourceLabel.get(), "Clipboard");
+    expectWorking("Loading model…");
+}
+
+TEST_F(HotkeyActionTest, WithNothingAtAllThatIsExplained)
+{
+    mayCapture = false;
+    state->tab = Tab::web;
+    state->status = "kept";
+    for (const auto& text : {std::optional<std::string>(), std::optional<std::string>(" \n")}) {
+        clipboard = text;
+        press();
+        answer(selections.back(), Grabbed());
+        waitForDone();
+        EXPECT_EQ(state->errorMessage.get(), m_nothing);
+        EXPECT_EQ(state->tab, Tab::clipboard);
+        EXPECT_EQ(state->status.get(), "kept");
+    }
+}
+
+TEST_F(HotkeyActionTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
+{
+    clipboard = "copied";
+    press();
+    answer(selections[0], Grabbed());
+    captures.answer(0, " \n\u00A0");
+    trace.clear();
+    waitForDone();
+    EXPECT_THAT(trace,
+                ElementsAre("Clipboard |  () |  | idle  | no error", // tab
+                            "Capture |  () |  | idle  | no error",
+                            "Capture |  () |  | working  | no error",
+                            "Capture |  () |  | working Capturing and reading text… | no error",
+                            "Capture |  () |  | idle Capturing and reading text… | no error",
+                            "Capture |  () |  | idle  | no error", // tab
+                            "Clipboard |  () |  | idle  | no error",
+                            "Clipboard | copied () |  | idle  | no error",
+                            "Clipboard | copied (Clipboard) |  | idle  | no error",
+                            "Clipboard | copied (Clipboard) |  | idle  | no error",
+                            "Clipboard | copied (Clipboard) |  | idle  | no error",
+                            "Clipboard | copied (Clipboard) |  | working  | no error"));
+}
+
+TEST_F(HotkeyActionTest, AWindowThatCannotBeReadIsNoneAndNobodyHearsOfIt)
+{
+    press();
+    answer(selections[0], Grabbed());
+    captures.fail(0, "No window found to capture.");
+    waitForDone();
+    expectIdle(m_nothing);
+    EXPECT_EQ(state->tab, Tab::clipboard);
+}
+
+TEST_F(HotkeyActionTest, PressedTwiceItRunsTwice)
+{
+    press();
+    press();
+    answer(selections[1], Grabbed("second"));
+    waitForSource("second", "Selected text");
+    waitForCalls(1);
+    answer(selections[0], Grabbed("first"));
+    waitForSource("first", "Selected text");
+    waitForCalls(2);
+    engine.finish(0, "summary of the second");
+    engine.finish(1, "summary of the first");
+    waitForOutput("summary of the first");
+}
+
+TEST_F(HotkeyActionTest, AStateThatGoesMeanwhileIsNotTouched)
+{
+    state->handleHotkey();
+    state.reset();
+    answer(selections[0], Grabbed("selected"));
+    QCoreApplication::processEvents();
+    makeState();
+    state->handleHotkey();
+    answer(selections[1], Grabbed());
+    EXPECT_TRUE(waitUntil([&] { return captures.arguments().size() == 1; }));
+    captures.answer(0, "captured");
+    state.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(engine.calls().size(), 0U);
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "AppStateFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class OutputActionsTest : public AppStateFixture
+{
+protected:
+    /// What stands on the clipboard after the output has been put there without markers.
+    std::string plain(const QString& markdown)
+    {
+        pasteboardCalls.clear();
+        state->output = markdown;
+        state->replaceClipboard();
+        EXPECT_EQ(pasteboardCalls.size(), 2U);
+        EXPECT_EQ(pasteboardCalls[0], "clear");
+        return pasteboardCalls[1].substr(std::string("writeText ").size());
+    }
+};
+
+TEST_F(OutputActionsTest, TheMarkdownIsCopiedAsItStands)
+{
+    state->output = " **Bold** naïve 👩\n";
+    state->copyMarkdown();
+    EXPECT_THAT(pasteboardCalls, ElementsAre("clear", "writeText  **Bold** naïve 👩\n"));
+    EXPECT_EQ(state->toast.get(), "Markdown copied");
+}
+
+TEST_F(OutputActionsTest, AnEmptyOutputIsCopiedAsAnEmptyText)
+{
+    state->copyMarkdown();
+    EXPECT_THAT(pasteboardCalls, ElementsAre("clear", "writeText "));
+}
+
+TEST_F(OutputActionsTest, ASummaryInProgressIsCopiedAsFarAsItIs)
+{
+    startRun("text");
+    engine.update(0, "- The");
+    waitForOutput("- The");
+    state->copyMarkdown();
+    EXPECT_THAT(pasteboardCalls, ElementsAre("clear", "writeText - The"));
+}
+
+TEST_F(OutputActionsTest, TheClipboardIsReplacedByTheTextWithoutBoldMarkers)
+{
+    EXPECT_EQ(plain("**bold** plain"), "bold plain");
+    EXPECT_EQ(state->toast.get(), "Clipboard replaced");
+    EXPECT_EQ(plain("***"), "*");
+    EXPECT_EQ(plain("****"), "");
+    EXPECT_EQ(plain("*****x"), "*x");
+    EXPECT_EQ(plain("# Title\n* item\n_soft_ *soft* * *"), "# Title\n* item\n_soft_ *soft* * *");
+    EXPECT_EQ(state->output.get(), "# Title\n* item\n_soft_ *soft* * *");
+}
+
+TEST_F(OutputActionsTest, ANoteGetsTheLabelAndTheModeOfTheMomentAndTheOutput)
+{
+    state->output = " - one\n";
+    state->sourceLabel = "Selected text";
+    state->mode = SummaryMode::tldr;
+    state->errorMessage = "kept";
+    state->appendToDailyNote();
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_EQ(notes[0].folder, "/documents");
+    EXPECT_EQ(notes[0].entry.label, "Selected text");
+    EXPECT_EQ(notes[0].entry.mode, SummaryMode::tldr);
+    EXPECT_EQ(notes[0].entry.output, " - one\n");
+    EXPECT_EQ(notes[0].time, now);
+    EXPECT_EQ(state->toast.get(), "Added to today's note");
+    EXPECT_EQ(state->errorMessage.get(), "kept");
+    EXPECT_THAT(pasteboardCalls, IsEmpty());
+}
+
+TEST_F(OutputActionsTest, ANoteWithoutALabelIsASummary)
+{
+    state->appendToDailyNote();
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_EQ(notes[0].entry.label, "Summary");
+    EXPECT_EQ(notes[0].entry.output, "");
+}
+
+TEST_F(OutputActionsTest, ANoteThatCannotBeWrittenIsAnErrorWithoutANotice)
+{
+    noteError = "The disk is full.";
+    state->appendToDailyNote();
+    EXPECT_EQ(state->errorMessage.get(), "Couldn't write the daily note: The disk is full.");
+    EXPECT_EQ(state->toast.get(), std::nullopt);
+}
+
+} // namespace
