@@ -2,6 +2,7 @@
 
 #include "ChildProcess.h"
 #include "DocumentProcess.h"
+#include "DocumentsFolder.h"
 #include "HTMLText.h"
 #include "ModelManager.h"
 #include "Pasteboard.h"
@@ -10,8 +11,6 @@
 #include "Utf8.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QStandardPaths>
 #include <QTimer>
 
 #include <utility>
@@ -26,12 +25,6 @@ std::optional<std::string> readClipboard()
 {
     std::optional<std::string> text = Pasteboard::create()->plainText(clipboardLimit);
     return text ? std::optional(Utf8::decoded(*std::move(text))) : std::nullopt;
-}
-
-std::filesystem::path findDocuments()
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFile::encodeName(folder).toStdString();
 }
 
 void callLater(std::chrono::milliseconds delay, std::function<void()> function)
@@ -61,7 +54,7 @@ AppServices AppServices::system()
         .generate = Pithwise::sharedEngine(),
         .pasteboard = Pasteboard::create(),
         .appendToNote = DailyNote::append,
-        .documentsFolder = findDocuments,
+        .documentsFolder = DocumentsFolder::path,
         .now = [] { return QDateTime::currentDateTime(); },
         .later = callLater,
     };

@@ -28,9 +28,8 @@ void AppState::appendToDailyNote()
     const std::filesystem::path documents = m_services.documentsFolder();
     if (documents.empty())
         std::abort(); // every desktop has one
-    const QString label = sourceLabel->isEmpty() ? QStringLiteral("Summary") : sourceLabel.get();
     try {
-        m_services.appendToNote(documents, {label, mode, output}, m_services.now());
+        m_services.appendToNote(documents, {sourceLabel, mode, output}, m_services.now());
     } catch (const std::exception& error) {
         errorMessage = QStringLiteral("Couldn't write the daily note: ") + QtText::sentence(error);
         return;

@@ -76,7 +76,7 @@ TEST_F(OutputActionsTest, ANoteWithoutALabelIsASummary)
 {
     state->appendToDailyNote();
     ASSERT_EQ(notes.size(), 1U);
-    EXPECT_EQ(notes[0].entry.label, "Summary");
+    EXPECT_EQ(notes[0].entry.label, ""); // for which the note has a word
     EXPECT_EQ(notes[0].entry.output, "");
 }
 
