@@ -72,7 +72,7 @@ TEST_F(OutputActionsTest, ANoteGetsTheLabelAndTheModeOfTheMomentAndTheOutput)
     EXPECT_THAT(pasteboardCalls, IsEmpty());
 }
 
-TEST_F(OutputActionsTest, ANoteWithoutALabelIsASummary)
+TEST_F(OutputActionsTest, ANoteWithoutALabelIsLeftToTheNote)
 {
     state->appendToDailyNote();
     ASSERT_EQ(notes.size(), 1U);
