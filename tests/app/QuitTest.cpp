@@ -45,6 +45,7 @@ protected:
         const std::size_t found = result.output.find(mark);
         ASSERT_NE(found, std::string::npos) << result.output;
         const Clock::duration begin(std::stoll(result.output.substr(found + mark.size())));
+        RecordProperty("milliseconds", static_cast<int>((end - begin) / 1ms));
         EXPECT_LT((end - begin) / 1ms, m_limit / 1ms);
     }
 
