@@ -203,8 +203,9 @@ void SelectionServer::serve()
         eventfd_t ignored = 0;
         eventfd_read(m_wakeDescriptor, &ignored);
     }
-    // Whoever has asked in time waits for an answer, which disconnecting would throw away.
-    xcb_flush(m_connection->get());
+    // Whoever has asked in time waits for an answer. The system drops what is on its way to the X
+    // server when a connection is closed with something left to read.
+    m_connection->finish(X11Connection::Clock::now() + setupLimit);
     ++m_changeCount; // whatever was offered is no more
     const std::lock_guard lock(m_mutex);
     m_hasEnded = true;

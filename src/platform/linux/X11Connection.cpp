@@ -102,9 +102,9 @@ void* X11Connection::waitForReply(unsigned int sequence, Deadline deadline)
     }
 }
 
-void X11Connection::finish()
+void X11Connection::finish(Deadline deadline)
 {
-    reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection));
+    reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection), deadline);
 }
 
 X11Connection::Event X11Connection::pendingEvent()

@@ -66,8 +66,8 @@ public:
         return Owned<Reply>(static_cast<Reply*>(waitForReply(cookie.sequence, deadline)));
     }
 
-    /// Returns once the server has done all it was asked for.
-    void finish();
+    /// Returns once the server has done all it was asked for, or at the deadline.
+    void finish(Deadline deadline = never);
 
     /// The next event, in order; null at the deadline.
     Event nextEvent(Deadline deadline);
