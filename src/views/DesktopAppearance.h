@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Appearance.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QVariantMap>
+
+class QDBusPendingCallWatcher;
+class Theme;
+
+/// Keeps a theme as the desktop wants it: by its settings portal (color-scheme, contrast,
+/// reduced-motion, and GNOME's enable-animations), else by the application's palette. Asks the
+/// portal without waiting for it, so a desktop with one may be dark a moment after the start.
+/// Main thread.
+class DesktopAppearance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Requires: `theme` outlives this object.
+    explicit DesktopAppearance(Theme& theme,
+                               const QDBusConnection& bus = QDBusConnection::sessionBus());
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private slots:
+    void takeChange(const QString& group, const QString& key, const QDBusVariant& value);
+
+private:
+    void ask(const QDBusConnection& bus);
+    void takeAll(const QDBusPendingCallWatcher& call);
+    void take(const QString& group, const QString& key, const QVariant& value);
+    void update();
+
+    Theme& m_theme;
+    QVariantMap m_settings; // what the portal has told, by group and key
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QRectF>
+
+/// What several controls draw alike.
+namespace Drawing {
+
+/// How much of a disabled control is seen.
+constexpr qreal disabledOpacity = 0.4;
+
+/// How much of the accent a focus ring has, and how wide it is.
+constexpr qreal focusOpacity = 0.6;
+constexpr qreal focusWidth = 2;
+
+inline QColor faded(QColor color, qreal opacity)
+{
+    color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
+    return color;
+}
+
+/// A rounded rectangle without an edge.
+inline void fill(QPainter& painter, const QRectF& rect, qreal radius, const QColor& color)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect, radius, radius);
+}
+
+/// The edge of a rounded rectangle, inside of it.
+inline void edge(QPainter& painter, const QRectF& rect, qreal radius, const QPen& pen)
+{
+    const qreal half = pen.widthF() / 2;
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+} // namespace Drawing

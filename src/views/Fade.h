@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QVariantAnimation>
+
+class QWidget;
+class Theme;
+
+/// A number by which a widget is drawn and that moves smoothly, for as long as the theme wants: at
+/// once where motion is reduced or the widget is not seen. Main thread.
+class Fade : public QVariantAnimation
+{
+    Q_OBJECT
+
+public:
+    /// The widget owns the fade and is drawn again whenever the number changes.
+    Fade(const Theme& theme, QWidget& widget);
+
+    qreal value() const { return m_value; }
+    void moveTo(qreal target);
+
+protected:
+    void updateCurrentValue(const QVariant& value) override;
+
+private:
+    const Theme& m_theme;
+    QWidget& m_widget;
+    qreal m_value = 0;
+};

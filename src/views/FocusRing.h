@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+class Theme;
+
+/// The ring around what has the keyboard focus, outside of its bounds; one for each window, over
+/// everything else in it. Main thread.
+class FocusRing : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// The window owns the ring.
+    FocusRing(const Theme& theme, QWidget& window);
+
+    /// Lets the ring show around `outlined`, whose corners have this radius, while `focused` has
+    /// the focus. Requires: `outlined` lives as long as `focused`.
+    static void outline(QWidget& focused, QWidget& outlined, int radius);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void follow(QWidget* focused);
+    void place();
+
+    const Theme& m_theme;
+    QPointer<QWidget> m_outlined;
+    int m_radius = 0;
+    QList<QPointer<QWidget>> m_watched; // the outlined and what it lies in
+};

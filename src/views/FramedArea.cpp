@@ -1,0 +1,17 @@
+#include "FramedArea.h"
+
+#include "Drawing.h"
+#include "Theme.h"
+
+FramedArea::FramedArea(const Theme& theme, QWidget* parent) : QWidget(parent), m_theme(theme)
+{
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void FramedArea::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::fill(painter, rect(), radius, m_theme[ColorRole::textBackground]);
+    Drawing::edge(painter, rect(), radius, QPen(m_theme[ColorRole::outline], 1));
+}

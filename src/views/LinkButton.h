@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QPushButton>
+
+class Theme;
+
+/// A button that looks like a link, in the size of a caption. Main thread.
+class LinkButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    LinkButton(const Theme& theme, const QString& text, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void follow();
+
+    const Theme& m_theme;
+};

@@ -1,0 +1,45 @@
+#include "ProgressBar.h"
+
+#include "Drawing.h"
+#include "Theme.h"
+
+#include <algorithm>
+
+static constexpr int barHeight = 6;
+static constexpr int percent = 100; // what screen readers are told
+
+ProgressBar::ProgressBar(const Theme& theme, QWidget* parent) : QProgressBar(parent), m_theme(theme)
+{
+    setRange(0, percent);
+    setValue(0);
+    setTextVisible(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void ProgressBar::setFraction(double fraction)
+{
+    // In this order, so that what is not a number becomes 0.
+    m_fraction = std::min(1.0, std::max(0.0, fraction));
+    setValue(static_cast<int>(m_fraction * percent));
+    update();
+}
+
+QSize ProgressBar::sizeHint() const
+{
+    return {120, barHeight};
+}
+
+void ProgressBar::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal radius = height() / 2.0;
+    Drawing::fill(painter, rect(), radius, m_theme[ColorRole::separator]);
+    if (m_fraction <= 0)
+        return;
+    // Never shorter than its round ends, and growing by less than a pixel at a time.
+    const qreal length = std::max<qreal>(height(), width() * m_fraction);
+    const qreal start = layoutDirection() == Qt::RightToLeft ? width() - length : 0;
+    Drawing::fill(painter, QRectF(start, 0, length, height()), radius, m_theme[ColorRole::accent]);
+}

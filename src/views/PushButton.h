@@ -1,0 +1,44 @@
+#pragma once
+
+#include "ControlSize.h"
+#include "Symbol.h"
+
+#include <QPushButton>
+
+#include <optional>
+
+class Fade;
+class Theme;
+
+/// A button with a text and perhaps an icon; the default button (setDefault) is filled with the
+/// accent. A click does not take the focus from the text that is being written. Main thread.
+class PushButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    PushButton(const Theme& theme, const QString& text, ControlSize size = ControlSize::regular,
+               QWidget* parent = nullptr);
+
+    void setSymbol(Symbol symbol);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void follow();
+    void paintGround(QPainter& painter) const;
+    void paintContent(QPainter& painter) const;
+    int contentWidth() const;
+    bool isAccented() const;
+
+    const Theme& m_theme;
+    ControlSize m_size;
+    std::optional<Symbol> m_symbol;
+    Fade* m_hover;
+    Fade* m_press;
+};

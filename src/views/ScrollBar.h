@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QScrollBar>
+
+class Theme;
+
+/// A slim scroll bar without arrows, over the ground of what it scrolls. Main thread.
+class ScrollBar : public QScrollBar
+{
+    Q_OBJECT
+
+public:
+    ScrollBar(const Theme& theme, Qt::Orientation orientation, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& m_theme;
+};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Symbol.h"
+
+#include <QRadioButton>
+
+#include <optional>
+
+class Fade;
+class Theme;
+
+/// One choice of a SegmentedControl: a radio button, for the keyboard and for screen readers, that
+/// draws only its icon and its text. Main thread.
+class Segment : public QRadioButton
+{
+    Q_OBJECT
+
+public:
+    Segment(const Theme& theme, const QString& text, std::optional<Symbol> symbol, QWidget* parent);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    bool event(QEvent* event) override;
+    bool hitButton(const QPoint& point) const override { return rect().contains(point); }
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void follow();
+    int contentWidth() const;
+
+    const Theme& m_theme;
+    std::optional<Symbol> m_symbol;
+    Fade* m_hover;
+};

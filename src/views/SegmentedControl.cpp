@@ -1,0 +1,83 @@
+#include "SegmentedControl.h"
+
+#include "Drawing.h"
+#include "Fade.h"
+#include "FocusRing.h"
+#include "Segment.h"
+#include "Theme.h"
+
+#include <QHBoxLayout>
+
+static constexpr int radius = 6;
+static constexpr int pillInset = 2;
+static constexpr qreal shadowOpacity = 0.16;
+
+SegmentedControl::SegmentedControl(const Theme& theme, const std::vector<Choice>& choices,
+                                   QWidget* parent)
+    : QWidget(parent), m_theme(theme), m_pill(new Fade(theme, *this))
+{
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (const Choice& choice : choices) {
+        const int index = static_cast<int>(m_segments.size());
+        auto* const segment = new Segment(theme, choice.text, choice.symbol, this);
+        segment->setObjectName(QStringLiteral("segment%1").arg(index));
+        segment->setChecked(index == 0);
+        FocusRing::outline(*segment, *this, radius);
+        connect(segment, &QRadioButton::toggled, this, [this, index](bool isChecked) {
+            if (isChecked)
+                choose(index);
+        });
+        layout->addWidget(segment, 1);
+        m_segments.push_back(segment);
+    }
+    updateTabStop();
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
+}
+
+void SegmentedControl::setIndex(int index)
+{
+    m_segments[static_cast<std::size_t>(index)]->setChecked(true);
+}
+
+void SegmentedControl::choose(int index)
+{
+    if (index == m_index)
+        return;
+    m_index = index;
+    updateTabStop();
+    m_pill->moveTo(index);
+    emit indexChanged(index);
+}
+
+/// The chosen one; Qt sees to it only once one of them has had the focus.
+void SegmentedControl::updateTabStop()
+{
+    for (Segment* segment : m_segments)
+        segment->setFocusPolicy(segment->isChecked() ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void SegmentedControl::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled())
+        painter.setOpacity(Drawing::disabledOpacity);
+    Drawing::fill(painter, rect(), radius, m_theme[ColorRole::trough]);
+
+    const qreal segmentWidth = static_cast<qreal>(width()) / static_cast<qreal>(m_segments.size());
+    const qreal place = layoutDirection() == Qt::RightToLeft
+                            ? static_cast<qreal>(m_segments.size()) - 1 - m_pill->value()
+                            : m_pill->value();
+    const QRectF pill = QRectF(place * segmentWidth, 0, segmentWidth, height())
+                            .adjusted(pillInset, pillInset, -pillInset, -pillInset);
+    const qreal pillRadius = radius - pillInset;
+    Drawing::fill(painter, pill.translated(0, 1), pillRadius,
+                  Drawing::faded(Qt::black, shadowOpacity));
+    Drawing::fill(painter, pill, pillRadius, m_theme[ColorRole::pill]);
+    Drawing::edge(
+        painter, pill, pillRadius,
+        QPen(m_theme[ColorRole::separator], m_theme.appearance().isHighContrast ? 2 : 0.5));
+}

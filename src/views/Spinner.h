@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QWidget>
+
+class Theme;
+
+/// Shows that something goes on. It costs nothing while it is hidden, and stands still where motion
+/// is reduced. Main thread.
+class Spinner : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Spinner(const Theme& theme, QWidget* parent = nullptr);
+
+    bool isTurning() const { return m_timer.isActive(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void follow();
+
+    const Theme& m_theme;
+    QBasicTimer m_timer;
+    int m_step = 0;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QSlider>
+
+class Fade;
+class Theme;
+
+/// A slider with three marked stops, 0, 1 and 2, and nothing between them. Main thread.
+class StopSlider : public QSlider
+{
+    Q_OBJECT
+
+public:
+    explicit StopSlider(const Theme& theme, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    qreal positionOf(qreal stop) const;
+    int stopAt(qreal position) const;
+    void paintTrack(QPainter& painter) const;
+    void paintThumb(QPainter& painter) const;
+
+    const Theme& m_theme;
+    Fade* m_thumb; // its place, as a stop
+};

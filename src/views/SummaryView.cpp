@@ -1,0 +1,194 @@
+#include "SummaryView.h"
+
+#include "Drawing.h"
+#include "ScrollBar.h"
+#include "SummaryText.h"
+#include "Theme.h"
+
+#include <QFontDatabase>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace {
+
+using Runs = std::vector<InlineMarkdown::Run>;
+
+constexpr int padding = 12;
+constexpr int lineHeight = 130; // percent
+constexpr qreal codeGround = 0.07;
+
+bool looksLike(const InlineMarkdown::Run& a, const InlineMarkdown::Run& b)
+{
+    return a.bold == b.bold && a.italic == b.italic && a.code == b.code && a.link == b.link;
+}
+
+qsizetype length(const Runs& runs)
+{
+    qsizetype sum = 0;
+    for (const InlineMarkdown::Run& run : runs)
+        sum += run.text.size();
+    return sum;
+}
+
+/// How many characters both begin with that are the same and look the same.
+qsizetype commonBeginning(const Runs& a, const Runs& b)
+{
+    qsizetype common = 0;
+    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        if (!looksLike(a[i], b[i]))
+            return common;
+        const QString& x = a[i].text;
+        const QString& y = b[i].text;
+        const auto [end, other] = std::mismatch(x.begin(), x.end(), y.begin(), y.end());
+        common += end - x.begin();
+        if (end != x.end() || other != y.end())
+            return common;
+    }
+    return common;
+}
+
+/// The same for the ends, but at most `most`.
+qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
+{
+    qsizetype common = 0;
+    for (auto i = a.rbegin(), j = b.rbegin(); i != a.rend() && j != b.rend(); ++i, ++j) {
+        if (!looksLike(*i, *j))
+            break;
+        const auto [end, other] =
+            std::mismatch(i->text.rbegin(), i->text.rend(), j->text.rbegin(), j->text.rend());
+        common += end - i->text.rbegin();
+        if (end != i->text.rend() || other != j->text.rend())
+            break;
+    }
+    return std::min(common, most);
+}
+
+} // namespace
+
+SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
+    : QTextBrowser(parent), m_theme(theme), m_openLink(std::move(openLink))
+{
+    setFrameShape(QFrame::NoFrame);
+    setOpenLinks(false);
+    setUndoRedoEnabled(false);
+    setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
+    setVerticalScrollBar(new ScrollBar(theme, Qt::Vertical));
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    document()->setDocumentMargin(padding);
+    connect(this, &QTextBrowser::anchorClicked, this, &SummaryView::open);
+    connect(&theme, &Theme::changed, this, &SummaryView::follow);
+    follow();
+}
+
+/// Everything again, in the theme's colours and font.
+void SummaryView::follow()
+{
+    setFont(m_theme.font(TextStyle::body));
+    const Runs runs = std::exchange(m_runs, {});
+    document()->clear();
+    replaceChanged(runs);
+}
+
+void SummaryView::setMarkdown(QStringView markdown)
+{
+    const Runs runs = SummaryText::rendered(markdown);
+    if (runs == m_runs)
+        return;
+    QScrollBar& bar = *verticalScrollBar();
+    const int place = bar.value();
+    const bool isAtEnd = place == bar.maximum();
+    const QTextCursor selection = textCursor();
+    const int anchor = selection.anchor();
+    const int position = selection.position();
+
+    replaceChanged(runs);
+
+    // A selection that reaches to the end would grow with the text.
+    if (textCursor().anchor() != anchor || textCursor().position() != position) {
+        const int end = static_cast<int>(length(runs));
+        QTextCursor kept = textCursor();
+        kept.setPosition(std::min(anchor, end));
+        kept.setPosition(std::min(position, end), QTextCursor::KeepAnchor);
+        setTextCursor(kept);
+    }
+    bar.setValue(isAtEnd && place > 0 ? bar.maximum() : place);
+}
+
+void SummaryView::replaceChanged(const Runs& runs)
+{
+    const qsizetype before = length(m_runs);
+    const qsizetype after = length(runs);
+    const qsizetype begin = commonBeginning(m_runs, runs);
+    const qsizetype end = commonEnd(m_runs, runs, std::min(before, after) - begin);
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    cursor.setPosition(static_cast<int>(begin));
+    cursor.setPosition(static_cast<int>(before - end), QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    insert(cursor, runs, begin, after - end);
+    indentMarks(static_cast<int>(begin), static_cast<int>(after - end));
+    cursor.endEditBlock();
+    m_runs = runs;
+}
+
+/// Inserts the characters from `from` to `to` of what `runs` show.
+void SummaryView::insert(QTextCursor& cursor, const Runs& runs, qsizetype from, qsizetype to) const
+{
+    qsizetype position = 0;
+    for (const InlineMarkdown::Run& run : runs) {
+        const qsizetype begin = std::max(from - position, qsizetype{0});
+        const qsizetype end = std::min(to - position, run.text.size());
+        if (begin < end)
+            cursor.insertText(run.text.sliced(begin, end - begin), format(run));
+        position += run.text.size();
+    }
+}
+
+/// Lets the lines below a mark begin beside it, in the blocks from `from` to `to`.
+void SummaryView::indentMarks(int from, int to) const
+{
+    const QFontMetricsF metrics(font());
+    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
+         block = block.next()) {
+        const QString text = block.text();
+        const qreal indent =
+            SummaryText::hasMark(text) ? metrics.horizontalAdvance(text.first(2)) : 0;
+        QTextBlockFormat wanted = block.blockFormat();
+        wanted.setLineHeight(lineHeight, QTextBlockFormat::ProportionalHeight);
+        wanted.setLeftMargin(indent);
+        wanted.setTextIndent(-indent);
+        if (wanted != block.blockFormat())
+            QTextCursor(block).setBlockFormat(wanted);
+    }
+}
+
+QTextCharFormat SummaryView::format(const InlineMarkdown::Run& run) const
+{
+    QTextCharFormat format;
+    format.setForeground(m_theme[ColorRole::label]);
+    if (run.bold)
+        format.setFontWeight(QFont::Bold);
+    format.setFontItalic(run.italic);
+    if (run.code) {
+        format.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
+        format.setBackground(Drawing::faded(m_theme[ColorRole::label], codeGround));
+    }
+    if (!run.link.isEmpty()) {
+        format.setAnchor(true);
+        format.setAnchorHref(run.link);
+        format.setForeground(m_theme[ColorRole::accentText]);
+        format.setFontUnderline(true);
+    }
+    return format;
+}
+
+void SummaryView::open(const QUrl& link) const
+{
+    const QString scheme = link.scheme();
+    if (scheme == u"http" || scheme == u"https" || scheme == u"mailto")
+        m_openLink(link);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "FramedArea.h"
+
+class QPlainTextEdit;
+
+/// A framed area to write text of many lines in. Return breaks the line, Tab leaves. The place for
+/// text, with its placeholder, begins 10 logical pixels from the edges. Main thread.
+class TextEditor : public FramedArea
+{
+    Q_OBJECT
+
+public:
+    explicit TextEditor(const Theme& theme, QWidget* parent = nullptr);
+
+    QString text() const;
+
+    /// Replaces all text, which the user cannot undo; nothing happens where it is the same.
+    void setText(const QString& text);
+
+    void setPlaceholder(const QString& text);
+
+signals:
+    /// By whomever. It does not bear the text, which may be large.
+    void textChanged();
+
+private:
+    void follow();
+
+    const Theme& m_theme;
+    QPlainTextEdit* m_editor;
+};

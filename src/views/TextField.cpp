@@ -1,0 +1,46 @@
+#include "TextField.h"
+
+#include "Drawing.h"
+#include "FocusRing.h"
+#include "Theme.h"
+
+static constexpr int radius = 6;
+static constexpr int fieldHeight = 24;
+static constexpr int padding = 6; // beside the two that Qt adds
+
+TextField::TextField(const Theme& theme, QWidget* parent) : QLineEdit(parent), m_theme(theme)
+{
+    setFrame(false);
+    setTextMargins(padding, 0, padding, 0);
+    setFixedHeight(fieldHeight);
+    FocusRing::outline(*this, *this, radius);
+    follow();
+    connect(&theme, &Theme::changed, this, &TextField::follow);
+}
+
+void TextField::follow()
+{
+    setFont(m_theme.font(TextStyle::body));
+    // Qt's own ground has square corners.
+    QPalette colors = palette();
+    colors.setColor(QPalette::Base, Qt::transparent);
+    setPalette(colors);
+}
+
+QSize TextField::sizeHint() const
+{
+    return {240, fieldHeight};
+}
+
+void TextField::paintEvent(QPaintEvent* event)
+{
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (!isEnabled())
+            painter.setOpacity(Drawing::disabledOpacity);
+        Drawing::fill(painter, rect(), radius, m_theme[ColorRole::textBackground]);
+        Drawing::edge(painter, rect(), radius, QPen(m_theme[ColorRole::outline], 1));
+    }
+    QLineEdit::paintEvent(event);
+}

@@ -1,0 +1,131 @@
+#include "ThemeColors.h"
+
+#include "Contrast.h"
+
+namespace {
+
+/// A highlight with less colour than this (of 255) is a grey, which would not stand out as an
+/// accent.
+constexpr int leastSaturation = 40;
+
+/// A highlight that stands out from black by more than this keeps its colour and bears black text.
+constexpr double paleRatio = 9;
+
+QColor translucent(QColor color, double opacity)
+{
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
+} // namespace
+
+ThemeColors::ThemeColors(const Appearance& appearance)
+{
+    if (appearance.isDark)
+        setDark();
+    else
+        setLight();
+    if (appearance.isHighContrast)
+        setHighContrast(appearance.isDark);
+    setAccent(appearance.highlight, appearance.isDark);
+}
+
+void ThemeColors::setLight()
+{
+    const QColor label = 0x1C1C1E;
+    const QColor secondary = 0x66666B;
+    at(ColorRole::window) = 0xF5F5F6;
+    at(ColorRole::textBackground) = 0xFFFFFF;
+    at(ColorRole::label) = label;
+    at(ColorRole::secondary) = secondary;
+    at(ColorRole::tertiary) = 0x74747A;
+    at(ColorRole::outline) = translucent(secondary, 0.30);
+    at(ColorRole::separator) = translucent(label, 0.12);
+    at(ColorRole::error) = 0xC62F2F;
+    at(ColorRole::button) = 0xFFFFFF;
+    at(ColorRole::trough) = translucent(label, 0.07);
+    at(ColorRole::pill) = 0xFFFFFF;
+    at(ColorRole::thumb) = 0xFFFFFF;
+    at(ColorRole::hover) = translucent(label, 0.04);
+    at(ColorRole::pressed) = translucent(label, 0.10);
+}
+
+void ThemeColors::setDark()
+{
+    const QColor label = 0xF2F2F4;
+    const QColor secondary = 0xA6A6AE;
+    at(ColorRole::window) = 0x242528;
+    at(ColorRole::textBackground) = 0x1B1C1E;
+    at(ColorRole::label) = label;
+    at(ColorRole::secondary) = secondary;
+    at(ColorRole::tertiary) = 0x8A8A92;
+    at(ColorRole::outline) = translucent(secondary, 0.30);
+    at(ColorRole::separator) = translucent(label, 0.16);
+    at(ColorRole::error) = 0xFF7A70;
+    at(ColorRole::button) = 0x38393D;
+    at(ColorRole::trough) = translucent(Qt::black, 0.28);
+    at(ColorRole::pill) = 0x4E4F56;
+    at(ColorRole::thumb) = 0xD2D2D8;
+    at(ColorRole::hover) = translucent(label, 0.05);
+    at(ColorRole::pressed) = translucent(Qt::black, 0.20);
+}
+
+void ThemeColors::setHighContrast(bool isDark)
+{
+    const QColor ground = isDark ? Qt::black : Qt::white;
+    const QColor label = isDark ? Qt::white : Qt::black;
+    for (const ColorRole role :
+         {ColorRole::window, ColorRole::textBackground, ColorRole::button, ColorRole::pill})
+        at(role) = ground;
+    for (const ColorRole role : {ColorRole::label, ColorRole::secondary, ColorRole::tertiary})
+        at(role) = label;
+    for (const ColorRole role : {ColorRole::outline, ColorRole::separator})
+        at(role) = translucent(label, 0.80);
+    at(ColorRole::pressed) = translucent(label, 0.20);
+    at(ColorRole::trough) = translucent(label, 0.20);
+    at(ColorRole::error) = QColor(isDark ? 0xFF9A92 : 0xA01010);
+}
+
+void ThemeColors::setAccent(const QColor& highlight, bool isDark)
+{
+    const bool isUsable = highlight.isValid() && highlight.hsvSaturation() >= leastSaturation;
+    const QColor chosen = isUsable ? highlight.toRgb() : QColor(isDark ? 0x5B93FF : 0x2F6FED);
+    const QColor& label = at(ColorRole::label);
+    const std::initializer_list<QColor> grounds = {at(ColorRole::window),
+                                                   at(ColorRole::textBackground)};
+    at(ColorRole::accent) = Contrast::adjusted(chosen, label, grounds, Contrast::shape);
+    at(ColorRole::accentText) = Contrast::adjusted(chosen, label, grounds, Contrast::text);
+    at(ColorRole::selection) = Contrast::over(
+        translucent(at(ColorRole::accent), isDark ? 0.40 : 0.25), at(ColorRole::textBackground));
+
+    const bool isPale = Contrast::ratio(chosen, Qt::black) > paleRatio;
+    const QColor text = isPale ? Qt::black : Qt::white;
+    at(ColorRole::onAccent) = text;
+    at(ColorRole::accentFill) =
+        Contrast::adjusted(chosen, isPale ? Qt::white : Qt::black, {text}, Contrast::text);
+}
+
+QPalette ThemeColors::palette() const
+{
+    const ThemeColors& colors = *this;
+    QPalette palette(colors[ColorRole::button], colors[ColorRole::window]);
+    const auto set = [&](QPalette::ColorRole role, ColorRole ours) {
+        palette.setColor(role, colors[ours]);
+    };
+    set(QPalette::WindowText, ColorRole::label);
+    set(QPalette::Base, ColorRole::textBackground);
+    set(QPalette::AlternateBase, ColorRole::window);
+    set(QPalette::Text, ColorRole::label);
+    set(QPalette::ButtonText, ColorRole::label);
+    set(QPalette::PlaceholderText, ColorRole::tertiary);
+    set(QPalette::ToolTipBase, ColorRole::window);
+    set(QPalette::ToolTipText, ColorRole::label);
+    set(QPalette::Highlight, ColorRole::selection);
+    set(QPalette::HighlightedText, ColorRole::label);
+    set(QPalette::Link, ColorRole::accentText);
+    set(QPalette::LinkVisited, ColorRole::accentText);
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, colors[ColorRole::tertiary]);
+    return palette;
+}
