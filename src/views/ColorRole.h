@@ -16,7 +16,8 @@ enum class ColorRole {
     selection,  // the ground of selected text
     error,
     button,  // the ground of a button, over the window
-    trough,  // what a segmented control, a slider or a progress bar lies in: translucent
+    trough,  // what a segmented control lies in: translucent
+    track,   // of a slider or a progress bar, where it is empty
     pill,    // the chosen segment
     thumb,   // of a slider
     hover,   // laid over what the pointer is on: translucent

@@ -35,7 +35,7 @@ void ProgressBar::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal radius = height() / 2.0;
-    Drawing::fill(painter, rect(), radius, m_theme[ColorRole::separator]);
+    Drawing::fill(painter, rect(), radius, m_theme[ColorRole::track]);
     if (m_fraction <= 0)
         return;
     // Never shorter than its round ends, and growing by less than a pixel at a time.

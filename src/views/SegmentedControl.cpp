@@ -57,6 +57,7 @@ void SegmentedControl::updateTabStop()
 {
     for (Segment* segment : m_segments)
         segment->setFocusPolicy(segment->isChecked() ? Qt::TabFocus : Qt::NoFocus);
+    setFocusProxy(m_segments[static_cast<std::size_t>(m_index)]);
 }
 
 void SegmentedControl::paintEvent(QPaintEvent*)

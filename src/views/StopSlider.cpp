@@ -88,7 +88,7 @@ void StopSlider::paintTrack(QPainter& painter) const
     };
     const qreal thumb = positionOf(m_thumb->value());
     Drawing::fill(painter, track(positionOf(0), positionOf(lastStop)), trackHeight / 2,
-                  Contrast::over(m_theme[ColorRole::separator], m_theme[ColorRole::window]));
+                  m_theme[ColorRole::track]);
     Drawing::fill(painter, track(positionOf(0), thumb), trackHeight / 2,
                   m_theme[ColorRole::accent]);
     for (int stop = 0; stop <= lastStop; ++stop) {

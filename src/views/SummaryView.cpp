@@ -66,6 +66,21 @@ qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
     return std::min(common, most);
 }
 
+/// What `markdown` shows, with every character one of the document's: Qt makes one line break of
+/// "\r\n", and uses two others as marks of its own.
+Runs shownRuns(QStringView markdown)
+{
+    const QString text = markdown.toString().replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    Runs runs = SummaryText::rendered(text);
+    for (InlineMarkdown::Run& run : runs) {
+        for (QChar& character : run.text) {
+            if (character == u'\r' || character == u'\uFDD0' || character == u'\uFDD1')
+                character = u' ';
+        }
+    }
+    return runs;
+}
+
 } // namespace
 
 SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
@@ -95,7 +110,7 @@ void SummaryView::follow()
 
 void SummaryView::setMarkdown(QStringView markdown)
 {
-    const Runs runs = SummaryText::rendered(markdown);
+    const Runs runs = shownRuns(markdown);
     if (runs == m_runs)
         return;
     QScrollBar& bar = *verticalScrollBar();

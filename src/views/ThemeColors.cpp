@@ -44,6 +44,7 @@ void ThemeColors::setLight()
     at(ColorRole::error) = 0xC62F2F;
     at(ColorRole::button) = 0xFFFFFF;
     at(ColorRole::trough) = translucent(label, 0.07);
+    at(ColorRole::track) = 0xDADADC;
     at(ColorRole::pill) = 0xFFFFFF;
     at(ColorRole::thumb) = 0xFFFFFF;
     at(ColorRole::hover) = translucent(label, 0.04);
@@ -64,7 +65,8 @@ void ThemeColors::setDark()
     at(ColorRole::error) = 0xFF7A70;
     at(ColorRole::button) = 0x38393D;
     at(ColorRole::trough) = translucent(Qt::black, 0.28);
-    at(ColorRole::pill) = 0x4E4F56;
+    at(ColorRole::track) = 0x46474B;
+    at(ColorRole::pill) = 0x4A4B51;
     at(ColorRole::thumb) = 0xD2D2D8;
     at(ColorRole::hover) = translucent(label, 0.05);
     at(ColorRole::pressed) = translucent(Qt::black, 0.20);
@@ -83,6 +85,7 @@ void ThemeColors::setHighContrast(bool isDark)
         at(role) = translucent(label, 0.80);
     at(ColorRole::pressed) = translucent(label, 0.20);
     at(ColorRole::trough) = translucent(label, 0.20);
+    at(ColorRole::track) = QColor(isDark ? 0x303030 : 0xD0D0D0);
     at(ColorRole::error) = QColor(isDark ? 0xFF9A92 : 0xA01010);
 }
 
@@ -91,18 +94,25 @@ void ThemeColors::setAccent(const QColor& highlight, bool isDark)
     const bool isUsable = highlight.isValid() && highlight.hsvSaturation() >= leastSaturation;
     const QColor chosen = isUsable ? highlight.toRgb() : QColor(isDark ? 0x5B93FF : 0x2F6FED);
     const QColor& label = at(ColorRole::label);
-    const std::initializer_list<QColor> grounds = {at(ColorRole::window),
-                                                   at(ColorRole::textBackground)};
-    at(ColorRole::accent) = Contrast::adjusted(chosen, label, grounds, Contrast::shape);
-    at(ColorRole::accentText) = Contrast::adjusted(chosen, label, grounds, Contrast::text);
-    at(ColorRole::selection) = Contrast::over(
-        translucent(at(ColorRole::accent), isDark ? 0.40 : 0.25), at(ColorRole::textBackground));
+    const QColor& window = at(ColorRole::window);
+    const QColor& background = at(ColorRole::textBackground);
+    const QColor& pill = at(ColorRole::pill);
+    const QColor& track = at(ColorRole::track);
+    at(ColorRole::accent) =
+        Contrast::adjusted(chosen, label, {window, background, pill, track}, Contrast::shape);
+    at(ColorRole::accentText) =
+        Contrast::adjusted(chosen, label, {window, background}, Contrast::text);
+    at(ColorRole::selection) =
+        Contrast::over(translucent(at(ColorRole::accent), isDark ? 0.33 : 0.25), background);
 
     const bool isPale = Contrast::ratio(chosen, Qt::black) > paleRatio;
-    const QColor text = isPale ? Qt::black : Qt::white;
-    at(ColorRole::onAccent) = text;
-    at(ColorRole::accentFill) =
-        Contrast::adjusted(chosen, isPale ? Qt::white : Qt::black, {text}, Contrast::text);
+    at(ColorRole::onAccent) = isPale ? Qt::black : Qt::white;
+    at(ColorRole::accentFill) = chosen;
+    if (!isPale) {
+        const QColor visible = Contrast::adjusted(chosen, label, {window}, Contrast::shape);
+        at(ColorRole::accentFill) =
+            Contrast::adjusted(visible, Qt::black, {Qt::white}, Contrast::text);
+    }
 }
 
 QPalette ThemeColors::palette() const

@@ -1,0 +1,146 @@
+#include "Figure.h"
+#include "InlineMarkdown.h"
+#include "ResultRow.h"
+#include "SummaryView.h"
+#include "TextEditor.h"
+#include "Theme.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPlainTextEdit>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr int summaryTokens = 520;
+constexpr qsizetype hostileSize = 1'000'000;
+
+QString repeated(QStringView piece, qsizetype size)
+{
+    return piece.toString().repeated(size / piece.size() + 1).first(size);
+}
+
+double parsing(const QString& text)
+{
+    std::vector<double> times;
+    for (int round = 0; round < 5; ++round)
+        times.push_back(Figure::seconds([&] { static_cast<void>(InlineMarkdown::parse(text)); }));
+    return Figure::median(times);
+}
+
+/// Text that would take a careless parser quadratic time or more.
+void benchHostile()
+{
+    const std::vector<QString> pieces = {
+        QStringLiteral("*"),        QStringLiteral("*a "),      QStringLiteral("a*"),
+        QStringLiteral("*a_ "),     QStringLiteral("*a **b "),  QStringLiteral("a**b*c_"),
+        QStringLiteral("["),        QStringLiteral("[a]("),     QStringLiteral("]"),
+        QStringLiteral("![["),      QStringLiteral("[a](<b"),   QStringLiteral("[a](b \""),
+        QStringLiteral("![[a](b)"), QStringLiteral("[a](b 'c"), QStringLiteral("[*a_("),
+        QStringLiteral("`"),        QStringLiteral("`a``b"),    QStringLiteral("<"),
+        QStringLiteral("<a:"),      QStringLiteral("<a b=\""),  QStringLiteral("<a b='<a\" c='"),
+        QStringLiteral("<!--"),     QStringLiteral("<?"),       QStringLiteral("<![CDATA["),
+        QStringLiteral("<!a"),      QStringLiteral("&"),        QStringLiteral("&#1"),
+        QStringLiteral("\\"),       QStringLiteral("[a](\\("),  QStringLiteral("[a](b()"),
+    };
+    for (const QString& piece : pieces) {
+        const double tenth = parsing(repeated(piece, hostileSize / 10));
+        const double whole = parsing(repeated(piece, hostileSize));
+        ResultRow::print("inline Markdown, 1 MB of " + piece.toStdString(),
+                         Figure::fixed(whole * 1000, 1) + " ms, " +
+                             Figure::fixed(whole / tenth, 1) + " x",
+                         "< 250 ms", whole < 0.25);
+    }
+    // Runs of backticks of all lengths, none of which has a partner.
+    QString backticks;
+    for (qsizetype length = 1; backticks.size() < hostileSize; ++length)
+        backticks += QString(length, u'`') + u'a';
+    const double time = parsing(backticks);
+    ResultRow::print("inline Markdown, 1 MB of growing backticks",
+                     Figure::fixed(time * 1000, 1) + " ms", "< 250 ms", time < 0.25);
+}
+
+/// A summary as it streams, one token after the other, each of about five characters.
+std::vector<QString> stream()
+{
+    const QString sentence =
+        QStringLiteral("- **Budget:** the project gets *twelve* percent more, as the "
+                       "[report](https://a.example) and `audit.txt` say.\n");
+    std::vector<QString> texts;
+    const QString whole = sentence.repeated(summaryTokens * 5 / sentence.size() + 1);
+    for (int token = 1; token <= summaryTokens; ++token)
+        texts.push_back(whole.first(token * 5));
+    return texts;
+}
+
+void benchSummary(const Theme& theme)
+{
+    SummaryView view(theme, {});
+    view.resize(436, 260);
+    view.show();
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    std::vector<double> times;
+    for (const QString& text : stream()) {
+        times.push_back(Figure::seconds([&] {
+            view.setMarkdown(text);
+            view.render(&image);
+        }));
+    }
+    const double longest = 1000 * Figure::percentile(times, 0.99);
+    const double usual = 1000 * Figure::median(times);
+    ResultRow::print("redraw of a summary that streams to 520 tokens",
+                     Figure::fixed(usual, 2) + " and " + Figure::fixed(longest, 2) + " ms",
+                     "< 4 ms", longest < 4);
+}
+
+void benchEditor(const Theme& theme, const char* what, const QString& text)
+{
+    TextEditor area(theme);
+    area.resize(436, 130);
+    area.show();
+    QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
+    const auto draw = [&] { area.render(&image); };
+    draw();
+    const double setting = Figure::seconds([&] {
+        area.setText(text);
+        draw();
+    });
+    auto& editor = *area.findChild<QPlainTextEdit*>();
+    std::vector<double> times;
+    for (const QTextCursor::MoveOperation place : {QTextCursor::Start, QTextCursor::End}) {
+        editor.moveCursor(place);
+        for (int i = 0; i < 50; ++i) {
+            times.push_back(Figure::seconds([&] {
+                QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+                QApplication::sendEvent(&editor, &key);
+                draw();
+            }));
+        }
+    }
+    const double reading = Figure::seconds([&] { static_cast<void>(area.text()); });
+    const std::string name = std::string("editor, 10 MB of ") + what;
+    const double typing = 1000 * Figure::percentile(times, 0.98);
+    ResultRow::print(name + ", shown", Figure::fixed(setting * 1000, 0) + " ms");
+    ResultRow::print(name + ", a key", Figure::fixed(typing, 1) + " ms", "< 16 ms", typing < 16);
+    ResultRow::print(name + ", its text", Figure::fixed(reading * 1000, 1) + " ms");
+}
+
+} // namespace
+
+/// How long parsing, showing and typing takes.
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const Theme theme({false, false, true, {}});
+    benchHostile();
+    benchSummary(theme);
+    const QString prose = QStringLiteral("The meeting decided on the budget and its schedule. ");
+    benchEditor(theme, "lines", (prose.repeated(3) + u'\n').repeated(64'000));
+    benchEditor(theme, "paragraphs", (prose.repeated(40) + u'\n').repeated(4'800));
+    benchEditor(theme, "one line", prose.repeated(192'000));
+    return 0;
+}

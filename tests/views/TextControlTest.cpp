@@ -1,0 +1,144 @@
+#include "ControlFixture.h"
+#include "PushButton.h"
+#include "TextEditor.h"
+#include "TextField.h"
+
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+class TextControlTest : public ControlTest
+{
+protected:
+    static QPlainTextEdit& editorOf(TextEditor& area)
+    {
+        return *area.findChild<QPlainTextEdit*>(QStringLiteral("editor"));
+    }
+
+    /// The left and upper edge of what is drawn in this colour, or of what is close to it.
+    static QPoint cornerOf(QWidget& widget, const QColor& color)
+    {
+        const QImage image = widget.grab().toImage();
+        QPoint corner(image.width(), image.height());
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor found = image.pixelColor(x, y);
+                if (std::abs(found.lightness() - color.lightness()) < 24)
+                    corner = QPoint(std::min(corner.x(), x), std::min(corner.y(), y));
+            }
+        }
+        return corner;
+    }
+};
+
+TEST_F(TextControlTest, ReturnInTheFieldIsAnnounced)
+{
+    auto& field = add<TextField>();
+    QSignalSpy returns(&field, &QLineEdit::returnPressed);
+    show();
+    EXPECT_EQ(field.height(), 24);
+    field.setFocus();
+    QTest::keyClicks(&field, QStringLiteral("https://a.example"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(returns.count(), 1);
+    EXPECT_EQ(field.text(), QStringLiteral("https://a.example"));
+}
+
+TEST_F(TextControlTest, TheFieldHasRoundCorners)
+{
+    auto& field = add<TextField>();
+    show();
+    field.clearFocus();
+    EXPECT_EQ(pixel(field, QPoint(0, 0)), theme[ColorRole::window]);
+    EXPECT_EQ(pixel(field, QPoint(20, 12)), theme[ColorRole::textBackground]);
+}
+
+TEST_F(TextControlTest, TheEditorAnnouncesEveryChange)
+{
+    auto& area = add<TextEditor>();
+    QSignalSpy changes(&area, &TextEditor::textChanged);
+    show();
+    area.setFocus();
+    EXPECT_TRUE(editorOf(area).hasFocus());
+    QTest::keyClicks(&editorOf(area), QStringLiteral("a"));
+    EXPECT_EQ(changes.count(), 1);
+    EXPECT_EQ(area.text(), QStringLiteral("a"));
+    area.setText(QStringLiteral("b\nc"));
+    EXPECT_EQ(changes.count(), 2);
+    area.setText(QStringLiteral("b\nc"));
+    EXPECT_EQ(changes.count(), 2);
+    EXPECT_EQ(area.text(), QStringLiteral("b\nc"));
+}
+
+TEST_F(TextControlTest, SettingTheSameTextKeepsTheCursor)
+{
+    auto& area = add<TextEditor>();
+    area.setText(QStringLiteral("abc"));
+    editorOf(area).moveCursor(QTextCursor::End);
+    area.setText(QStringLiteral("abc"));
+    EXPECT_EQ(editorOf(area).textCursor().position(), 3);
+}
+
+TEST_F(TextControlTest, ReturnBreaksTheLineAndTabLeaves)
+{
+    auto& area = add<TextEditor>();
+    auto& button = add<PushButton>(QStringLiteral("Next"));
+    button.setDefault(true);
+    QSignalSpy clicks(&button, &QPushButton::clicked);
+    show();
+    area.setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(area.text(), QStringLiteral("\n"));
+    EXPECT_EQ(clicks.count(), 0);
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(button.hasFocus());
+    EXPECT_EQ(area.text(), QStringLiteral("\n"));
+}
+
+TEST_F(TextControlTest, ThePlaceholderIsWhereTheTextWillBe)
+{
+    auto& area = add<TextEditor>();
+    area.setPlaceholder(QStringLiteral("HHHH"));
+    show();
+    area.clearFocus();
+    const QPoint placeholder = cornerOf(area, theme[ColorRole::tertiary]);
+    area.setText(QStringLiteral("HHHH"));
+    const QPoint text = cornerOf(area, theme[ColorRole::label]);
+    EXPECT_NEAR(placeholder.x(), text.x(), 1);
+    EXPECT_NEAR(placeholder.y(), text.y(), 1);
+    EXPECT_NEAR(text.x(), 11, 1) << "10, and what the letter leaves";
+}
+
+TEST_F(TextControlTest, AClickOnThePlaceholderGoesToTheEditor)
+{
+    auto& area = add<TextEditor>();
+    area.setPlaceholder(QStringLiteral("Paste or type text here…"));
+    show();
+    window.setFocus();
+    QTest::mouseClick(window.childAt(area.mapTo(&window, QPoint(16, 16))), Qt::LeftButton);
+    EXPECT_TRUE(editorOf(area).hasFocus());
+}
+
+TEST_F(TextControlTest, TheFocusRingLiesAroundTheFrame)
+{
+    auto& area = add<TextEditor>();
+    show();
+    area.setFocus();
+    EXPECT_EQ(ring->geometry(), area.geometry().adjusted(-2, -2, 2, 2));
+}
+
+TEST_F(TextControlTest, TheThumbOfTheScrollBarScrolls)
+{
+    auto& area = add<TextEditor>();
+    area.setText(QStringLiteral("a\n").repeated(200));
+    show();
+    QScrollBar& bar = *editorOf(area).verticalScrollBar();
+    ASSERT_GT(bar.maximum(), 0);
+    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(6, 6));
+    EXPECT_TRUE(bar.isSliderDown());
+    QTest::mouseMove(&bar, QPoint(6, bar.height() + 10));
+    EXPECT_EQ(bar.value(), bar.maximum());
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(6, bar.height() + 10));
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(6, 2));
+    EXPECT_LT(bar.value(), bar.maximum()) << "a click above the thumb goes a page up";
+}
