@@ -28,7 +28,7 @@ static QColor mixed(const QColor& from, const QColor& to, double share)
 
 double ratio(const QColor& a, const QColor& b)
 {
-    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 

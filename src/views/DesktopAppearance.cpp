@@ -12,6 +12,7 @@
 #include <QPalette>
 #include <QStyle>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -44,12 +45,12 @@ QColor accentColor(const QVariant& setting)
         return {};
     std::array<double, 3> channels{};
     argument.beginStructure();
-    for (double& channel : channels) {
+    for (double& channel : channels)
         argument >> channel;
-        if (!(channel >= 0 && channel <= 1))
-            return {};
-    }
-    argument.endStructure();
+    argument.endStructure(); // whatever was read, else Qt leaks
+    const auto isInRange = [](double channel) { return channel >= 0 && channel <= 1; };
+    if (!std::all_of(channels.begin(), channels.end(), isInRange))
+        return {};
     return QColor::fromRgbF(static_cast<float>(channels[0]), static_cast<float>(channels[1]),
                             static_cast<float>(channels[2]));
 }

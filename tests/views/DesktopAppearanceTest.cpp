@@ -1,10 +1,9 @@
 #include "DesktopAppearance.h"
 
+#include "SettingsPortal.h"
 #include "Theme.h"
 
 #include <QApplication>
-#include <QDBusArgument>
-#include <QDBusMetaType>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
@@ -13,33 +12,8 @@
 
 namespace {
 
-using Groups = QMap<QString, QVariantMap>;
-
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
-
-struct Rgb
-{
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-};
-
-QDBusArgument& operator<<(QDBusArgument& argument, const Rgb& color)
-{
-    argument.beginStructure();
-    argument << color.red << color.green << color.blue;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument& operator>>(const QDBusArgument& argument, Rgb& color)
-{
-    argument.beginStructure();
-    argument >> color.red >> color.green >> color.blue;
-    argument.endStructure();
-    return argument;
-}
 
 /// A bus of the test's own.
 class Bus
@@ -102,36 +76,6 @@ QDBusConnection noBus()
 
 } // namespace
 
-Q_DECLARE_METATYPE(Rgb)
-
-/// A settings portal as desktops have it.
-class SettingsPortal : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    SettingsPortal(QDBusConnection bus, Groups settings) : m_settings(std::move(settings))
-    {
-        qDBusRegisterMetaType<Groups>();
-        qDBusRegisterMetaType<Rgb>();
-        bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
-                           QDBusConnection::ExportAllContents);
-        bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
-    }
-
-public slots:
-    // NOLINTNEXTLINE(readability-identifier-naming): the portal's name
-    QMap<QString, QVariantMap> ReadAll(const QStringList&) const { return m_settings; }
-
-signals:
-    // NOLINTNEXTLINE(readability-identifier-naming)
-    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
-private:
-    Groups m_settings;
-};
-
 TEST(DesktopAppearance, WithoutAPortalThePaletteDecides)
 {
     Theme theme;
@@ -161,12 +105,13 @@ TEST(DesktopAppearance, BlackAndWhiteIsHighContrast)
 TEST(DesktopAppearance, ThePortalDecidesWhereItHasAPreference)
 {
     Bus bus;
-    SettingsPortal portal(bus.connect(QStringLiteral("portal")),
-                          {{appearanceGroup,
-                            {{QStringLiteral("color-scheme"), 1U},
-                             {QStringLiteral("contrast"), 1U},
-                             {QStringLiteral("accent-color"), QVariant::fromValue(Rgb{1, 0, 0})}}},
-                           {gnomeGroup, {{QStringLiteral("enable-animations"), false}}}});
+    SettingsPortal portal(
+        bus.connect(QStringLiteral("portal")),
+        {{appearanceGroup,
+          {{QStringLiteral("color-scheme"), 1U},
+           {QStringLiteral("contrast"), 1U},
+           {QStringLiteral("accent-color"), QVariant::fromValue(SettingsPortal::Rgb{1, 0, 0})}}},
+         {gnomeGroup, {{QStringLiteral("enable-animations"), false}}}});
     Theme theme;
     QSignalSpy changes(&theme, &Theme::changed);
     const DesktopAppearance desktop(theme, bus.connect(QStringLiteral("program")));
@@ -203,11 +148,12 @@ TEST(DesktopAppearance, TheThemeFollowsThePortal)
 TEST(DesktopAppearance, OddSettingsAreIgnored)
 {
     Bus bus;
-    SettingsPortal portal(bus.connect(QStringLiteral("portal")),
-                          {{appearanceGroup,
-                            {{QStringLiteral("color-scheme"), QStringLiteral("dark")},
-                             {QStringLiteral("accent-color"), QVariant::fromValue(Rgb{-1, 2, 0})},
-                             {QStringLiteral("reduced-motion"), 1U}}}});
+    SettingsPortal portal(
+        bus.connect(QStringLiteral("portal")),
+        {{appearanceGroup,
+          {{QStringLiteral("color-scheme"), QStringLiteral("dark")},
+           {QStringLiteral("accent-color"), QVariant::fromValue(SettingsPortal::Rgb{-1, 2, 0})},
+           {QStringLiteral("reduced-motion"), 1U}}}});
     Theme theme;
     QSignalSpy changes(&theme, &Theme::changed);
     const DesktopAppearance desktop(theme, bus.connect(QStringLiteral("program")));
@@ -230,5 +176,3 @@ TEST(DesktopAppearance, AChangeOfTheApplicationsFontIsAnnounced)
     EXPECT_EQ(theme.font(TextStyle::caption).family(), QStringLiteral("DejaVu Serif"));
     QApplication::setFont(before);
 }
-
-#include "DesktopAppearanceTest.moc"
