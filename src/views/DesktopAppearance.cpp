@@ -77,8 +77,10 @@ void DesktopAppearance::ask(const QDBusConnection& bus)
     if (!bus.isConnected())
         return;
     QDBusConnection connection = bus;
+    // The slot takes the message: one with three parameters is silently not called as long as
+    // nothing else in the process has made the type of the third known to Qt.
     connection.connect(service, objectPath, settingsInterface, QStringLiteral("SettingChanged"),
-                       this, SLOT(takeChange(QString, QString, QDBusVariant)));
+                       this, SLOT(takeChange(QDBusMessage)));
     QDBusMessage call = QDBusMessage::createMethodCall(service, objectPath, settingsInterface,
                                                        QStringLiteral("ReadAll"));
     call << QStringList{appearanceGroup, gnomeGroup};
@@ -103,10 +105,13 @@ void DesktopAppearance::takeAll(const QDBusPendingCallWatcher& call)
     update();
 }
 
-void DesktopAppearance::takeChange(const QString& group, const QString& key,
-                                   const QDBusVariant& value)
+void DesktopAppearance::takeChange(const QDBusMessage& message)
 {
-    take(group, key, value.variant());
+    const QVariantList arguments = message.arguments();
+    if (message.signature() != QLatin1String("ssv"))
+        return;
+    take(arguments[0].toString(), arguments[1].toString(),
+         arguments[2].value<QDBusVariant>().variant());
     update();
 }
 

@@ -3,7 +3,7 @@
 #include "Appearance.h"
 
 #include <QDBusConnection>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QVariantMap>
 
 class QDBusPendingCallWatcher;
@@ -25,7 +25,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
-    void takeChange(const QString& group, const QString& key, const QDBusVariant& value);
+    void takeChange(const QDBusMessage& message);
 
 private:
     void ask(const QDBusConnection& bus);

@@ -108,6 +108,9 @@ void PushButton::paintGround(QPainter& painter) const
         const qreal opacity =
             std::max(accentHover * m_hover->value(), accentPressed * m_press->value());
         Drawing::fill(painter, ground, radius, Drawing::faded(overlay, opacity));
+        if (hasFocus()) // the ring alone, in nearly the same colour, is easily missed
+            Drawing::edge(painter, ground.adjusted(1, 1, -1, -1), radius - 1,
+                          QPen(Drawing::faded(m_theme[ColorRole::onAccent], 0.8), 1));
         return;
     }
     Drawing::fill(painter, ground, radius, m_theme[ColorRole::button]);

@@ -134,13 +134,13 @@ TEST(DesktopAppearance, TheThemeFollowsThePortal)
     ASSERT_TRUE(changes.wait());
     EXPECT_TRUE(theme.appearance().isDark);
 
-    emit portal.SettingChanged(appearanceGroup, QStringLiteral("color-scheme"), QDBusVariant(2U));
+    portal.change(appearanceGroup, QStringLiteral("color-scheme"), 2U);
     ASSERT_TRUE(changes.wait());
     EXPECT_FALSE(theme.appearance().isDark);
 
     const ApplicationPalette dark(0x303030, 0xE0E0E0, 0x00AA44);
     EXPECT_FALSE(theme.appearance().isDark) << "light is preferred, whatever the palette";
-    emit portal.SettingChanged(appearanceGroup, QStringLiteral("color-scheme"), QDBusVariant(0U));
+    portal.change(appearanceGroup, QStringLiteral("color-scheme"), 0U);
     ASSERT_TRUE(changes.wait());
     EXPECT_TRUE(theme.appearance().isDark) << "no preference";
 }

@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QObject>
@@ -30,10 +31,12 @@ public:
 public slots:
     QMap<QString, QVariantMap> ReadAll(const QStringList&) const { return m_settings; }
 
-signals:
-    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+public:
+    /// Announces a change.
+    void change(const QString& group, const QString& key, const QVariant& value);
 
 private:
+    QDBusConnection m_bus;
     Groups m_settings;
 };
 
@@ -54,12 +57,20 @@ inline const QDBusArgument& operator>>(const QDBusArgument& argument, SettingsPo
 }
 
 inline SettingsPortal::SettingsPortal(const QDBusConnection& bus, Groups settings)
-    : m_settings(std::move(settings))
+    : m_bus(bus), m_settings(std::move(settings))
 {
     qDBusRegisterMetaType<Groups>();
     qDBusRegisterMetaType<Rgb>();
-    QDBusConnection connection = bus;
-    connection.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
-                              QDBusConnection::ExportAllContents);
-    connection.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+    m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
+                         QDBusConnection::ExportAllSlots);
+    m_bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
+}
+
+inline void SettingsPortal::change(const QString& group, const QString& key, const QVariant& value)
+{
+    QDBusMessage message = QDBusMessage::createSignal(
+        QStringLiteral("/org/freedesktop/portal/desktop"),
+        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
+    message << group << key << QVariant::fromValue(QDBusVariant(value));
+    m_bus.send(message);
 }
