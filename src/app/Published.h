@@ -20,11 +20,11 @@ public:
     Published(const Published&) = delete;
     Published& operator=(const Published&) = delete;
 
-    Published& operator=(Value value)
+    Published& operator=(const Value& value)
     {
         assert(QThread::currentThread() == m_owner.thread());
         emit m_owner.willChange();
-        m_value = std::move(value);
+        m_value = value;
         return *this;
     }
 
