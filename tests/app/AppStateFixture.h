@@ -33,7 +33,8 @@ protected:
     using Grabbed = std::optional<std::string>;
 
     AppStateFixture() { makeState(); }
-    ~AppStateFixture() override
+
+    void TearDown() override
     {
         // Before the state, which would wait for them.
         engine.release();

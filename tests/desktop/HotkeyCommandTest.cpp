@@ -19,7 +19,7 @@ protected:
 
     QString standin()
     {
-        const QString file = m_session.path("standin.gguf");
+        QString file = m_session.path("standin.gguf");
         StandinModel::write({StandinModel::split("\n" + m_script + "\n")}, file.toStdString());
         return file;
     }
