@@ -1,3 +1,5 @@
+#include "AppState.h"
+#include "ContentView.h"
 #include "Figure.h"
 #include "InlineMarkdown.h"
 #include "ResultRow.h"
@@ -133,6 +135,38 @@ void benchEditor(const Theme& theme, const char* what, const QString& text, bool
     ResultRow::print(name + ", its text", Figure::fixed(reading * 1000, 1) + " ms");
 }
 
+/// The same with the whole interface around it: the state has the text after every key.
+void benchTyping(const Theme& theme, qsizetype megabytes)
+{
+    AppState state{AppServices{}};
+    ContentView view(state, theme, {});
+    view.setModelState(ModelManager::Ready{});
+    view.show();
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
+    const auto draw = [&] {
+        QApplication::processEvents();
+        view.render(&image);
+    };
+    const QString line = QStringLiteral("The meeting decided on the budget and its schedule.\n");
+    state.sourceLabel = QStringLiteral("minutes.txt");
+    state.sourceText = line.repeated(megabytes * 1'000'000 / line.size());
+    draw();
+    auto& editor = *view.findChild<QPlainTextEdit*>();
+    std::vector<double> times;
+    for (int i = 0; i < 50; ++i) {
+        times.push_back(Figure::seconds([&] {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+            QApplication::sendEvent(&editor, &key);
+            draw();
+        }));
+    }
+    const double typing = 1000 * Figure::percentile(times, 0.98);
+    ResultRow::print("interface, " + std::to_string(megabytes) + " MB of lines, a key",
+                     Figure::fixed(1000 * Figure::median(times), 1) + " and " +
+                         Figure::fixed(typing, 1) + " ms",
+                     "< 16 ms", typing < 16);
+}
+
 } // namespace
 
 /// How long parsing, showing and typing takes.
@@ -143,6 +177,8 @@ int main(int argc, char** argv)
     const Theme theme({false, false, true, {}});
     benchHostile();
     benchSummary(theme);
+    for (const qsizetype megabytes : {1, 10})
+        benchTyping(theme, megabytes);
     const QString prose = QStringLiteral("The meeting decided on the budget and its schedule. ");
     benchEditor(theme, "lines", (prose.repeated(3) + u'\n').repeated(64'000));
     benchEditor(theme, "paragraphs", (prose.repeated(40) + u'\n').repeated(4'800));

@@ -4,7 +4,6 @@
 #include "FocusRing.h"
 #include "Theme.h"
 
-static constexpr int padding = 4; // what a click may miss the text by
 static constexpr int radius = 4;
 
 LinkButton::LinkButton(const Theme& theme, const QString& text, QWidget* parent)

@@ -10,6 +10,8 @@ class LinkButton : public QPushButton
     Q_OBJECT
 
 public:
+    static constexpr int padding = 4; // what a click may miss the text by
+
     LinkButton(const Theme& theme, const QString& text, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;

@@ -63,7 +63,7 @@ void PushButton::setSymbol(Symbol symbol)
 int PushButton::contentWidth() const
 {
     const int symbol = m_symbol ? symbolSizeOf(m_size) + symbolGap : 0;
-    return symbol + fontMetrics().horizontalAdvance(text());
+    return symbol + fontMetrics().size(Qt::TextShowMnemonic, text()).width();
 }
 
 /// Disabled, a filled button would be hard to read.

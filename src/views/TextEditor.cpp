@@ -5,11 +5,28 @@
 #include "Theme.h"
 
 #include <QPlainTextEdit>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QVBoxLayout>
 
 static constexpr int padding = 4;
 static constexpr int documentMargin = 6;
+
+/// What QTextDocument::toPlainText makes of it.
+static QChar plain(QChar character)
+{
+    switch (character.unicode()) {
+    case QChar::ParagraphSeparator:
+    case QChar::LineSeparator:
+    case u'\uFDD0':
+    case u'\uFDD1':
+        return u'\n';
+    case QChar::Nbsp:
+        return u' ';
+    default:
+        return character;
+    }
+}
 
 TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     : FramedArea(theme, parent), m_theme(theme), m_editor(new QPlainTextEdit(this))
@@ -28,6 +45,8 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     layout->addWidget(m_editor);
     follow();
     connect(&theme, &Theme::changed, this, &TextEditor::follow);
+    // Before the editor says that the text has changed, because it comes first.
+    connect(m_editor->document(), &QTextDocument::contentsChange, this, &TextEditor::takeChange);
     connect(m_editor, &QPlainTextEdit::textChanged, this, &TextEditor::textChanged);
 }
 
@@ -38,16 +57,45 @@ void TextEditor::follow()
 
 QString TextEditor::text() const
 {
-    return m_editor->toPlainText();
+    if (!m_text)
+        m_text = m_editor->toPlainText();
+    return *m_text;
+}
+
+void TextEditor::takeChange(int position, int removed, int added)
+{
+    if (!m_text)
+        return;
+    // The mark at the document's end, which is not text, may be said to have changed too.
+    const int size = m_editor->document()->characterCount() - 1;
+    const bool isText = position + added <= size && position + removed <= m_text->size();
+    if (!isText || m_text->size() - removed + added != size) {
+        m_text.reset();
+        return;
+    }
+    QTextCursor cursor(m_editor->document());
+    cursor.setPosition(position);
+    cursor.setPosition(position + added, QTextCursor::KeepAnchor);
+    QString text = cursor.selectedText();
+    for (QChar& character : text)
+        character = plain(character);
+    m_text->replace(position, removed, text);
 }
 
 void TextEditor::setText(const QString& text)
 {
-    if (text != this->text())
-        m_editor->setPlainText(text);
+    if (text == this->text())
+        return;
+    m_text.reset();
+    m_editor->setPlainText(text);
 }
 
 void TextEditor::setPlaceholder(const QString& text)
 {
     m_editor->setPlaceholderText(text);
+}
+
+void TextEditor::setEditorName(const QString& name)
+{
+    m_editor->setAccessibleName(name);
 }

@@ -4,6 +4,8 @@
 #include "FocusRing.h"
 #include "Theme.h"
 
+#include <QKeyEvent>
+
 static constexpr int radius = 6;
 static constexpr int fieldHeight = 24;
 static constexpr int padding = 6; // beside the two that Qt adds
@@ -30,6 +32,14 @@ void TextField::follow()
 QSize TextField::sizeHint() const
 {
     return {240, fieldHeight};
+}
+
+/// Qt announces Return and passes it on to what the field lies in.
+void TextField::keyPressEvent(QKeyEvent* event)
+{
+    QLineEdit::keyPressEvent(event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        event->accept();
 }
 
 void TextField::paintEvent(QPaintEvent* event)

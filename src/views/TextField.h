@@ -4,7 +4,7 @@
 
 class Theme;
 
-/// A field for one line of text. Main thread.
+/// A field for one line of text. Return is its own. Main thread.
 class TextField : public QLineEdit
 {
     Q_OBJECT
@@ -15,6 +15,7 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

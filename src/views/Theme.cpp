@@ -61,7 +61,7 @@ int Theme::fadeDuration() const
     return m_appearance.isMotionReduced ? 0 : fadeMilliseconds;
 }
 
-void Theme::applyTo(QWidget& root)
+void Theme::applyTo(QWidget& root) const
 {
     const auto apply = [this, &root] {
         root.setPalette(m_colors.palette());

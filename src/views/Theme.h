@@ -32,7 +32,7 @@ public:
 
     /// Gives `root` and the widgets inside it the palette and the body's font, now and after every
     /// change.
-    void applyTo(QWidget& root);
+    void applyTo(QWidget& root) const;
 
     /// Announces a change that is not of the appearance: the application's font.
     void refresh();

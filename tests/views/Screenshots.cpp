@@ -12,6 +12,7 @@
 #include "TextEditor.h"
 #include "TextField.h"
 #include "Theme.h"
+#include "ViewPictures.h"
 
 #include <QApplication>
 #include <QDir>
@@ -24,7 +25,8 @@
 #include <array>
 #include <cstdio>
 
-/// Draws every control in every state, and every icon, into PNG files, to be looked at.
+/// Draws every view and every control in every state, and every icon, into PNG files, to be looked
+/// at.
 namespace {
 
 constexpr int spacing = 10;
@@ -293,16 +295,20 @@ int main(int argc, char** argv)
         return 2;
     }
     const QDir folder(QString::fromLocal8Bit(argv[1]));
+    bool isSaved = true;
     for (const bool isDark : {false, true}) {
         const QString name = isDark ? QStringLiteral("dark") : QStringLiteral("light");
         // Without motion, so that every state is whole at once.
         Theme theme({isDark, false, true, {}});
         saveGallery(theme, folder, name);
+        isSaved = ViewPictures::save(theme, folder, name) && isSaved;
         for (const qreal scale : {1.0, 2.0})
             saveIcons(theme, scale,
                       folder.filePath(QStringLiteral("icons-%1-%2x.png").arg(name).arg(scale)));
         theme.setAppearance({isDark, true, true, {}});
         saveGallery(theme, folder, name + QStringLiteral("-contrast"));
     }
-    return 0;
+    if (!isSaved)
+        std::fprintf(stderr, "views-screenshots: not all pictures could be written\n");
+    return isSaved ? 0 : 1;
 }

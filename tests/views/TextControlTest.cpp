@@ -7,6 +7,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+#include <random>
+
 class TextControlTest : public ControlTest
 {
 protected:
@@ -68,6 +70,37 @@ TEST_F(TextControlTest, TheEditorAnnouncesEveryChange)
     area.setText(QStringLiteral("b\nc"));
     EXPECT_EQ(changes.count(), 2);
     EXPECT_EQ(area.text(), QStringLiteral("b\nc"));
+}
+
+TEST_F(TextControlTest, TheTextThatIsKeptIsTheEditorsAfterAnyEdits)
+{
+    auto& area = add<TextEditor>();
+    QPlainTextEdit& editor = editorOf(area);
+    const QStringList pieces = {"a",      "bc\nd",   "\n",         "",
+                                "\u00A0", "\u2028e", "\U0001F4EC", "\uFDD0"};
+    std::mt19937 random(7); // NOLINT(cert-msc51-cpp)
+    const auto below = [&](qsizetype limit) {
+        return static_cast<int>(random() % static_cast<unsigned>(limit));
+    };
+    for (int round = 0; round < 3000; ++round) {
+        QTextCursor cursor(editor.document());
+        cursor.setPosition(below(editor.document()->characterCount()));
+        cursor.setPosition(below(editor.document()->characterCount()), QTextCursor::KeepAnchor);
+        const int action = below(40);
+        if (action == 0)
+            area.setText(pieces[below(pieces.size())].repeated(9));
+        else if (action < 6)
+            editor.undo();
+        else if (action < 9)
+            editor.redo();
+        else if (action < 11)
+            cursor.removeSelectedText();
+        else if (action < 13)
+            editor.selectAll(), editor.insertPlainText(pieces[below(pieces.size())]);
+        else
+            cursor.insertText(pieces[below(pieces.size())]);
+        ASSERT_EQ(area.text(), editor.toPlainText()) << "in round " << round;
+    }
 }
 
 TEST_F(TextControlTest, SettingTheSameTextKeepsTheCursor)

@@ -1,0 +1,70 @@
+#include "CaptureTab.h"
+
+#include "AppState.h"
+#include "PushButton.h"
+#include "SentenceLabel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <array>
+
+static constexpr int spacing = 10;
+static constexpr int buttonSpacing = 8;
+
+namespace {
+
+struct Choice
+{
+    const char* name;
+    const char* text;
+    Symbol symbol;
+    ScreenGrab::Kind kind;
+};
+
+constexpr std::array choices = {
+    Choice{"captureWindow", "Active Window", Symbol::window, ScreenGrab::Kind::window},
+    Choice{"captureScreen", "Full Screen", Symbol::display, ScreenGrab::Kind::screen},
+    Choice{"captureSelection", "Select Area", Symbol::rectangleViewfinder,
+           ScreenGrab::Kind::selection},
+};
+
+} // namespace
+
+CaptureTab::CaptureTab(AppState& state, const Theme& theme, QWidget* parent)
+    : StateView(state, parent), m_buttons(new QWidget(this))
+{
+    auto* const row = new QHBoxLayout(m_buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(buttonSpacing);
+    for (const Choice& choice : choices) {
+        auto* const button =
+            new PushButton(theme, QString::fromUtf8(choice.text), ControlSize::regular, m_buttons);
+        button->setObjectName(QString::fromUtf8(choice.name));
+        button->setSymbol(choice.symbol);
+        connect(button, &QPushButton::clicked, &state,
+                [&state, kind = choice.kind] { state.capture(kind); });
+        row->addWidget(button);
+        if (!focusProxy())
+            setFocusProxy(button);
+    }
+    auto* const note = new SentenceLabel(
+        theme, TextStyle::caption, ColorRole::secondary,
+        QStringLiteral("Text is read from the capture with on-device OCR. Requires Screen "
+                       "Recording permission."),
+        this);
+
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addStretch();
+    column->addWidget(m_buttons, 0, Qt::AlignHCenter);
+    column->addWidget(note);
+    column->addStretch();
+    refresh();
+}
+
+void CaptureTab::refresh()
+{
+    m_buttons->setEnabled(!state().isWorking);
+}

@@ -1,0 +1,91 @@
+#include "ClipboardTab.h"
+
+#include "AppState.h"
+#include "PushButton.h"
+#include "TextEditor.h"
+
+#include <QHBoxLayout>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+static constexpr int spacing = 6;
+static constexpr int buttonSpacing = 8;
+
+ClipboardTab::ClipboardTab(AppState& state, const Theme& theme, QWidget* parent)
+    : StateView(state, parent),
+      m_editor(new TextEditor(theme, this)),
+      m_clear(new PushButton(theme, QStringLiteral("Clear"), ControlSize::regular, this))
+{
+    auto* const use =
+        new PushButton(theme, QStringLiteral("Use Clipboard"), ControlSize::regular, this);
+    use->setObjectName(QStringLiteral("useClipboard"));
+    use->setSymbol(Symbol::clipboard);
+    m_clear->setObjectName(QStringLiteral("clear"));
+    m_editor->setObjectName(QStringLiteral("sourceEditor"));
+    m_editor->setPlaceholder(QStringLiteral("Paste or type text here…"));
+    m_editor->setEditorName(QStringLiteral("Text to summarize"));
+    setFocusProxy(m_editor);
+    setTabOrder(use, m_clear);
+
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addWidget(m_editor, 1);
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(buttonSpacing);
+    row->addWidget(use);
+    row->addWidget(m_clear);
+    row->addStretch();
+    column->addLayout(row);
+
+    connect(m_editor, &TextEditor::textChanged, this, &ClipboardTab::takeTyped);
+    connect(use, &QPushButton::clicked, &state, &AppState::useClipboard);
+    connect(m_clear, &QPushButton::clicked, this, &ClipboardTab::clear);
+    refresh();
+}
+
+void ClipboardTab::showEvent(QShowEvent*)
+{
+    refresh();
+}
+
+void ClipboardTab::refresh()
+{
+    // Text that comes by another tab is laid out only when it is looked at here.
+    if (isHidden())
+        return;
+    const QString& text = state().sourceText;
+    m_clear->setEnabled(!text.isEmpty());
+    // What was typed here shares the buffer, so that large texts are not compared for every key.
+    if (text.isSharedWith(m_known) || text == m_known)
+        return;
+    m_known = text;
+    const QScopedValueRollback showing(m_isShowing, true);
+    m_editor->setText(text);
+    labelSource();
+}
+
+void ClipboardTab::takeTyped()
+{
+    if (m_isShowing)
+        return;
+    m_known = m_editor->text();
+    state().sourceText = m_known;
+    labelSource();
+}
+
+void ClipboardTab::labelSource()
+{
+    if (state().sourceLabel->isEmpty())
+        state().sourceLabel = QStringLiteral("Pasted text");
+}
+
+void ClipboardTab::clear()
+{
+    // It is about to be disabled, and would hand the focus to what comes next.
+    if (m_clear->hasFocus())
+        m_editor->setFocus();
+    state().sourceText = QString();
+    state().sourceLabel = QString();
+    state().output = QString();
+}

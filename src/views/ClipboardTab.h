@@ -1,0 +1,30 @@
+#pragma once
+
+#include "StateView.h"
+
+class PushButton;
+class TextEditor;
+class Theme;
+
+/// The source that is typed or pasted. Main thread.
+class ClipboardTab : public StateView
+{
+    Q_OBJECT
+
+public:
+    ClipboardTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
+
+protected:
+    void refresh() override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void takeTyped();
+    void clear();
+    void labelSource();
+
+    TextEditor* m_editor;
+    PushButton* m_clear;
+    QString m_known; // the source as last seen here
+    bool m_isShowing = false;
+};

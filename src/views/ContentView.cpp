@@ -1,0 +1,126 @@
+#include "ContentView.h"
+
+#include "Divider.h"
+#include "FocusRing.h"
+#include "Label.h"
+#include "LinkButton.h"
+#include "MainView.h"
+#include "ModelSetupView.h"
+#include "SymbolView.h"
+#include "Theme.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+static constexpr int sidePadding = 14;
+static constexpr int headerPadding = 10;
+static constexpr int footerPadding = 6;
+static constexpr int titleSpacing = 8;
+static constexpr int symbolSize = 16;
+static constexpr int noteSymbolSize = 12;
+static constexpr int noteSpacing = 4;
+
+ContentView::ContentView(AppState& state, const Theme& theme, const Actions& actions,
+                         QWidget* parent)
+    : QWidget(parent)
+{
+    setFixedSize(extent);
+    theme.applyTo(*this);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(makeHeader(theme));
+    column->addWidget(new Divider(theme, this));
+    m_body = new QStackedWidget(this);
+    m_setup = new ModelSetupView(theme, m_body);
+    m_setup->setObjectName(QStringLiteral("setup"));
+    m_main = new MainView(state, theme, actions.openLink, m_body);
+    m_main->setObjectName(QStringLiteral("main"));
+    m_body->addWidget(m_setup);
+    m_body->addWidget(m_main);
+    column->addWidget(m_body, 1);
+    column->addWidget(new Divider(theme, this));
+    column->addLayout(makeFooter(theme, actions.quit));
+    new FocusRing(theme, *this);
+    connect(m_setup, &ModelSetupView::startRequested, this, &ContentView::startRequested);
+    connect(m_main, &MainView::chooserOpened, this, &ContentView::chooserOpened);
+    connect(m_main, &MainView::chooserClosed, this, &ContentView::chooserClosed);
+}
+
+QLayout* ContentView::makeHeader(const Theme& theme)
+{
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(sidePadding, headerPadding, sidePadding, headerPadding);
+    row->setSpacing(titleSpacing);
+    row->addWidget(new SymbolView(theme, Symbol::quotation, symbolSize, ColorRole::accent, this));
+    row->addWidget(
+        new Label(theme, TextStyle::headline, ColorRole::label, QStringLiteral("Pithwise"), this));
+    row->addStretch();
+    auto* const note = new QHBoxLayout;
+    note->setSpacing(noteSpacing);
+    note->addWidget(
+        new SymbolView(theme, Symbol::lockShield, noteSymbolSize, ColorRole::secondary, this));
+    note->addWidget(new Label(theme, TextStyle::caption, ColorRole::secondary,
+                              QStringLiteral("On-device"), this));
+    row->addLayout(note);
+    return row;
+}
+
+QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>& quit)
+{
+    auto* const button = new LinkButton(theme, QStringLiteral("Quit"), this);
+    button->setObjectName(QStringLiteral("quit"));
+    connect(button, &QPushButton::clicked, this, quit);
+    auto* const row = new QHBoxLayout;
+    // The text of the button, not what a click may miss it by, ends at the padding.
+    row->setContentsMargins(sidePadding, footerPadding, sidePadding - LinkButton::padding,
+                            footerPadding);
+    row->addWidget(new Label(theme, TextStyle::smallCaption, ColorRole::secondary,
+                             QStringLiteral("Hotkey: ⌃⌥S  ·  captures selection or window"), this));
+    row->addStretch();
+    row->addWidget(button);
+    return row;
+}
+
+void ContentView::setModelState(const ModelManager::State& state)
+{
+    const bool hadFocus = m_body->isAncestorOf(window()->focusWidget());
+    m_setup->setState(state);
+    QWidget* const shown = std::holds_alternative<ModelManager::Ready>(state)
+                               ? static_cast<QWidget*>(m_main)
+                               : m_setup;
+    if (shown == m_body->currentWidget())
+        return;
+    m_body->setCurrentWidget(shown);
+    if (hadFocus)
+        takeFocus();
+}
+
+void ContentView::follow(ModelManager& models)
+{
+    connect(&models, &ModelManager::stateChanged, this,
+            [this, &models] { setModelState(models.state()); });
+    connect(this, &ContentView::startRequested, &models, &ModelManager::start);
+    setModelState(models.state());
+}
+
+void ContentView::takeFocus()
+{
+    if (m_body->currentWidget() == m_main)
+        m_main->takeFocus();
+    else
+        m_setup->setFocus(Qt::OtherFocusReason);
+}
+
+/// Of keys that nothing inside has a use for.
+void ContentView::keyPressEvent(QKeyEvent* event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (isReturn && isPlain && m_body->currentWidget() == m_main)
+        m_main->performDefault();
+    else
+        event->ignore();
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ModelManager.h"
+#include "SummaryView.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class AppState;
+class MainView;
+class ModelSetupView;
+class QStackedWidget;
+class Theme;
+
+/// What the popover holds: the setup until the model is ready, then the main view. Escape is left
+/// to the popover. Main thread.
+class ContentView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize extent{460, 640};
+
+    struct Actions
+    {
+        std::function<void()> quit;
+        SummaryView::OpenLink openLink; // http, https and mailto only
+    };
+
+    /// Requires: `state` and `theme` outlive this view.
+    ContentView(AppState& state, const Theme& theme, const Actions& actions,
+                QWidget* parent = nullptr);
+
+    void setModelState(const ModelManager::State& state);
+
+    /// Shows the state of `models` from now on, and lets the user start it. Requires: `models`
+    /// outlives this view.
+    void follow(ModelManager& models);
+
+    /// Gives the focus to what the user most likely wants first; for the popover as it opens.
+    void takeFocus();
+
+signals:
+    void startRequested();
+    /// The file chooser, which may be another process's window, is open between these two.
+    void chooserOpened();
+    void chooserClosed();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QLayout* makeHeader(const Theme& theme);
+    QLayout* makeFooter(const Theme& theme, const std::function<void()>& quit);
+
+    QStackedWidget* m_body;
+    ModelSetupView* m_setup;
+    MainView* m_main;
+};

@@ -1,0 +1,58 @@
+#include "DocumentTab.h"
+
+#include "AppState.h"
+#include "DropZone.h"
+#include "FileChooser.h"
+#include "Label.h"
+#include "PushButton.h"
+#include "SymbolView.h"
+
+#include <QVBoxLayout>
+
+static constexpr int spacing = 8;
+static constexpr int symbolSize = 26;
+
+DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
+    : QWidget(parent), m_state(state)
+{
+    auto* const zone = new DropZone(theme, this);
+    zone->setObjectName(QStringLiteral("dropZone"));
+    auto* const choose =
+        new PushButton(theme, QStringLiteral("Choose File…"), ControlSize::regular, zone);
+    choose->setObjectName(QStringLiteral("chooseFile"));
+    setFocusProxy(choose);
+
+    auto* const fill = new QVBoxLayout(this);
+    fill->setContentsMargins(0, 0, 0, 0);
+    fill->addWidget(zone);
+    auto* const column = new QVBoxLayout(zone);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addStretch();
+    column->addWidget(
+        new SymbolView(theme, Symbol::trayArrow, symbolSize, ColorRole::secondary, zone), 0,
+        Qt::AlignHCenter);
+    column->addWidget(new Label(theme, TextStyle::callout, ColorRole::label,
+                                QStringLiteral("Drop a PDF, TXT, DOCX, RTF or image here"), zone),
+                      0, Qt::AlignHCenter);
+    column->addWidget(choose, 0, Qt::AlignHCenter);
+    column->addStretch();
+
+    auto* const chooser = new FileChooser(*this);
+    connect(choose, &QPushButton::clicked, chooser, &FileChooser::open);
+    connect(chooser, &FileChooser::opened, this, &DocumentTab::chooserOpened);
+    connect(chooser, &FileChooser::closed, this, &DocumentTab::chooserClosed);
+    connect(chooser, &FileChooser::chosen, this,
+            [this](const std::filesystem::path& file) { m_state.loadFile(file); });
+    // Later, so that the program that is dragged from has its answer at once.
+    connect(zone, &DropZone::dropped, this, &DocumentTab::load, Qt::QueuedConnection);
+}
+
+void DocumentTab::load(const QUrl& file)
+{
+    // By its bytes, which need not be UTF-8. A host is this computer's own name.
+    const QByteArray path =
+        QByteArray::fromPercentEncoding(file.path(QUrl::FullyEncoded).toLatin1());
+    if (!path.isEmpty())
+        m_state.loadFile(path.toStdString());
+}

@@ -1,0 +1,241 @@
+#include "MainView.h"
+
+#include "AppState.h"
+#include "CaptureTab.h"
+#include "ClipboardTab.h"
+#include "DocumentTab.h"
+#include "OneLineLabel.h"
+#include "OutputPanel.h"
+#include "PushButton.h"
+#include "QtText.h"
+#include "SegmentedControl.h"
+#include "StopSlider.h"
+#include "WebTab.h"
+
+#include <QHBoxLayout>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int padding = 12;
+constexpr int spacing = 10;
+constexpr int tabHeight = 130;
+constexpr int controlSpacing = 8;
+constexpr int lengthLabelWidth = 60;
+
+/// Texts of more characters are counted only when the typing pauses for so long.
+constexpr qsizetype mostCountedAtOnce = 1'000'000;
+constexpr std::chrono::milliseconds typingPause(200);
+
+/// The icons of AppState::allTabs.
+constexpr std::array tabSymbols = {Symbol::clipboard, Symbol::document, Symbol::globe,
+                                   Symbol::viewfinder};
+
+std::vector<SegmentedControl::Choice> tabChoices()
+{
+    std::vector<SegmentedControl::Choice> choices;
+    for (const AppState::Tab tab : AppState::allTabs)
+        choices.push_back(
+            {QtText::fromUtf8(AppState::rawValue(tab)), tabSymbols.at(choices.size())});
+    return choices;
+}
+
+std::vector<SegmentedControl::Choice> modeChoices()
+{
+    std::vector<SegmentedControl::Choice> choices;
+    for (const SummaryMode mode : allSummaryModes)
+        choices.push_back({QtText::fromUtf8(rawValue(mode))});
+    return choices;
+}
+
+template <typename Value, std::size_t count>
+int indexOf(const std::array<Value, count>& all, Value value)
+{
+    return static_cast<int>(std::find(all.begin(), all.end(), value) - all.begin());
+}
+
+} // namespace
+
+MainView::MainView(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
+                   QWidget* parent)
+    : StateView(state, parent), m_knownMode(state.mode), m_knownLength(state.length)
+{
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    addTabs(*column, theme);
+    addControls(*column, theme);
+    auto* const output = new OutputPanel(state, theme, std::move(openLink), this);
+    output->setObjectName(QStringLiteral("output"));
+    column->addWidget(output, 1);
+    refresh();
+}
+
+void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
+{
+    m_tabs = new SegmentedControl(theme, tabChoices(), this);
+    m_tabs->setObjectName(QStringLiteral("tabs"));
+    m_tabs->setAccessibleName(QStringLiteral("Source"));
+    connect(m_tabs, &SegmentedControl::indexChanged, this, [this](int index) {
+        const AppState::Tab tab = AppState::allTabs.at(static_cast<std::size_t>(index));
+        if (state().tab != tab)
+            state().tab = tab;
+    });
+    column.addWidget(m_tabs);
+
+    m_pages = new QStackedWidget(this);
+    m_pages->setObjectName(QStringLiteral("tabArea"));
+    m_pages->setFixedHeight(tabHeight);
+    auto* const document = new DocumentTab(state(), theme, m_pages);
+    connect(document, &DocumentTab::chooserOpened, this, &MainView::chooserOpened);
+    connect(document, &DocumentTab::chooserClosed, this, &MainView::chooserClosed);
+    m_pages->addWidget(new ClipboardTab(state(), theme, m_pages));
+    m_pages->addWidget(document);
+    m_pages->addWidget(new WebTab(state(), theme, m_pages));
+    m_pages->addWidget(new CaptureTab(state(), theme, m_pages));
+    column.addWidget(m_pages);
+}
+
+void MainView::addControls(QVBoxLayout& column, const Theme& theme)
+{
+    auto* const controls = new QVBoxLayout;
+    controls->setSpacing(controlSpacing);
+    m_modes = new SegmentedControl(theme, modeChoices(), this);
+    m_modes->setObjectName(QStringLiteral("modes"));
+    m_modes->setAccessibleName(QStringLiteral("Kind of summary"));
+    connect(m_modes, &SegmentedControl::indexChanged, this, [this](int index) {
+        const SummaryMode mode = allSummaryModes.at(static_cast<std::size_t>(index));
+        if (state().mode != mode)
+            state().mode = mode;
+    });
+    controls->addWidget(m_modes);
+    controls->addWidget(makeLengthRow(theme));
+    controls->addWidget(makeActionRow(theme));
+    column.addLayout(controls);
+}
+
+QWidget* MainView::makeLengthRow(const Theme& theme)
+{
+    auto* const row = new QWidget(this);
+    m_length = new StopSlider(theme, row);
+    m_length->setObjectName(QStringLiteral("length"));
+    m_length->setAccessibleName(QStringLiteral("Length"));
+    m_lengthLabel = new Label(theme, TextStyle::boldCaption, ColorRole::label, {}, row);
+    m_lengthLabel->setObjectName(QStringLiteral("lengthLabel"));
+    m_lengthLabel->setFixedWidth(lengthLabelWidth);
+    connect(m_length, &QSlider::valueChanged, this, [this](int value) {
+        if (std::lround(state().length) != value)
+            state().length = value;
+    });
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(controlSpacing);
+    layout->addWidget(
+        new Label(theme, TextStyle::caption, ColorRole::secondary, QStringLiteral("Length"), row));
+    layout->addWidget(m_length, 1);
+    layout->addWidget(m_lengthLabel);
+    return row;
+}
+
+QWidget* MainView::makeActionRow(const Theme& theme)
+{
+    auto* const row = new QWidget(this);
+    m_source = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, row);
+    m_source->setObjectName(QStringLiteral("sourceLine"));
+    m_sourceTimer.setSingleShot(true);
+    m_sourceTimer.setInterval(typingPause);
+    connect(&m_sourceTimer, &QTimer::timeout, this, &MainView::showSource);
+    m_stop = new PushButton(theme, QStringLiteral("Stop"), ControlSize::regular, row);
+    m_stop->setObjectName(QStringLiteral("stop"));
+    m_summarize = new PushButton(theme, QStringLiteral("Summarize"), ControlSize::regular, row);
+    m_summarize->setObjectName(QStringLiteral("summarize"));
+    m_summarize->setDefault(true);
+    connect(m_stop, &QPushButton::clicked, &state(), &AppState::stop);
+    connect(m_summarize, &QPushButton::clicked, &state(), &AppState::summarize);
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(controlSpacing);
+    layout->addWidget(m_source, 1);
+    layout->addWidget(m_stop);
+    layout->addWidget(m_summarize);
+    return row;
+}
+
+void MainView::refresh()
+{
+    const int tab = indexOf(AppState::allTabs, state().tab.get());
+    m_tabs->setIndex(tab);
+    m_pages->setCurrentIndex(tab);
+    m_modes->setIndex(indexOf(allSummaryModes, state().mode.get()));
+    const SummaryLength length = state().lengthValue();
+    m_length->setValue(indexOf(allSummaryLengths, length));
+    const QString lengthText = QtText::fromUtf8(label(length));
+    m_lengthLabel->setText(lengthText);
+    m_length->setAccessibleDescription(lengthText);
+    showActions();
+    if (state().mode != m_knownMode || state().length != m_knownLength) {
+        m_knownMode = state().mode;
+        m_knownLength = state().length;
+        rerun();
+    }
+}
+
+void MainView::showSource()
+{
+    const bool isEmpty = state().sourceText->isEmpty();
+    m_source->setText(
+        isEmpty ? QString()
+                : QStringLiteral("%1 · %2 words")
+                      .arg(state().sourceLabel.get(), QString::number(state().wordCount())));
+}
+
+void MainView::showSourceLater()
+{
+    const QString& text = state().sourceText;
+    if (text.size() <= mostCountedAtOnce) {
+        m_sourceTimer.stop();
+        showSource();
+    } else if (!text.isSharedWith(m_lastSource)) {
+        m_lastSource = text;
+        m_sourceTimer.start();
+    } else if (!m_sourceTimer.isActive()) {
+        showSource(); // what has been counted is not counted again
+    }
+}
+
+void MainView::showActions()
+{
+    showSourceLater();
+    const bool isWorking = state().isWorking;
+    m_summarize->setEnabled(!state().sourceText->isEmpty());
+    QWidget* const shown = isWorking ? m_stop : m_summarize;
+    QWidget* const hidden = isWorking ? m_summarize : m_stop;
+    const bool wasFocused = hidden->hasFocus();
+    shown->show();
+    if (wasFocused)
+        shown->setFocus();
+    hidden->hide();
+    // At once, so that it is never drawn in the other's place.
+    shown->parentWidget()->layout()->activate();
+}
+
+void MainView::rerun()
+{
+    if (!state().sourceText->isEmpty() && !state().output->isEmpty() && !state().isWorking)
+        state().summarize();
+}
+
+void MainView::performDefault()
+{
+    if (!m_summarize->isHidden())
+        m_summarize->click();
+}
+
+void MainView::takeFocus()
+{
+    m_pages->currentWidget()->setFocus(Qt::OtherFocusReason);
+}

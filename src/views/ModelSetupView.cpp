@@ -1,0 +1,103 @@
+#include "ModelSetupView.h"
+
+#include "Announcement.h"
+#include "FocusRing.h"
+#include "Label.h"
+#include "MessageView.h"
+#include "ProgressBar.h"
+#include "PushButton.h"
+#include "SentenceLabel.h"
+#include "SymbolView.h"
+
+#include <QVBoxLayout>
+
+static constexpr int spacing = 14;
+static constexpr int symbolSize = 42;
+static constexpr int textPadding = 30;
+static constexpr int barPadding = 50;
+static constexpr int ringRadius = 4;
+
+ModelSetupView::ModelSetupView(const Theme& theme, QWidget* parent) : QWidget(parent)
+{
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addStretch();
+    column->addWidget(
+        new SymbolView(theme, Symbol::circledArrow, symbolSize, ColorRole::accent, this), 0,
+        Qt::AlignHCenter);
+    column->addWidget(new Label(theme, TextStyle::title, ColorRole::label,
+                                QStringLiteral("Setting up the on-device model"), this),
+                      0, Qt::AlignHCenter);
+    auto* const text = new SentenceLabel(
+        theme, TextStyle::body, ColorRole::secondary,
+        QStringLiteral("A small language model (about 1 GB) is downloaded once. After "
+                       "that, everything runs offline on your Mac."),
+        this);
+    text->setContentsMargins(textPadding, 0, textPadding, 0);
+    column->addWidget(text);
+    addProgress(theme);
+    addFailure(theme);
+    column->addStretch();
+    setFocusProxy(m_button);
+    setState(ModelManager::Idle{});
+}
+
+void ModelSetupView::addProgress(const Theme& theme)
+{
+    m_progress = new QWidget(this);
+    m_progress->setObjectName(QStringLiteral("download"));
+    m_bar = new ProgressBar(theme, m_progress);
+    m_bar->setObjectName(QStringLiteral("downloadBar"));
+    m_bar->setAccessibleName(QStringLiteral("Download of the model"));
+    m_percentage = new Label(theme, TextStyle::caption, ColorRole::secondary, {}, m_progress);
+    m_percentage->setObjectName(QStringLiteral("percentage"));
+    m_percentage->setAlignment(Qt::AlignCenter);
+    auto* const column = new QVBoxLayout(m_progress);
+    column->setContentsMargins(barPadding, 0, barPadding, 0);
+    column->setSpacing(spacing);
+    column->addWidget(m_bar);
+    column->addWidget(m_percentage);
+    layout()->addWidget(m_progress);
+}
+
+void ModelSetupView::addFailure(const Theme& theme)
+{
+    auto* const column = static_cast<QVBoxLayout*>(layout());
+    m_message = new MessageView(theme, TextStyle::caption, ColorRole::error, this);
+    m_message->setObjectName(QStringLiteral("setupError"));
+    FocusRing::outline(*m_message, *m_message, ringRadius);
+    auto* const row = new QHBoxLayout;
+    row->setContentsMargins(textPadding, 0, textPadding, 0);
+    row->addWidget(m_message);
+    column->addLayout(row);
+    m_button = new PushButton(theme, {}, ControlSize::regular, this);
+    m_button->setObjectName(QStringLiteral("startDownload"));
+    m_button->setDefault(true);
+    column->addWidget(m_button, 0, Qt::AlignHCenter);
+    connect(m_button, &QPushButton::clicked, this, &ModelSetupView::startRequested);
+}
+
+void ModelSetupView::setState(const ModelManager::State& state)
+{
+    const auto* const downloading = std::get_if<ModelManager::Downloading>(&state);
+    const auto* const failed = std::get_if<ModelManager::Failed>(&state);
+    if (downloading) {
+        m_bar->setFraction(downloading->progress);
+        // Only whole percents, so that 100 is told no sooner than all is there.
+        const int percent = static_cast<int>(downloading->progress * 100);
+        m_percentage->setText(QStringLiteral("%1%").arg(percent));
+    }
+    // Hidden, it would hand the focus to what comes next, which quits.
+    if (downloading && m_button->hasFocus())
+        m_button->clearFocus();
+    m_progress->setVisible(downloading);
+    m_message->setVisible(failed);
+    m_button->setVisible(!downloading);
+    m_button->setText(failed ? QStringLiteral("Retry") : QStringLiteral("Download model"));
+    if (failed) {
+        const QString message = QString::fromStdString(failed->message);
+        m_message->setMessage(message);
+        Announcement::tell(*m_message, message);
+    }
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Label.h"
+
+/// A label of one line, whatever its text: what does not fit is left out in the middle, so that
+/// both ends stay, and pointing at it tells the whole. Main thread.
+class OneLineLabel : public Label
+{
+    Q_OBJECT
+
+public:
+    OneLineLabel(const Theme& theme, TextStyle style, ColorRole role, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString line() const;
+};

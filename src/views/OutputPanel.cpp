@@ -1,0 +1,186 @@
+#include "OutputPanel.h"
+
+#include "Announcement.h"
+#include "AppState.h"
+#include "FocusRing.h"
+#include "FramedArea.h"
+#include "MessageView.h"
+#include "OneLineLabel.h"
+#include "PushButton.h"
+#include "Spinner.h"
+
+#include <QHBoxLayout>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace {
+
+constexpr int spacing = 8;
+constexpr int padding = 12;
+constexpr int outline = 1;
+
+struct Action
+{
+    const char* name;
+    const char* text;
+    Symbol symbol;
+    void (AppState::*perform)();
+};
+
+constexpr std::array choices = {
+    Action{"copyMarkdown", "Copy Markdown", Symbol::copy, &AppState::copyMarkdown},
+    Action{"dailyNote", "Daily Note", Symbol::notePlus, &AppState::appendToDailyNote},
+    Action{"replaceClipboard", "Replace Clipboard", Symbol::twoArrows, &AppState::replaceClipboard},
+};
+
+/// Sets and tells the text if it is another one.
+void tell(OneLineLabel& label, const QString& text)
+{
+    if (label.text() == text)
+        return;
+    label.setText(text);
+    if (text.trimmed().isEmpty())
+        label.setAccessibleName({});
+    else
+        Announcement::tell(label, text);
+}
+
+} // namespace
+
+OutputPanel::OutputPanel(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
+                         QWidget* parent)
+    : StateView(state, parent)
+{
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addWidget(makeFrame(theme, std::move(openLink)), 1);
+    m_actions = makeActions(theme);
+    column->addWidget(m_actions, 0, Qt::AlignHCenter);
+    m_news = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, this);
+    m_news->setObjectName(QStringLiteral("news"));
+    m_news->setAlignment(Qt::AlignCenter);
+    column->addWidget(m_news);
+    refresh();
+}
+
+FramedArea* OutputPanel::makeFrame(const Theme& theme, SummaryView::OpenLink openLink)
+{
+    auto* const frame = new FramedArea(theme, this);
+    frame->setObjectName(QStringLiteral("outputFrame"));
+    auto* const fill = new QVBoxLayout(frame);
+    fill->setContentsMargins(outline, outline, outline, outline);
+    m_pages = new QStackedLayout;
+    fill->addLayout(m_pages);
+
+    m_placeholder = new Label(theme, TextStyle::body, ColorRole::tertiary,
+                              QStringLiteral("Your summary will appear here."), frame);
+    m_placeholder->setObjectName(QStringLiteral("outputPlaceholder"));
+    static_cast<Label*>(m_placeholder)->setAlignment(Qt::AlignCenter);
+    m_error = new MessageView(theme, TextStyle::body, ColorRole::error, frame);
+    m_error->setObjectName(QStringLiteral("error"));
+    auto* const errorPage = new QWidget(frame);
+    auto* const errorFill = new QVBoxLayout(errorPage);
+    constexpr int inside = padding - outline;
+    errorFill->setContentsMargins(inside, inside, inside, inside);
+    errorFill->addWidget(m_error);
+    m_progress = makeProgress(theme);
+    m_summary = new SummaryView(theme, std::move(openLink), frame);
+    m_summary->setObjectName(QStringLiteral("summary"));
+    m_summary->setAccessibleName(QStringLiteral("Summary"));
+    FocusRing::outline(*m_error, *frame, FramedArea::radius);
+    FocusRing::outline(*m_summary, *frame, FramedArea::radius);
+    for (QWidget* page : {m_placeholder, errorPage, m_progress, static_cast<QWidget*>(m_summary)})
+        m_pages->addWidget(page);
+    return frame;
+}
+
+QWidget* OutputPanel::makeProgress(const Theme& theme)
+{
+    auto* const page = new QWidget(this);
+    page->setObjectName(QStringLiteral("progress"));
+    m_progressStatus = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, page);
+    m_progressStatus->setObjectName(QStringLiteral("progressStatus"));
+    m_progressStatus->setAlignment(Qt::AlignCenter);
+    auto* const column = new QVBoxLayout(page);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(spacing);
+    column->addStretch();
+    column->addWidget(new Spinner(theme, page), 0, Qt::AlignHCenter);
+    column->addWidget(m_progressStatus);
+    column->addStretch();
+    return page;
+}
+
+QWidget* OutputPanel::makeActions(const Theme& theme)
+{
+    auto* const bar = new QWidget(this);
+    bar->setObjectName(QStringLiteral("outputActions"));
+    auto* const row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    for (const Action& action : choices) {
+        auto* const button =
+            new PushButton(theme, QString::fromUtf8(action.text), ControlSize::small, bar);
+        button->setObjectName(QString::fromUtf8(action.name));
+        button->setSymbol(action.symbol);
+        connect(button, &QPushButton::clicked, &state(), action.perform);
+        row->addWidget(button);
+    }
+    return bar;
+}
+
+void OutputPanel::refresh()
+{
+    showContent();
+    m_actions->setEnabled(!state().output->isEmpty() && !state().isWorking);
+    showNews();
+}
+
+void OutputPanel::showContent()
+{
+    const QString& output = state().output;
+    // Also while something else is shown, so that a new summary begins at the top.
+    if (!output.isSharedWith(m_shown)) {
+        m_shown = output;
+        m_summary->setMarkdown(output);
+    }
+    const std::optional<QString>& error = state().errorMessage;
+    const bool isNewError = error != m_failure;
+    m_failure = error;
+    if (error && isNewError)
+        m_error->setMessage(*error);
+    const bool isWaiting = !error && output.isEmpty() && state().isWorking;
+    QWidget* page = m_summary;
+    if (error)
+        page = m_error->parentWidget();
+    else if (isWaiting)
+        page = m_progress;
+    else if (output.isEmpty())
+        page = m_placeholder;
+    m_pages->setCurrentWidget(page);
+
+    if (error && isNewError)
+        Announcement::tell(*m_error, *error);
+    tell(*m_progressStatus, isWaiting ? state().status.get() : QString());
+    const bool isStreaming = state().isWorking;
+    if (m_isStreaming && !isStreaming && page == m_summary) {
+        m_summary->setAccessibleDescription(m_summary->toPlainText());
+        Announcement::tell(*m_summary, QStringLiteral("Summary"));
+    } else if (isStreaming) {
+        m_summary->setAccessibleDescription({});
+    }
+    m_isStreaming = isStreaming;
+}
+
+void OutputPanel::showNews()
+{
+    QString news = QStringLiteral(" ");
+    if (state().toast.get())
+        news = *state().toast.get();
+    else if (state().isWorking && !state().output->isEmpty())
+        news = state().status;
+    tell(*m_news, news);
+}

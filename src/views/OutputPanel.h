@@ -1,0 +1,42 @@
+#pragma once
+
+#include "StateView.h"
+#include "SummaryView.h"
+
+class FramedArea;
+class MessageView;
+class OneLineLabel;
+class QStackedLayout;
+
+/// The summary or what there is in its place, what can be done with it, and a line of news. Main
+/// thread.
+class OutputPanel : public StateView
+{
+    Q_OBJECT
+
+public:
+    OutputPanel(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
+                QWidget* parent = nullptr);
+
+protected:
+    void refresh() override;
+
+private:
+    FramedArea* makeFrame(const Theme& theme, SummaryView::OpenLink openLink);
+    QWidget* makeProgress(const Theme& theme);
+    QWidget* makeActions(const Theme& theme);
+    void showContent();
+    void showNews();
+
+    QStackedLayout* m_pages;
+    MessageView* m_error;
+    QWidget* m_progress;
+    OneLineLabel* m_progressStatus;
+    QWidget* m_placeholder;
+    SummaryView* m_summary;
+    QWidget* m_actions;
+    OneLineLabel* m_news;
+    QString m_shown;                  // of the output
+    std::optional<QString> m_failure; // as last told
+    bool m_isStreaming = false;
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ColorRole.h"
+#include "Symbol.h"
+
+#include <QWidget>
+
+class Theme;
+
+/// An icon that only adorns: screen readers pass it over. Main thread.
+class SymbolView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `size` is in logical pixels.
+    SymbolView(const Theme& theme, Symbol symbol, int size, ColorRole role,
+               QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const Theme& m_theme;
+    Symbol m_symbol;
+    ColorRole m_role;
+};

@@ -1,0 +1,70 @@
+#include "WebTab.h"
+
+#include "AppState.h"
+#include "Label.h"
+#include "PushButton.h"
+#include "TextField.h"
+
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+static constexpr int spacing = 8;
+
+/// Whether there is more in `text` than spaces, of any width, and tabs; line breaks are more.
+static bool isFilled(const QString& text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar character) {
+        return character != u'\t' && character.category() != QChar::Separator_Space;
+    });
+}
+
+WebTab::WebTab(AppState& state, const Theme& theme, QWidget* parent)
+    : StateView(state, parent),
+      m_address(new TextField(theme, this)),
+      // Twice, because one would mark a key.
+      m_fetch(
+          new PushButton(theme, QStringLiteral("Fetch && Summarize"), ControlSize::regular, this))
+{
+    m_address->setObjectName(QStringLiteral("address"));
+    m_address->setAccessibleName(QStringLiteral("Web address"));
+    m_address->setPlaceholderText(QStringLiteral("https://example.com/article"));
+    m_address->setInputMethodHints(Qt::ImhUrlCharactersOnly);
+    m_fetch->setObjectName(QStringLiteral("fetch"));
+    m_fetch->setSymbol(Symbol::documentArrow);
+    setFocusProxy(m_address);
+    auto* const note =
+        new Label(theme, TextStyle::caption, ColorRole::secondary,
+                  QStringLiteral("Only the page you enter is downloaded, then reduced to "
+                                 "reader-mode text. Summarizing itself never uses the network."),
+                  this);
+    note->setWordWrap(true);
+
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(spacing);
+    column->addWidget(m_address);
+    column->addWidget(m_fetch, 0, Qt::AlignLeft);
+    column->addWidget(note);
+    column->addStretch();
+
+    connect(m_address, &QLineEdit::textEdited, this,
+            [this](const QString& text) { this->state().urlString = text; });
+    connect(m_address, &QLineEdit::returnPressed, &state, &AppState::fetchURL);
+    connect(m_fetch, &QPushButton::clicked, &state, &AppState::fetchURL);
+    refresh();
+}
+
+void WebTab::refresh()
+{
+    const QString& address = state().urlString;
+    if (m_address->text() != address) {
+        m_address->setText(address);
+        m_address->setCursorPosition(0); // the beginning of an address tells the most
+    }
+    const bool isEnabled = isFilled(address) && !state().isWorking;
+    // Disabled, it would hand the focus to what comes next.
+    if (!isEnabled && m_fetch->hasFocus())
+        m_address->setFocus();
+    m_fetch->setEnabled(isEnabled);
+}
