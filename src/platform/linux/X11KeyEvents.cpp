@@ -2,8 +2,6 @@
 
 #include "FrontApplication.h"
 
-#include <QGuiApplication>
-
 #include <xcb/xtest.h>
 
 #include <cstddef>
@@ -38,21 +36,6 @@ std::unique_ptr<X11KeyEvents> X11KeyEvents::create()
     if (test == nullptr || test->present == 0)
         return nullptr;
     return std::unique_ptr<X11KeyEvents>(new X11KeyEvents(std::move(connection)));
-}
-
-/// While the hotkey is held, the program that has it keeps the keyboard: this one, on the
-/// interface's connection.
-void X11KeyEvents::letGoOfKeyboard()
-{
-    const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-    if (application == nullptr)
-        return;
-    if (auto* x11 = application->nativeInterface<QNativeInterface::QX11Application>()) {
-        xcb_ungrab_keyboard(x11->connection(), XCB_CURRENT_TIME);
-        // What is sent on the other connection must not overtake this.
-        const X11Connection::Owned<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
-            x11->connection(), xcb_get_input_focus(x11->connection()), nullptr));
-    }
 }
 
 /// Not only the modifiers: a letter held longer would begin to repeat, without them, and replace
@@ -107,7 +90,6 @@ KeyEvents::Outcome X11KeyEvents::sendCopy()
     if (!application || application->isTerminal() || control == 0)
         return Outcome::notSent;
     const xcb_keycode_t key = copyKey(deadline);
-    letGoOfKeyboard();
     releaseHeldKeys(deadline);
     send(XCB_KEY_PRESS, control);
     send(XCB_KEY_PRESS, key);

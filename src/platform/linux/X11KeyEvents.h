@@ -19,7 +19,6 @@ private:
         : m_connection(std::move(connection))
     {}
 
-    void letGoOfKeyboard();
     void releaseHeldKeys(Deadline deadline);
     xcb_keycode_t copyKey(Deadline deadline);
     void send(std::uint8_t type, xcb_keycode_t key);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+/// Control, Alt and the key that bears the S on an English keyboard, whatever the layout makes of
+/// it and whichever application is in front. Main thread only.
+class GlobalHotKey
+{
+public:
+    /// Gives the keys back.
+    virtual ~GlobalHotKey() = default;
+
+    /// Has `pressed` called by the event loop, once for a press however long the keys are held.
+    /// Never called where another program has these keys, or the session lets no program have any.
+    static std::unique_ptr<GlobalHotKey> create(std::function<void()> pressed);
+
+protected:
+    GlobalHotKey() = default;
+    GlobalHotKey(const GlobalHotKey&) = default;
+    GlobalHotKey& operator=(const GlobalHotKey&) = default;
+};

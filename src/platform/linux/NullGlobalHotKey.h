@@ -1,0 +1,7 @@
+#pragma once
+
+#include "GlobalHotKey.h"
+
+/// For sessions that let programs have no keys.
+class NullGlobalHotKey : public GlobalHotKey
+{};

@@ -1,0 +1,15 @@
+#include "OutsideClicks.h"
+
+#include "DesktopKind.h"
+#include "NullOutsideClicks.h"
+#include "X11OutsideClicks.h"
+
+#include <utility>
+
+std::unique_ptr<OutsideClicks> OutsideClicks::create(std::function<void()> pressed)
+{
+    auto x11 = DesktopKind::isX11() ? X11OutsideClicks::create(std::move(pressed)) : nullptr;
+    if (x11)
+        return x11;
+    return std::make_unique<NullOutsideClicks>();
+}

@@ -1,0 +1,28 @@
+#include "TrayHost.h"
+
+#include "DesktopKind.h"
+#include "StatusNotifierHost.h"
+#include "XEmbedHost.h"
+
+namespace {
+
+/// Both kinds, of which some panels are only one.
+class AnyTrayHost : public TrayHost
+{
+public:
+    explicit AnyTrayHost(const std::function<void()>& came)
+        : m_xEmbed(DesktopKind::isX11() ? XEmbedHost::create(came) : nullptr),
+          m_statusNotifier(came)
+    {}
+
+private:
+    std::unique_ptr<XEmbedHost> m_xEmbed; // may be null
+    StatusNotifierHost m_statusNotifier;
+};
+
+} // namespace
+
+std::unique_ptr<TrayHost> TrayHost::create(std::function<void()> came)
+{
+    return std::make_unique<AnyTrayHost>(came);
+}

@@ -1,0 +1,28 @@
+#include "X11Events.h"
+
+#include <utility>
+
+X11Events::X11Events(X11Connection& connection, Handler handler)
+    : m_connection(connection),
+      m_handler(std::move(handler)),
+      m_notifier(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read)
+{
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { dispatch(); });
+}
+
+void X11Events::flush()
+{
+    xcb_flush(m_connection.get());
+    // What has been read already makes no noise on the socket.
+    QMetaObject::invokeMethod(
+        &m_notifier, [this] { dispatch(); }, Qt::QueuedConnection);
+}
+
+void X11Events::dispatch()
+{
+    while (const X11Connection::Event event = m_connection.pendingEvent())
+        m_handler(*event);
+    xcb_flush(m_connection.get());
+    if (m_connection.isLost())
+        m_notifier.setEnabled(false); // else it would never be quiet again
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "OutsideClicks.h"
+#include "X11Connection.h"
+#include "X11Events.h"
+#include "X11RawInput.h"
+
+#include <functional>
+#include <memory>
+
+/// The mouse as the X server tells it to whoever asks, on a connection of its own.
+class X11OutsideClicks : public OutsideClicks
+{
+public:
+    /// Null where no X server answers or it does not tell.
+    static std::unique_ptr<X11OutsideClicks> create(std::function<void()> pressed);
+
+    void pause() override;
+    void resume() override;
+
+private:
+    X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
+
+    void handle(const xcb_generic_event_t& event);
+    bool isPointerOnOurs();
+    bool isOurs(xcb_window_t window);
+
+    const std::unique_ptr<X11Connection> m_connection;
+    const std::function<void()> m_pressed;
+    X11RawInput m_input;
+    X11Events m_events;
+    xcb_atom_t m_processProperty;
+    bool m_isPaused = false;
+};
