@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "AppError.h"
+#include "ApplicationCommand.h"
 #include "ClipboardOffer.h"
 #include "DocumentProcess.h"
 #include "HotkeyCommand.h"
@@ -107,21 +108,22 @@ struct Commands
                  "pithwise"};
     SummaryRequest request;
     HotkeyCommand::Request hotkey;
+    std::string model; // of the application
     std::function<int()> action;
 
     Commands()
     {
         app.require_subcommand(0, 1);
-        action = [this] {
-            std::cout << app.help();
-            return 0;
-        };
+        app.footer("Without a command, pithwise is an application in the desktop's tray.");
+        action = [this] { return ApplicationCommand::run(model); };
         addSummarize();
         addRead();
         addPlan();
         addHotkey();
+        addToggle();
         addModel();
         addHelpers();
+        addApplicationModel();
         addVersion(app);
     }
 
@@ -165,12 +167,33 @@ private:
     {
         CLI::App* command = app.add_subcommand(
             "hotkey", "Print the summary of the selected text, else of the front window, else of "
-                      "the clipboard");
+                      "the clipboard; without options, have the running application show it");
         addModelFile(*command, hotkey.model);
         command->add_flag("--note", hotkey.appendsToNote,
                           "Also append the summary to the note of the day");
         command->add_flag("--copy", hotkey.copies, "Also put the summary on the clipboard");
-        command->callback([this] { action = [this] { return HotkeyCommand::run(hotkey); }; });
+        command->callback([this, command] {
+            const bool mayAsk = command->count_all() == 1; // only itself
+            action = [this, mayAsk] {
+                if (mayAsk && ApplicationCommand::askForHotkey())
+                    return 0;
+                return HotkeyCommand::run(hotkey);
+            };
+        });
+    }
+
+    void addToggle()
+    {
+        app.add_subcommand("toggle", "Show or hide the running application's window")
+            ->callback([this] { action = ApplicationCommand::toggle; });
+    }
+
+    /// Only for the application itself: the commands have their own.
+    void addApplicationModel()
+    {
+        addModelFile(app, model);
+        for (CLI::App* command : app.get_subcommands({}))
+            command->excludes(app.get_option("--model"));
     }
 
     /// What the program starts itself with; nothing for users.

@@ -1,0 +1,143 @@
+#include "AppDelegate.h"
+
+#include "AppState.h"
+#include "HotKey.h"
+#include "ModelManager.h"
+#include "PopoverPlace.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
+
+#include <utility>
+#include <variant>
+
+namespace {
+
+const QScreen& screenAt(const QPoint& point)
+{
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+}
+
+PopoverPlace::Monitor monitorOf(const QScreen& screen)
+{
+    return {screen.geometry(), screen.availableGeometry()};
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(AppState& state, ModelManager& model, MakeContent makeContent)
+    : m_state(state), m_model(model), m_makeContent(std::move(makeContent))
+{}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    m_icon = std::make_unique<TrayIcon>();
+    connect(m_icon.get(), &TrayIcon::clicked, this, &AppDelegate::clickedIcon);
+    m_popover = std::make_unique<Popover>(m_makeContent());
+    m_outsideClicks = OutsideClicks::create([this] { clickedOutside(); });
+    HotKey::install([delegate = QPointer(this)] {
+        if (delegate)
+            delegate->handleHotkey();
+    });
+    const ModelManager::State& model = m_model.state();
+    if (std::holds_alternative<ModelManager::Idle>(model) ||
+        std::holds_alternative<ModelManager::Failed>(model))
+        m_model.start();
+}
+
+void AppDelegate::togglePopover()
+{
+    if (m_popover->isVisible())
+        m_popover->hide();
+    else if (!wasClosedByThisClick())
+        showPopover();
+}
+
+void AppDelegate::showPopover()
+{
+    m_popover->showAt(findPlace());
+    m_popover->takeFocus();
+}
+
+void AppDelegate::clickedIcon()
+{
+    if (!m_icon->geometry().isValid())
+        m_lastClick = QCursor::pos();
+    else
+        m_sinceClosed.invalidate(); // the icon is a window of ours: no click on it closes anything
+    togglePopover();
+}
+
+void AppDelegate::clickedOutside()
+{
+    if (m_popover->isVisible()) {
+        m_popover->hide();
+        m_sinceClosed.start();
+    } else {
+        m_sinceClosed.invalidate();
+    }
+}
+
+/// A panel of another process tells of a click on our icon, or starts us once more, when the mouse
+/// has closed the popover already.
+bool AppDelegate::wasClosedByThisClick() const
+{
+    constexpr qint64 click = 500; // milliseconds
+    return m_sinceClosed.isValid() && m_sinceClosed.elapsed() < click;
+}
+
+QRect AppDelegate::findPlace() const
+{
+    QRect icon = m_icon->geometry();
+    if (!icon.isValid() && m_lastClick)
+        icon = QRect(*m_lastClick, QSize(1, 1));
+    if (icon.isValid() && QGuiApplication::screenAt(icon.center()) != nullptr)
+        return PopoverPlace::atIcon(icon, Popover::contentSize, monitorOf(screenAt(icon.center())));
+    return PopoverPlace::inCorner(Popover::contentSize, monitorOf(screenAt(QCursor::pos())));
+}
+
+void AppDelegate::handleHotkey()
+{
+    runHotkey();
+}
+
+QCoro::Task<> AppDelegate::runHotkey()
+{
+    const QPointer<AppDelegate> delegate(this);
+    co_await m_state.handleHotkey();
+    if (delegate)
+        delegate->showPopover();
+}
+
+void AppDelegate::pauseOutsideClicks()
+{
+    if (m_pauses++ == 0)
+        m_outsideClicks->pause();
+}
+
+void AppDelegate::resumeOutsideClicks()
+{
+    if (--m_pauses == 0)
+        m_outsideClicks->resume();
+}
+
+bool AppDelegate::hideForCapture()
+{
+    const bool isShown = m_popover->isVisible();
+    if (m_captures++ == 0)
+        m_isShownAfterCapture = false;
+    m_isShownAfterCapture |= isShown;
+    m_popover->hide();
+    return isShown;
+}
+
+void AppDelegate::showAfterCapture()
+{
+    if (--m_captures == 0 && m_isShownAfterCapture)
+        showPopover();
+}

@@ -1,0 +1,83 @@
+#include "Application.h"
+
+#include "CaptureCurtain.h"
+#include "MainThreadQueue.h"
+#include "ModelOption.h"
+#include "OCR.h"
+#include "ScreenPermission.h"
+#include "Screenshot.h"
+#include "WindowList.h"
+
+#include <variant>
+
+static ModelManager::Options modelOptions(const std::filesystem::path& model)
+{
+    ModelManager::Options options;
+    if (!model.empty())
+        options.path = model;
+    return options;
+}
+
+static std::unique_ptr<QWidget> makeContent()
+{
+    return std::make_unique<QWidget>();
+}
+
+Application::Application(const std::filesystem::path& model)
+    : m_model(modelOptions(model)),
+      m_queue(MainThreadQueue::create()),
+      m_state(services(model)),
+      m_delegate(m_state, m_model, makeContent)
+{}
+
+Application::~Application()
+{
+    m_queue->close();
+}
+
+void Application::launch(Instance& instance)
+{
+    m_delegate.applicationDidFinishLaunching();
+    QObject::connect(&instance, &Instance::requested, &m_delegate,
+                     [this](Instance::Request request) { handle(request); });
+}
+
+AppServices Application::services(const std::filesystem::path& model)
+{
+    AppServices services = AppServices::system();
+    services.captureText = [this](ScreenGrab::Kind kind) { return captureText(kind); };
+    services.generate = ModelOption::engine(model.string());
+    services.isModelReady = [this] {
+        return std::holds_alternative<ModelManager::Ready>(m_model.state());
+    };
+    return services;
+}
+
+/// The popover is away until the picture is taken, and so back while it is read.
+std::string Application::captureText(ScreenGrab::Kind kind)
+{
+    CaptureCurtain curtain(m_queue, m_delegate);
+    const auto windowList = WindowList::create();
+    const auto screenshot = Screenshot::create();
+    const auto permission = ScreenPermission::create();
+    return ScreenGrab::captureText(
+        kind, {*windowList, *screenshot, *permission, [&](const std::filesystem::path& file) {
+                   curtain.lift();
+                   return OCR::recognize(file);
+               }});
+}
+
+void Application::handle(Instance::Request request)
+{
+    switch (request) {
+    case Instance::Request::toggle:
+        m_delegate.togglePopover();
+        break;
+    case Instance::Request::show:
+        m_delegate.showPopover();
+        break;
+    case Instance::Request::hotkey:
+        m_delegate.handleHotkey();
+        break;
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "AppDelegate.h"
+#include "AppState.h"
+#include "Instance.h"
+#include "ModelManager.h"
+
+#include <filesystem>
+#include <memory>
+
+class MainThreadQueue;
+
+/// Everything that lives as long as the tray application. Main thread.
+class Application
+{
+public:
+    /// `model` is the file to use instead of the downloaded one; empty for that.
+    explicit Application(const std::filesystem::path& model);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Sets it up; what `instance` is asked for from now on is done.
+    void launch(Instance& instance);
+
+private:
+    AppServices services(const std::filesystem::path& model);
+    std::string captureText(ScreenGrab::Kind kind);
+    void handle(Instance::Request request);
+
+    ModelManager m_model;
+    const std::shared_ptr<MainThreadQueue> m_queue;
+    AppState m_state;
+    AppDelegate m_delegate;
+};

@@ -1,0 +1,151 @@
+#include "ApplicationCommand.h"
+
+#include "AppError.h"
+#include "Application.h"
+#include "BackgroundTask.h"
+#include "Desktop.h"
+#include "Instance.h"
+#include "Interrupt.h"
+#include "Mutex.h"
+
+#include <QApplication>
+#include <QNetworkProxyFactory>
+
+#include <system_error>
+
+namespace ApplicationCommand {
+
+namespace {
+
+/// The wish to end the program, which may come before there is an event loop to end.
+class QuitRequest
+{
+public:
+    /// Any thread.
+    void make()
+    {
+        const MutexLock lock(m_mutex);
+        m_isMade = true;
+        if (m_canQuit)
+            quit();
+    }
+
+    /// From now on there is an application object.
+    void allow()
+    {
+        const MutexLock lock(m_mutex);
+        m_canQuit = true;
+        if (m_isMade)
+            quit();
+    }
+
+    /// From now on there is none.
+    void forbid()
+    {
+        const MutexLock lock(m_mutex);
+        m_canQuit = false;
+    }
+
+private:
+    static void quit()
+    {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                  Qt::QueuedConnection);
+    }
+
+    Mutex m_mutex;
+    bool m_isMade PITHWISE_GUARDED_BY(m_mutex) = false;
+    bool m_canQuit PITHWISE_GUARDED_BY(m_mutex) = false;
+};
+
+/// What every kind of application object is made with.
+struct Arguments
+{
+    int count = 1;
+    char name[9] = "pithwise";
+    char* values[2] = {name, nullptr};
+};
+
+bool wasDone(Instance::Answer answer)
+{
+    if (answer == Instance::Answer::silent)
+        throw AppError("Pithwise is running but does not answer. End it and start it again.");
+    return answer == Instance::Answer::done;
+}
+
+/// Whether this process is the application; else the one that is has been asked to toggle.
+bool isFirst(Instance& instance)
+{
+    constexpr int attempts = 3; // the other one may end meanwhile
+    for (int i = 0; i < attempts && !instance.claim(); ++i) {
+        if (wasDone(Instance::ask(Instance::Request::toggle)))
+            return false;
+    }
+    return true; // where the bus lets nobody have the name too
+}
+
+void checkModel(const std::string& model)
+{
+    std::error_code ignored;
+    if (!model.empty() && !std::filesystem::is_regular_file(model, ignored))
+        throw AppError("There is no model file at " + model + ".");
+}
+
+int runApplication(const std::string& model)
+{
+    Instance instance;
+    if (!isFirst(instance))
+        return 0;
+    checkModel(model);
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+    Application application(model);
+    application.launch(instance);
+    return QApplication::exec();
+}
+
+} // namespace
+
+int run(const std::string& model)
+{
+    if (!Desktop::isAvailable())
+        throw AppError("There is no display to show Pithwise on. On the command line it works "
+                       "without one: see \"pithwise --help\".");
+    QuitRequest quitRequest;
+    // Before Qt starts threads, which would take the signals otherwise.
+    const Interrupt interrupt([&quitRequest] { quitRequest.make(); });
+    Arguments arguments;
+    const QApplication application(arguments.count, arguments.values);
+    QApplication::setApplicationDisplayName(QStringLiteral("Pithwise"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    quitRequest.allow();
+    const int status = runApplication(model);
+    quitRequest.forbid();
+    return status;
+}
+
+int toggle()
+{
+    Arguments arguments;
+    const QCoreApplication application(arguments.count, arguments.values);
+    if (!wasDone(Instance::ask(Instance::Request::toggle)))
+        throw AppError("Pithwise is not running. Start it with \"pithwise\".");
+    return 0;
+}
+
+bool askForHotkey()
+{
+    // In a process of its own, because the bus starts threads.
+    const std::string answer = BackgroundTask::run([](const BackgroundTask::Answer& tell) {
+        Arguments arguments;
+        const QCoreApplication application(arguments.count, arguments.values);
+        const Instance::Answer given = Instance::ask(Instance::Request::hotkey);
+        tell(std::to_string(static_cast<int>(given)));
+    });
+    for (const auto possible : {Instance::Answer::done, Instance::Answer::silent}) {
+        if (answer == std::to_string(static_cast<int>(possible)))
+            return wasDone(possible);
+    }
+    return false;
+}
+
+} // namespace ApplicationCommand

@@ -1,0 +1,31 @@
+#include "CaptureCurtain.h"
+
+#include "AppDelegate.h"
+#include "MainThreadQueue.h"
+
+#include <chrono>
+#include <future>
+#include <thread>
+#include <utility>
+
+CaptureCurtain::CaptureCurtain(std::shared_ptr<MainThreadQueue> queue, AppDelegate& delegate)
+    : m_queue(std::move(queue)), m_delegate(delegate)
+{
+    const auto wasShown = std::make_shared<std::promise<bool>>();
+    std::future<bool> answer = wasShown->get_future();
+    m_queue->post(
+        [delegate = &m_delegate, wasShown] { wasShown->set_value(delegate->hideForCapture()); });
+    // The main thread is never busy for so long, but it may have ended.
+    constexpr std::chrono::seconds limit(1);
+    if (answer.wait_for(limit) != std::future_status::ready || !answer.get())
+        return;
+    // What has been below it is still to be drawn, by other programs. None of them tells when.
+    constexpr std::chrono::milliseconds redraw(200);
+    std::this_thread::sleep_for(redraw);
+}
+
+void CaptureCurtain::lift()
+{
+    if (!std::exchange(m_isLifted, true))
+        m_queue->post([delegate = &m_delegate] { delegate->showAfterCapture(); });
+}

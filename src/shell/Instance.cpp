@@ -1,0 +1,49 @@
+#include "Instance.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+// Under the top-level domain that is nobody's.
+static const QString busName = QStringLiteral("local.pithwise.Pithwise");
+static const QString busPath = QStringLiteral("/local/pithwise/Pithwise");
+
+static QString nameOf(Instance::Request request)
+{
+    switch (request) {
+    case Instance::Request::toggle:
+        return QStringLiteral("Toggle");
+    case Instance::Request::show:
+        return QStringLiteral("Show");
+    case Instance::Request::hotkey:
+        break;
+    }
+    return QStringLiteral("Hotkey");
+}
+
+Instance::Answer Instance::ask(Request request)
+{
+    constexpr int limit = 2'000; // milliseconds
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return Answer::nobody;
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(busName, busPath, busName, nameOf(request));
+    message.setAutoStartService(false);
+    const QDBusMessage reply = bus.call(message, QDBus::Block, limit);
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return Answer::done;
+    // It may have ended instead of answering.
+    const bool isThere = bus.interface()->isServiceRegistered(busName);
+    return isThere ? Answer::silent : Answer::nobody;
+}
+
+bool Instance::claim()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return true;
+    // Before the name, by which it is found.
+    bus.registerObject(busPath, this, QDBusConnection::ExportScriptableSlots);
+    return bus.registerService(busName);
+}

@@ -1,0 +1,96 @@
+#include "Popover.h"
+
+#include "Desktop.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+static constexpr int shadowWidth = 14;
+static constexpr qreal radius = 10;
+
+Popover::Popover(std::unique_ptr<QWidget> content)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::NoDropShadowWindowHint),
+      m_content(content.release())
+{
+    setWindowTitle(QStringLiteral("Pithwise"));
+    setObjectName(QStringLiteral("popover"));
+    setAttribute(Qt::WA_TranslucentBackground);
+    auto* const layout = new QVBoxLayout(this);
+    // A work area may be smaller than the content would like to be.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->addWidget(m_content);
+}
+
+void Popover::showAt(const QRect& area)
+{
+    if (isVisible())
+        return;
+    m_shadow = Desktop::isComposited() ? shadowWidth : 0;
+    const int border = m_shadow + 1;
+    layout()->setContentsMargins(border, border, border, border);
+    setGeometry(area.marginsAdded({m_shadow, m_shadow, m_shadow, m_shadow}));
+    layout()->activate();
+    show();
+}
+
+void Popover::takeFocus()
+{
+    raise();
+    activateWindow();
+}
+
+QRect Popover::card() const
+{
+    return rect().marginsRemoved({m_shadow, m_shadow, m_shadow, m_shadow});
+}
+
+void Popover::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        hide();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Popover::mousePressEvent(QMouseEvent* event)
+{
+    if (!card().contains(event->position().toPoint()))
+        hide(); // the shadow is not the popover
+}
+
+void Popover::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const QPalette& palette = m_content->palette();
+    QColor line = palette.color(QPalette::WindowText);
+    line.setAlphaF(0.16F);
+    painter.setBrush(palette.window());
+    if (m_shadow == 0) {
+        painter.setPen(line);
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintShadow(painter);
+    painter.setPen(line);
+    painter.drawRoundedRect(QRectF(card()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+}
+
+/// Rings that add up: darkest at the card, a little lower than it.
+void Popover::paintShadow(QPainter& painter) const
+{
+    constexpr int drop = 2;
+    const QRectF base = QRectF(card()).translated(0, drop);
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    for (int spread = m_shadow - drop; spread > 0; --spread) {
+        const qreal distance = qreal(spread) / (m_shadow - drop);
+        painter.setBrush(QColor(0, 0, 0, qRound(7 * (1 - distance) + 1)));
+        painter.drawRoundedRect(base.adjusted(-spread, -spread, spread, spread), radius + spread,
+                                radius + spread);
+    }
+    painter.restore();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+/// The window that holds the whole interface. It has no frame of the window manager's, stays above
+/// others and closes upon Escape. Main thread.
+class Popover : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Of what is in it, in logical pixels.
+    static constexpr QSize contentSize = {460, 640};
+
+    /// The ground behind `content`, in its palette's window colour, and the round corners are the
+    /// popover's to paint.
+    explicit Popover(std::unique_ptr<QWidget> content);
+
+    /// Shows it with its content at `area` of the desktop. Does nothing where it is shown.
+    void showAt(const QRect& area);
+
+    /// Brings it to the front with the keyboard.
+    void takeFocus();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QRect card() const;
+    void paintShadow(QPainter& painter) const;
+
+    QWidget* m_content; // a child
+    int m_shadow = 0;   // its width; 0 where the desktop does not compose windows
+};
