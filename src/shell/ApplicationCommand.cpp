@@ -115,7 +115,8 @@ int run(const std::string& model)
     const Interrupt interrupt([&quitRequest] { quitRequest.make(); });
     Arguments arguments;
     const QApplication application(arguments.count, arguments.values);
-    QApplication::setApplicationDisplayName(QStringLiteral("Pithwise"));
+    // What panels, the accessibility bus and window managers call it.
+    QApplication::setApplicationName(QStringLiteral("Pithwise"));
     QApplication::setQuitOnLastWindowClosed(false);
     quitRequest.allow();
     const int status = runApplication(model);

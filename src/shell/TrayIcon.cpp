@@ -21,11 +21,8 @@ QRect TrayIcon::geometry() const
 
 void TrayIcon::show()
 {
-    if (m_icon) {
-        m_icon->hide(); // from the host before this one
-        m_icon->show();
-        return;
-    }
+    if (m_icon)
+        return; // Qt follows from one host to the next of its kind
     m_icon.emplace();
     m_icon->setToolTip(QStringLiteral("Pithwise"));
     connect(&*m_icon, &QSystemTrayIcon::activated, this,

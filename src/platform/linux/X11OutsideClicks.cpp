@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -22,7 +23,8 @@ X11OutsideClicks::X11OutsideClicks(std::unique_ptr<X11Connection> connection,
       m_pressed(std::move(pressed)),
       m_input(*m_connection),
       m_events(*m_connection, [this](const xcb_generic_event_t& event) { handle(event); }),
-      m_processProperty(m_connection->atom("_NET_WM_PID"))
+      m_processProperty(m_connection->atom("_NET_WM_PID")),
+      m_stateProperty(m_connection->atom("WM_STATE"))
 {
     if (m_input.isAvailable())
         resume();
@@ -53,19 +55,24 @@ void X11OutsideClicks::handle(const xcb_generic_event_t& event)
         m_pressed();
 }
 
-/// Such an event does not say where it happened, but the pointer will be there still. A window of
-/// ours may be in a frame of the window manager's, or in a panel.
+/// Such an event does not say where it happened, but the pointer will be there still.
 bool X11OutsideClicks::isPointerOnOurs()
 {
-    xcb_window_t window = m_connection->root();
-    while (window != XCB_NONE) {
-        const auto pointer = m_connection->reply<xcb_query_pointer_reply_t>(
-            xcb_query_pointer(m_connection->get(), window));
-        window = pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
-        if (window != XCB_NONE && isOurs(window))
+    const xcb_window_t top = childAtPointer(m_connection->root());
+    // A window of ours may be in a frame of the window manager's, or in a panel.
+    for (xcb_window_t window = top; window != XCB_NONE; window = childAtPointer(window)) {
+        if (isOurs(window))
             return true;
     }
-    return false;
+    constexpr int levels = 2; // as deep as window managers put windows in frames
+    return isFrameOfOurs(top, levels);
+}
+
+xcb_window_t X11OutsideClicks::childAtPointer(xcb_window_t window)
+{
+    const auto pointer = m_connection->reply<xcb_query_pointer_reply_t>(
+        xcb_query_pointer(m_connection->get(), window));
+    return pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
 }
 
 bool X11OutsideClicks::isOurs(xcb_window_t window)
@@ -73,4 +80,20 @@ bool X11OutsideClicks::isOurs(xcb_window_t window)
     const std::vector<std::uint32_t> process =
         m_connection->values(m_connection->askValues(window, m_processProperty, 1));
     return !process.empty() && process[0] == static_cast<std::uint32_t>(::getpid());
+}
+
+/// Unlike an icon in a panel, a window in a frame has a state that the window manager gave it.
+bool X11OutsideClicks::isFrameOfOurs(xcb_window_t window, int levels)
+{
+    const auto tree =
+        m_connection->reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection->get(), window));
+    if (!tree)
+        return false;
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    return std::any_of(children, children + tree->children_len, [&](xcb_window_t child) {
+        if (isOurs(child))
+            return !m_connection->values(m_connection->askValues(child, m_stateProperty, 1))
+                        .empty();
+        return levels > 1 && isFrameOfOurs(child, levels - 1);
+    });
 }

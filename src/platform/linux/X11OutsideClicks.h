@@ -23,12 +23,15 @@ private:
 
     void handle(const xcb_generic_event_t& event);
     bool isPointerOnOurs();
+    xcb_window_t childAtPointer(xcb_window_t window);
     bool isOurs(xcb_window_t window);
+    bool isFrameOfOurs(xcb_window_t window, int levels);
 
     const std::unique_ptr<X11Connection> m_connection;
     const std::function<void()> m_pressed;
     X11RawInput m_input;
     X11Events m_events;
     xcb_atom_t m_processProperty;
+    xcb_atom_t m_stateProperty;
     bool m_isPaused = false;
 };
