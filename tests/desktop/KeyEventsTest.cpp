@@ -1,3 +1,4 @@
+#include "GlobalHotKey.h"
 #include "SelectionFixture.h"
 
 #include <QGuiApplication>
@@ -77,12 +78,13 @@ TEST_F(KeyEventsTest, ModifiersThatAreHeldAreReleasedAndNotPressedAgain)
 TEST_F(KeyEventsTest, TheHotkeyThatIsHeldDoesNotKeepTheKeyboard)
 {
     startApp({"--copies", "copied"});
-    const auto root =
-        static_cast<xcb_window_t>(xcb_setup_roots_iterator(xcb_get_setup(connection())).data->root);
-    xcb_grab_key(connection(), 1, root, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, physicalS,
-                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    xcb_flush(connection());
+    int presses = 0;
+    const auto hotKey = GlobalHotKey::create([&presses] { ++presses; });
     m_session.xdotool({"keydown", "ctrl", "keydown", "alt", "keydown", "s"});
+    m_session.waitUntil("the hotkey", [&presses] {
+        QCoreApplication::processEvents();
+        return presses == 1;
+    });
     EXPECT_EQ(grab(), "copied");
     EXPECT_EQ(keys(), Keys{}); // the letter would soon repeat
 }

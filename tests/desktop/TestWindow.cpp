@@ -158,3 +158,13 @@ void TestWindow::grabKeyboard()
         return reply->status == XCB_GRAB_STATUS_SUCCESS;
     });
 }
+
+void TestWindow::grabKey(xcb_keycode_t key, std::uint16_t modifiers)
+{
+    const auto cookie = xcb_grab_key_checked(m_connection.get(), 0, m_root, modifiers, key,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_generic_error_t> error(xcb_request_check(m_connection.get(), cookie),
+                                           std::free);
+    if (error)
+        throw std::runtime_error("Another program has the key.");
+}

@@ -41,6 +41,9 @@ public:
     /// Keeps the keyboard from everyone else until the window ends.
     void grabKeyboard();
 
+    /// Has a hotkey of its own, until the window ends. Throws where another program has it.
+    void grabKey(xcb_keycode_t key, std::uint16_t modifiers);
+
 private:
     struct Disconnect
     {

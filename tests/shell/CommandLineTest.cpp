@@ -24,9 +24,9 @@ bool contains(const std::string& text, const std::string& part)
     return text.find(part) != std::string::npos;
 }
 
-TEST_F(CommandLineTest, WithoutArgumentsTheHelpIsPrinted)
+TEST_F(CommandLineTest, TheHelpSaysWhatThereIs)
 {
-    const Result result = run({});
+    const Result result = run({"--help"});
     EXPECT_EQ(result.status, 0);
     EXPECT_TRUE(contains(result.output, "Usage: pithwise"));
     EXPECT_EQ(result.error, "");

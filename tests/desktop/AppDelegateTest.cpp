@@ -1,0 +1,165 @@
+#include "AppDelegate.h"
+
+#include "AppState.h"
+#include "CaptureCurtain.h"
+#include "LoopbackServer.h"
+#include "MainThreadQueue.h"
+#include "ModelManager.h"
+#include "SelectionFixture.h"
+
+#include <fstream>
+#include <future>
+#include <thread>
+
+namespace {
+
+class AppDelegateTest : public SelectionFixture
+{
+protected:
+    AppDelegateTest()
+    {
+        m_session.waitUntil("a screen", [] { return QGuiApplication::primaryScreen() != nullptr; });
+    }
+
+    void waitFor(const char* what, const std::function<bool()>& condition)
+    {
+        m_session.waitUntil(what, [&condition] {
+            QCoreApplication::processEvents();
+            return condition();
+        });
+    }
+
+    QWidget& popover() const
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->objectName() == "popover")
+                return *widget;
+        }
+        throw std::runtime_error("There is no popover.");
+    }
+
+    bool isFailed() const { return std::holds_alternative<ModelManager::Failed>(m_model.state()); }
+
+    LoopbackServer m_server;
+    std::filesystem::path m_file = m_session.path("model.gguf").toStdString();
+    ModelManager m_model{{m_file, m_server.url("/model")}};
+    AppState m_state{AppServices::system()};
+    AppDelegate m_delegate{m_state, m_model, [] { return std::make_unique<QWidget>(); }};
+};
+
+class ReadyModelTest : public AppDelegateTest
+{
+protected:
+    ReadyModelTest() : m_ready({m_file, m_server.url("/model")}) {}
+
+    std::ofstream m_written{m_file};
+    ModelManager m_ready;
+};
+
+TEST_F(AppDelegateTest, AMissingModelIsDownloaded)
+{
+    m_delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(std::holds_alternative<ModelManager::Downloading>(m_model.state()));
+    waitFor("the answer", [this] { return isFailed(); });
+    EXPECT_EQ(m_server.requests().size(), 1U);
+}
+
+TEST_F(AppDelegateTest, ADownloadThatFailedIsTriedAgain)
+{
+    m_model.start();
+    waitFor("the answer", [this] { return isFailed(); });
+    m_delegate.applicationDidFinishLaunching();
+    waitFor("the second answer", [this] { return isFailed(); });
+    EXPECT_EQ(m_server.requests().size(), 2U);
+}
+
+TEST_F(AppDelegateTest, ADownloadUnderWayIsLeftAlone)
+{
+    LoopbackServer::Answer answer;
+    answer.body = "model";
+    answer.stallAfter = 2;
+    m_server.setAnswer("/model", answer);
+    m_model.start();
+    waitFor("the request", [this] { return !m_server.requests().empty(); });
+    m_delegate.applicationDidFinishLaunching();
+    m_server.release();
+    waitFor("the model",
+            [this] { return !std::holds_alternative<ModelManager::Downloading>(m_model.state()); });
+    EXPECT_EQ(m_server.requests().size(), 1U);
+}
+
+TEST_F(ReadyModelTest, AModelThatIsThereIsNotDownloaded)
+{
+    ASSERT_TRUE(std::holds_alternative<ModelManager::Ready>(m_ready.state()));
+    AppDelegate delegate(m_state, m_ready, [] { return std::make_unique<QWidget>(); });
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(std::holds_alternative<ModelManager::Ready>(m_ready.state()));
+    EXPECT_EQ(m_server.requests().size(), 0U);
+}
+
+TEST_F(AppDelegateTest, ThePopoverIsAwayDuringACaptureAndBackAfterIt)
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_delegate.showPopover();
+    EXPECT_TRUE(m_delegate.hideForCapture());
+    EXPECT_FALSE(popover().isVisible());
+    EXPECT_FALSE(m_delegate.hideForCapture()); // another one
+    m_delegate.showAfterCapture();
+    EXPECT_FALSE(popover().isVisible());
+    m_delegate.showAfterCapture();
+    EXPECT_TRUE(popover().isVisible());
+}
+
+TEST_F(AppDelegateTest, APopoverThatWasNotShownStaysAwayAfterACapture)
+{
+    m_delegate.applicationDidFinishLaunching();
+    EXPECT_FALSE(m_delegate.hideForCapture());
+    m_delegate.showAfterCapture();
+    EXPECT_FALSE(popover().isVisible());
+}
+
+TEST_F(AppDelegateTest, ACurtainHidesThePopoverFromAnotherThread)
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_delegate.showPopover();
+    const auto queue = MainThreadQueue::create();
+    std::promise<void> drawn;
+    std::atomic<bool> isDrawn = false;
+    std::thread thread([&] {
+        CaptureCurtain curtain(queue, m_delegate);
+        isDrawn = true;
+        drawn.get_future().wait();
+    });
+    waitFor("the curtain", [&] { return isDrawn.load(); });
+    EXPECT_FALSE(popover().isVisible());
+    drawn.set_value();
+    waitFor("the popover", [&] { return popover().isVisible(); });
+    thread.join();
+}
+
+TEST_F(AppDelegateTest, ACurtainDoesNotWaitForAProgramThatEnds)
+{
+    m_delegate.applicationDidFinishLaunching();
+    const auto queue = MainThreadQueue::create();
+    queue->close();
+    QElapsedTimer timer;
+    timer.start();
+    std::thread([&] { const CaptureCurtain curtain(queue, m_delegate); }).join();
+    EXPECT_LT(timer.elapsed(), 2'000);
+}
+
+TEST_F(AppDelegateTest, ClicksCloseNothingWhileAChooserIsOpen)
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_delegate.showPopover();
+    m_delegate.pauseOutsideClicks();
+    m_session.xdotool({"mousemove", "100", "700", "click", "1"});
+    m_delegate.resumeOutsideClicks();
+    for (int i = 0; i < 20; ++i)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+    EXPECT_TRUE(popover().isVisible());
+    m_session.xdotool({"mousemove", "110", "710", "click", "1"});
+    waitFor("the popover to close", [this] { return !popover().isVisible(); });
+}
+
+} // namespace

@@ -1,0 +1,255 @@
+#include "ApplicationFixture.h"
+#include "BenchModel.h"
+#include "TestWindow.h"
+
+namespace {
+
+class ApplicationTest : public ApplicationFixture
+{
+protected:
+    void toggle() { EXPECT_EQ(run({"toggle"}), 0) << m_error; }
+
+    void show()
+    {
+        toggle();
+        waitUntilShown();
+        waitUntilInFront(popover());
+    }
+
+    /// In a quiet moment: what the mouse and the keyboard have told the application by now.
+    void expectStillShown()
+    {
+        ASSERT_TRUE(isAnswering());
+        ASSERT_TRUE(isAnswering());
+        EXPECT_TRUE(isShown());
+    }
+};
+
+TEST_F(ApplicationTest, NothingIsShownAtTheStart)
+{
+    launch();
+    EXPECT_FALSE(isShown());
+}
+
+TEST_F(ApplicationTest, ToggleShowsAndHides)
+{
+    launch();
+    show();
+    toggle();
+    waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, EscapeClosesAndGivesTheKeyboardBack)
+{
+    launch();
+    const std::uint32_t foreign = startApp({"--editor", "text"});
+    show();
+    m_session.xdotool({"key", "Escape"});
+    waitUntilHidden();
+    waitUntilInFront(foreign);
+}
+
+TEST_F(ApplicationTest, ALeftClickInAnotherApplicationCloses)
+{
+    launch();
+    const QRect foreign = areaOf(startApp({"--editor", "text"}));
+    show();
+    click(foreign.topLeft() + QPoint(20, 20), 1);
+    waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, ARightClickInAnotherApplicationCloses)
+{
+    launch();
+    const QRect foreign = areaOf(startApp({"--editor", "text"}));
+    show();
+    click(foreign.topLeft() + QPoint(20, 20), 3);
+    waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, AClickOnTheEmptyDesktopCloses)
+{
+    launch();
+    show();
+    click({300, 700});
+    waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, AClickInsideDoesNotClose)
+{
+    launch();
+    show();
+    for (const int button : {1, 3})
+        click(areaOf(popover()).center(), button);
+    expectStillShown();
+}
+
+TEST_F(ApplicationTest, TheWheelDoesNotClose)
+{
+    launch();
+    show();
+    for (const int button : {4, 5, 2})
+        click({300, 700}, button);
+    expectStillShown();
+}
+
+TEST_F(ApplicationTest, TheHotkeySummarizesAndThenShows)
+{
+    launch();
+    startApp({"--editor", "Some text to select."});
+    m_session.xdotool({"key", "ctrl+a"});
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilShown();
+    waitUntilInFront(popover());
+}
+
+TEST_F(ApplicationTest, TheHotkeyGivesAPopoverThatIsShownTheKeyboardAgain)
+{
+    launch();
+    const std::uint32_t foreign = startApp({"--editor", "text"});
+    show();
+    const std::uint32_t first = popover();
+    m_session.xdotool({"windowactivate", QString::number(foreign)});
+    waitUntilInFront(foreign);
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilInFront(first);
+    EXPECT_EQ(popover(), first);
+}
+
+TEST_F(ApplicationTest, TheHotkeyPressedTwiceQuicklyShowsOnce)
+{
+    const QProcess& process = launch();
+    startApp({"--editor", "Some text to select."});
+    m_session.xdotool({"key", "ctrl+a"});
+    m_session.xdotool({"key", "ctrl+alt+s", "key", "ctrl+alt+s"});
+    waitUntilShown();
+    expectStillShown();
+    EXPECT_EQ(process.state(), QProcess::Running);
+}
+
+TEST_F(ApplicationTest, AHotkeyOfAnotherProgramIsNoError)
+{
+    TestWindow other(m_session);
+    other.grabKey(39, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1);
+    QProcess& process = launch();
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    show();
+    EXPECT_EQ(process.readAllStandardError(), "");
+}
+
+TEST_F(ApplicationTest, ACommandAsksTheRunningApplicationForTheHotkey)
+{
+    launch();
+    startApp({"--editor", "Some text to select."});
+    m_session.xdotool({"key", "ctrl+a"});
+    EXPECT_EQ(run({"hotkey"}), 0) << m_error;
+    waitUntilShown();
+}
+
+TEST_F(ApplicationTest, ASecondStartShowsAndHidesTheFirst)
+{
+    const QProcess& process = launch();
+    EXPECT_EQ(run({}), 0) << m_error;
+    waitUntilShown();
+    EXPECT_EQ(run({}), 0) << m_error;
+    waitUntilHidden();
+    EXPECT_EQ(process.state(), QProcess::Running);
+}
+
+TEST_F(ApplicationTest, AFirstOneThatHangsIsOneSentence)
+{
+    const QProcess& process = launch();
+    ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);
+    for (const char* command : {"", "toggle", "hotkey"}) {
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_EQ(run(*command == '\0' ? QStringList() : QStringList(command)), 1);
+        EXPECT_LT(timer.elapsed(), 5'000);
+        EXPECT_EQ(
+            m_error,
+            "pithwise: Pithwise is running but does not answer. End it and start it again.\n");
+    }
+    ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
+}
+
+TEST_F(ApplicationTest, AFirstOneThatWasKilledIsReplaced)
+{
+    QProcess& process = launch();
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(run({"toggle"}), 1);
+    EXPECT_EQ(m_error, "pithwise: Pithwise is not running. Start it with \"pithwise\".\n");
+    launch();
+    show();
+}
+
+TEST_F(ApplicationTest, ManyStartedAtOnceAreOne)
+{
+    std::vector<QProcess*> processes;
+    for (int i = 0; i < 6; ++i)
+        processes.push_back(&m_session.start(PITHWISE_PROGRAM, {"--model", standin()}));
+    const auto running = [&] {
+        return std::count_if(processes.begin(), processes.end(), [](QProcess* process) {
+            return !process->waitForFinished(1) && process->state() == QProcess::Running;
+        });
+    };
+    m_session.waitUntil("all others to end", [&] { return running() == 1; });
+    EXPECT_TRUE(isAnswering());
+}
+
+TEST_F(ApplicationTest, WithoutADisplayThatIsOneSentence)
+{
+    for (const QStringList& variables :
+         {QStringList{"-u", "DISPLAY"}, QStringList{"DISPLAY=:9999"}}) {
+        QProcess& process = m_session.start("env", variables + QStringList(PITHWISE_PROGRAM));
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_EQ(process.readAllStandardError(),
+                  "pithwise: There is no display to show Pithwise on. On the command line it works "
+                  "without one: see \"pithwise --help\".\n");
+    }
+}
+
+TEST_F(ApplicationTest, AModelFileThatIsNotThereIsOneSentence)
+{
+    EXPECT_EQ(run({"--model", "/nowhere.gguf"}), 1);
+    EXPECT_EQ(m_error, "pithwise: There is no model file at /nowhere.gguf.\n");
+}
+
+TEST_F(ApplicationTest, WithoutASessionBusItRunsAllTheSame)
+{
+    QProcess& panel = startPanel(PITHWISE_XEMBED_PANEL, {"1200", "0"});
+    m_session.start("env", {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere", PITHWISE_PROGRAM,
+                            "--model", standin()});
+    EXPECT_TRUE(nextLine(panel).startsWith("icon "));
+    click({1210, 10});
+    waitUntilShown();
+}
+
+TEST_F(ApplicationTest, ItEndsWhenItIsAskedTo)
+{
+    for (const int signal : {SIGTERM, SIGINT}) {
+        QProcess& process = launch();
+        show();
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(1'000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.readAllStandardError(), "");
+    }
+}
+
+TEST_F(ApplicationTest, ItEndsWithinASecondAlsoDuringARun)
+{
+    const QString model = m_session.path("slow.gguf");
+    BenchModel::write(model.toStdString(), {1, 256, 256, 4, 2});
+    QProcess& process = launchOn(model);
+    startApp({"--editor", "Some text to select."});
+    m_session.xdotool({"key", "ctrl+a"});
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilShown(); // the run has been started by now
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    ASSERT_TRUE(process.waitForFinished(1'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+}
+
+} // namespace
