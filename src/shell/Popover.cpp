@@ -67,15 +67,19 @@ void Popover::paintEvent(QPaintEvent*)
     const QPalette& palette = m_content->palette();
     QColor line = palette.color(QPalette::WindowText);
     line.setAlphaF(0.16F);
-    painter.setBrush(palette.window());
     if (m_shadow == 0) {
+        painter.fillRect(rect(), palette.window());
         painter.setPen(line);
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
         return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
     paintShadow(painter);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette.window());
+    painter.drawRoundedRect(card(), radius, radius);
     painter.setPen(line);
+    painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(card()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 }
 

@@ -34,7 +34,7 @@ public:
         const qreal side = qMin(area.width(), area.height());
         const QPainterPath path = comma(2) | comma(9);
         QColor rim = m_isDark ? Qt::black : Qt::white;
-        rim.setAlphaF(0.35F);
+        rim.setAlphaF(0.75F);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(QRectF(area).center() - QPointF(side, side) / 2);
