@@ -1,8 +1,12 @@
 #include "AppError.h"
+#include "Desktop.h"
+#include "GlobalHotKey.h"
+#include "OutsideClicks.h"
 #include "ScreenGrab.h"
 #include "ScreenPermission.h"
 #include "Screenshot.h"
 #include "SelectionFixture.h"
+#include "TrayHost.h"
 #include "WindowList.h"
 
 namespace {
@@ -91,6 +95,21 @@ TEST_P(NullBackEndsTest, ThePortsRefuse)
     EXPECT_FALSE(Screenshot::create()->takeSelection(file));
     EXPECT_FALSE(std::filesystem::exists(file));
     expectNoWait();
+}
+
+TEST_P(NullBackEndsTest, TheApplicationsPortsAreQuiet)
+{
+    int calls = 0;
+    const auto hotKey = GlobalHotKey::create([&calls] { ++calls; });
+    const auto clicks = OutsideClicks::create([&calls] { ++calls; });
+    const auto host = TrayHost::create([&calls] { ++calls; });
+    clicks->pause();
+    clicks->resume();
+    m_session.xdotool({"key", "ctrl+alt+s", "click", "1"});
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(Desktop::isAvailable(), GetParam() == std::string("Wayland"));
+    EXPECT_EQ(Desktop::isComposited(), GetParam() != std::string("NoServer"));
 }
 
 INSTANTIATE_TEST_SUITE_P(OnDesktops, NullBackEndsTest,

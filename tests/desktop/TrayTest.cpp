@@ -67,6 +67,14 @@ protected:
     {}
 };
 
+class TrayOnCompositedDesktopTest : public TrayTest
+{
+protected:
+    TrayOnCompositedDesktopTest()
+        : TrayTest({.windowManager = DesktopSession::WindowManager::compositing})
+    {}
+};
+
 TEST_F(TrayTest, TheIconClickedTwiceOpensAndCloses)
 {
     QProcess& panel = startXEmbedPanel();
@@ -114,6 +122,34 @@ TEST_F(TrayTest, ThePopoverIsWholeBesideAnIconInACorner)
     EXPECT_EQ(area.right(), 1279);
     EXPECT_LT(area.bottom(), 876);
     EXPECT_GT(area.bottom(), 860);
+}
+
+TEST_F(TrayTest, ThePopoverIsWholeAlsoAtALargerScale)
+{
+    QProcess& panel = startXEmbedPanel({900, 0});
+    launch({"QT_SCALE_FACTOR=1.5"});
+    nextIcon(panel);
+    click(m_icon);
+    waitUntilShown();
+    const QRect area = areaOf(popover());
+    EXPECT_EQ(area.width(), 690);
+    EXPECT_TRUE(QRect(0, 0, 1280, 900).contains(area)); // 960 would be its height
+    EXPECT_GT(area.height(), 890);
+}
+
+TEST_F(TrayOnCompositedDesktopTest, ThePopoverHasRoomForItsShadow)
+{
+    QProcess& panel = startXEmbedPanel({600, 0});
+    launch();
+    nextIcon(panel);
+    click(m_icon);
+    waitUntilShown();
+    const QRect area = areaOf(popover());
+    EXPECT_GT(area.width(), 460);
+    EXPECT_EQ(area.width() - 460, area.height() - 640);
+    EXPECT_NEAR(area.center().x(), m_icon.x(), 2);
+    click({area.left() + 1, area.bottom() - 300}); // the shadow is outside
+    waitUntilHidden();
 }
 
 TEST_F(TrayTest, TheIconsWindowHasTheProgramsName)
