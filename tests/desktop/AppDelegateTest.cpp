@@ -7,6 +7,9 @@
 #include "ModelManager.h"
 #include "SelectionFixture.h"
 
+#include <QCoroFuture>
+#include <QPromise>
+
 #include <fstream>
 #include <future>
 #include <thread>
@@ -55,6 +58,79 @@ protected:
     std::ofstream m_written{m_file};
     ModelManager m_ready;
 };
+
+/// The selection takes as long as the test wants.
+class HotkeyFlowTest : public AppDelegateTest
+{
+protected:
+    HotkeyFlowTest()
+    {
+        m_selection.start();
+        AppServices services = AppServices::system();
+        services.grabSelection = [this]() -> QCoro::Task<std::optional<std::string>> {
+            ++m_grabs;
+            co_return co_await m_selection.future();
+        };
+        m_slowState = std::make_unique<AppState>(std::move(services));
+        m_slow = std::make_unique<AppDelegate>(*m_slowState, m_model,
+                                               [] { return std::make_unique<QWidget>(); });
+        m_slow->applicationDidFinishLaunching();
+    }
+
+    void press()
+    {
+        m_session.xdotool({"key", "ctrl+alt+s"});
+        waitFor("the hotkey", [this, before = m_grabs] { return m_grabs > before; });
+    }
+
+    void finishFlows()
+    {
+        m_selection.addResult(std::optional<std::string>("selected"));
+        m_selection.finish();
+    }
+
+    int m_grabs = 0;
+    QPromise<std::optional<std::string>> m_selection;
+    std::unique_ptr<AppState> m_slowState;
+    std::unique_ptr<AppDelegate> m_slow;
+};
+
+TEST_F(HotkeyFlowTest, ThePopoverOpensWhenTheFlowHasReturned)
+{
+    press();
+    EXPECT_FALSE(popover().isVisible());
+    finishFlows();
+    waitFor("the popover", [this] { return popover().isVisible(); });
+    EXPECT_EQ(m_slowState->sourceText.get(), "selected");
+}
+
+TEST_F(HotkeyFlowTest, TwoPressesAreTwoFlows)
+{
+    press();
+    press();
+    EXPECT_EQ(m_grabs, 2);
+    EXPECT_FALSE(popover().isVisible());
+    finishFlows();
+    waitFor("the popover", [this] { return popover().isVisible(); });
+}
+
+TEST_F(HotkeyFlowTest, APopoverClosedDuringTheFlowOpensInTheEnd)
+{
+    m_slow->showPopover();
+    press();
+    m_slow->togglePopover();
+    EXPECT_FALSE(popover().isVisible());
+    finishFlows();
+    waitFor("the popover", [this] { return popover().isVisible(); });
+}
+
+TEST_F(HotkeyFlowTest, AFlowMayOutliveTheApplication)
+{
+    press();
+    m_slow.reset();
+    finishFlows();
+    waitFor("the flow", [this] { return m_slowState->sourceText.get() == "selected"; });
+}
 
 TEST_F(AppDelegateTest, AMissingModelIsDownloaded)
 {
