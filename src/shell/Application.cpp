@@ -1,6 +1,8 @@
 #include "Application.h"
 
 #include "CaptureCurtain.h"
+#include "ClipboardOffer.h"
+#include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
 #include "OCR.h"
@@ -8,6 +10,7 @@
 #include "Screenshot.h"
 #include "WindowList.h"
 
+#include <exception>
 #include <variant>
 
 static ModelManager::Options modelOptions(const std::filesystem::path& model)
@@ -18,6 +21,18 @@ static ModelManager::Options modelOptions(const std::filesystem::path& model)
     return options;
 }
 
+/// Whoever ends the program waits for this.
+static void keepClipboard(LastingPasteboard& pasteboard)
+{
+    constexpr std::chrono::milliseconds limit(150);
+    try {
+        if (const std::optional<std::string> text = pasteboard.leftover(limit))
+            ClipboardOffer::put(*text);
+    } catch (const std::exception&) {
+        // There is nobody left to tell.
+    }
+}
+
 static std::unique_ptr<QWidget> makeContent()
 {
     return std::make_unique<QWidget>();
@@ -26,6 +41,7 @@ static std::unique_ptr<QWidget> makeContent()
 Application::Application(const std::filesystem::path& model)
     : m_model(modelOptions(model)),
       m_queue(MainThreadQueue::create()),
+      m_pasteboard(std::make_shared<LastingPasteboard>(Pasteboard::create())),
       m_state(services(model)),
       m_delegate(m_state, m_model, makeContent)
 {}
@@ -33,6 +49,7 @@ Application::Application(const std::filesystem::path& model)
 Application::~Application()
 {
     m_queue->close();
+    keepClipboard(*m_pasteboard);
 }
 
 void Application::launch(Instance& instance)
@@ -45,6 +62,7 @@ void Application::launch(Instance& instance)
 AppServices Application::services(const std::filesystem::path& model)
 {
     AppServices services = AppServices::system();
+    services.pasteboard = m_pasteboard;
     services.captureText = [this](ScreenGrab::Kind kind) { return captureText(kind); };
     services.generate = ModelOption::engine(model.string());
     services.isModelReady = [this] {

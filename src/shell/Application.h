@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 
+class LastingPasteboard;
 class MainThreadQueue;
 
 /// Everything that lives as long as the tray application. Main thread.
@@ -16,6 +17,7 @@ class Application
 public:
     /// `model` is the file to use instead of the downloaded one; empty for that.
     explicit Application(const std::filesystem::path& model);
+    /// What the user has copied from the application stays on the clipboard.
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -30,6 +32,7 @@ private:
 
     ModelManager m_model;
     const std::shared_ptr<MainThreadQueue> m_queue;
+    const std::shared_ptr<LastingPasteboard> m_pasteboard;
     AppState m_state;
     AppDelegate m_delegate;
 };
