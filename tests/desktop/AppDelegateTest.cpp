@@ -211,6 +211,7 @@ TEST_F(AppDelegateTest, ACurtainHidesThePopoverFromAnotherThread)
     drawn.set_value();
     waitFor("the popover", [&] { return popover().isVisible(); });
     thread.join();
+    queue->close();
 }
 
 TEST_F(AppDelegateTest, ACurtainDoesNotWaitForAProgramThatEnds)

@@ -49,7 +49,6 @@ protected:
     }
 
     static constexpr int leftAlt = 64;
-    static constexpr int physicalS = 39;
 };
 
 TEST_F(KeyEventsTest, TheApplicationInFrontGetsOneShortcutAndNothingElse)
