@@ -11,7 +11,7 @@ public:
     virtual ~TrayHost() = default;
 
     /// Has `came` called by the event loop for each that is there or comes.
-    static std::unique_ptr<TrayHost> create(std::function<void()> came);
+    static std::unique_ptr<TrayHost> create(const std::function<void()>& came);
 
 protected:
     TrayHost() = default;

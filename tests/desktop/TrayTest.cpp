@@ -15,10 +15,20 @@ protected:
                           {QString::number(place.x()), QString::number(place.y())});
     }
 
-    /// The window that comes to be the icon.
+    /// The window that comes to be the icon, once it can be clicked.
     std::uint32_t nextIcon(QProcess& panel)
     {
-        const QByteArray line = nextLine(panel);
+        QByteArray line = nextLine(panel);
+        m_session.waitUntil("the icon to be there", [&] {
+            panel.waitForReadyRead(1);
+            if (panel.canReadLine()) // another one in its place
+                line = panel.readLine().trimmed();
+            QProcess question;
+            question.setProcessEnvironment(m_session.environment());
+            question.start("xwininfo", {"-id", line.mid(5)});
+            question.waitForFinished();
+            return question.readAllStandardOutput().contains("Map State: IsViewable");
+        });
         EXPECT_TRUE(line.startsWith("icon ")) << line.toStdString();
         return line.mid(5).toUInt();
     }

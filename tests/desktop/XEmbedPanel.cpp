@@ -97,7 +97,8 @@ int main(int argc, char** argv)
 {
     if (argc != 3)
         return 2;
-    return XEmbedPanel(static_cast<std::int16_t>(std::atoi(argv[1])),
-                       static_cast<std::int16_t>(std::atoi(argv[2])))
-        .run();
+    const auto number = [](const char* text) {
+        return static_cast<std::int16_t>(std::strtol(text, nullptr, 10));
+    };
+    return XEmbedPanel(number(argv[1]), number(argv[2])).run();
 }

@@ -22,7 +22,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<TrayHost> TrayHost::create(std::function<void()> came)
+std::unique_ptr<TrayHost> TrayHost::create(const std::function<void()>& came)
 {
     return std::make_unique<AnyTrayHost>(came);
 }

@@ -27,21 +27,25 @@ X11OutsideClicks::X11OutsideClicks(std::unique_ptr<X11Connection> connection,
       m_stateProperty(m_connection->atom("WM_STATE"))
 {
     if (m_input.isAvailable())
-        resume();
+        select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+}
+
+void X11OutsideClicks::select(std::uint32_t mask)
+{
+    m_input.select(mask);
+    m_events.flush();
 }
 
 void X11OutsideClicks::pause()
 {
     m_isPaused = true; // some may be on their way
-    m_input.select(0);
-    m_events.flush();
+    select(0);
 }
 
 void X11OutsideClicks::resume()
 {
     m_isPaused = false;
-    m_input.select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
-    m_events.flush();
+    select(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
 }
 
 void X11OutsideClicks::handle(const xcb_generic_event_t& event)

@@ -5,6 +5,7 @@
 #include "X11Events.h"
 #include "X11RawInput.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -21,6 +22,7 @@ public:
 private:
     X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
 
+    void select(std::uint32_t mask);
     void handle(const xcb_generic_event_t& event);
     bool isPointerOnOurs();
     xcb_window_t childAtPointer(xcb_window_t window);
