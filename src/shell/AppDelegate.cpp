@@ -28,15 +28,16 @@ PopoverPlace::Monitor monitorOf(const QScreen& screen)
 
 } // namespace
 
-AppDelegate::AppDelegate(AppState& state, ModelManager& model, MakeContent makeContent)
-    : m_state(state), m_model(model), m_makeContent(std::move(makeContent))
+AppDelegate::AppDelegate(AppState& state, ModelManager& model, const Theme& theme,
+                         MakeContent makeContent)
+    : m_state(state), m_model(model), m_theme(theme), m_makeContent(std::move(makeContent))
 {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    m_icon = std::make_unique<TrayIcon>();
+    m_icon = std::make_unique<TrayIcon>(m_theme);
     connect(m_icon.get(), &TrayIcon::clicked, this, &AppDelegate::clickedIcon);
     m_popover = std::make_unique<Popover>(m_makeContent());
     m_outsideClicks = OutsideClicks::create([this] { clickedOutside(); });

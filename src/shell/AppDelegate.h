@@ -14,6 +14,7 @@
 
 class AppState;
 class ModelManager;
+class Theme;
 
 /// Holds the application together: the tray icon, the popover, the clicks that close it and the
 /// hotkey. Main thread only.
@@ -25,8 +26,8 @@ public:
     /// Makes the content of the popover, once.
     using MakeContent = std::function<std::unique_ptr<QWidget>()>;
 
-    /// Both outlive this.
-    AppDelegate(AppState& state, ModelManager& model, MakeContent makeContent);
+    /// All outlive this.
+    AppDelegate(AppState& state, ModelManager& model, const Theme& theme, MakeContent makeContent);
     ~AppDelegate() override;
 
     /// Sets everything up, and has the language model downloaded where it is missing.
@@ -59,6 +60,7 @@ private:
 
     AppState& m_state;
     ModelManager& m_model;
+    const Theme& m_theme;
     const MakeContent m_makeContent;
     std::unique_ptr<TrayIcon> m_icon;
     std::unique_ptr<Popover> m_popover;

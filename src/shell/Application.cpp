@@ -2,6 +2,7 @@
 
 #include "CaptureCurtain.h"
 #include "ClipboardOffer.h"
+#include "ContentView.h"
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
@@ -9,6 +10,8 @@
 #include "ScreenPermission.h"
 #include "Screenshot.h"
 #include "WindowList.h"
+
+#include <QDesktopServices>
 
 #include <exception>
 #include <variant>
@@ -33,17 +36,12 @@ static void keepClipboard(LastingPasteboard& pasteboard)
     }
 }
 
-static std::unique_ptr<QWidget> makeContent()
-{
-    return std::make_unique<QWidget>();
-}
-
 Application::Application(const std::filesystem::path& model)
     : m_model(modelOptions(model)),
       m_queue(MainThreadQueue::create()),
       m_pasteboard(std::make_shared<LastingPasteboard>(Pasteboard::create())),
       m_state(services(model)),
-      m_delegate(m_state, m_model, makeContent)
+      m_delegate(m_state, m_model, m_theme, [this] { return makeContent(); })
 {}
 
 Application::~Application()
@@ -69,6 +67,19 @@ AppServices Application::services(const std::filesystem::path& model)
         return std::holds_alternative<ModelManager::Ready>(m_model.state());
     };
     return services;
+}
+
+std::unique_ptr<QWidget> Application::makeContent()
+{
+    const ContentView::Actions actions = {QCoreApplication::quit,
+                                          [](const QUrl& url) { QDesktopServices::openUrl(url); }};
+    auto view = std::make_unique<ContentView>(m_state, m_theme, actions);
+    view->follow(m_model);
+    QObject::connect(view.get(), &ContentView::chooserOpened, &m_delegate,
+                     &AppDelegate::pauseOutsideClicks);
+    QObject::connect(view.get(), &ContentView::chooserClosed, &m_delegate,
+                     &AppDelegate::resumeOutsideClicks);
+    return view;
 }
 
 /// The popover is away until the picture is taken, and so back while it is read.

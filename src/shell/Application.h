@@ -2,8 +2,10 @@
 
 #include "AppDelegate.h"
 #include "AppState.h"
+#include "DesktopAppearance.h"
 #include "Instance.h"
 #include "ModelManager.h"
+#include "Theme.h"
 
 #include <filesystem>
 #include <memory>
@@ -28,8 +30,11 @@ public:
 private:
     AppServices services(const std::filesystem::path& model);
     std::string captureText(ScreenGrab::Kind kind);
+    std::unique_ptr<QWidget> makeContent();
     void handle(Instance::Request request);
 
+    Theme m_theme;
+    DesktopAppearance m_appearance{m_theme};
     ModelManager m_model;
     const std::shared_ptr<MainThreadQueue> m_queue;
     const std::shared_ptr<LastingPasteboard> m_pasteboard;

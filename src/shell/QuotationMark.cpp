@@ -1,27 +1,42 @@
 #include "QuotationMark.h"
 
+#include "Icon.h"
+
 #include <QIconEngine>
 #include <QPainter>
-#include <QPainterPath>
+
+#include <array>
+#include <cmath>
 
 namespace QuotationMark {
 
 namespace {
 
-constexpr qreal grid = 16; // units a side
-
-/// One of the two: a round head and a tail that ends in a point below its left edge.
-QPainterPath comma(qreal left)
+QPixmap symbol(int side, const QColor& color)
 {
-    constexpr qreal top = 4;
-    constexpr qreal size = 5;
-    QPainterPath head;
-    head.addEllipse(QRectF(left, top, size, size));
-    QPainterPath tail(QPointF(left + size, top + size / 2));
-    tail.cubicTo(left + size, top + 6, left + 3, top + 7.5, left + 0.75, top + 8);
-    tail.cubicTo(left + 2, top + 6.5, left + 2.5, top + 5.5, left + 2.5, top + size - 0.5);
-    tail.closeSubpath();
-    return head.united(tail);
+    return Icon::pixmap(Symbol::quotation, side, 1, color);
+}
+
+/// The mark in every direction from its place, so that it shows all around it.
+QPixmap rim(int side, const QColor& color)
+{
+    constexpr qreal straight = 1.0 / 16; // of the side
+    const qreal diagonal = straight * std::sqrt(0.5);
+    const std::array<QPointF, 8> directions = {{{straight, 0},
+                                                {-straight, 0},
+                                                {0, straight},
+                                                {0, -straight},
+                                                {diagonal, diagonal},
+                                                {diagonal, -diagonal},
+                                                {-diagonal, diagonal},
+                                                {-diagonal, -diagonal}}};
+    QPixmap result(side, side);
+    result.fill(Qt::transparent);
+    QPainter painter(&result);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    for (const QPointF& direction : directions)
+        painter.drawPixmap(direction * side, symbol(side, color));
+    return result;
 }
 
 class Engine : public QIconEngine
@@ -31,16 +46,14 @@ public:
 
     void paint(QPainter* painter, const QRect& area, QIcon::Mode, QIcon::State) override
     {
-        const qreal side = qMin(area.width(), area.height());
-        const QPainterPath path = comma(2) | comma(9);
-        QColor rim = m_isDark ? Qt::black : Qt::white;
-        rim.setAlphaF(0.75F);
+        const int side = qMin(area.width(), area.height());
+        const QPoint corner = area.center() - QPoint((side - 1) / 2, (side - 1) / 2);
         painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(QRectF(area).center() - QPointF(side, side) / 2);
-        painter->scale(side / grid, side / grid);
-        painter->strokePath(path, QPen(rim, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter->fillPath(path, m_isDark ? QColor(0xF2F2F4) : QColor(0x2B2B2E));
+        constexpr qreal rimOpacity = 0.75;
+        painter->setOpacity(rimOpacity);
+        painter->drawPixmap(corner, rim(side, m_isDark ? Qt::black : Qt::white));
+        painter->setOpacity(1);
+        painter->drawPixmap(corner, symbol(side, m_isDark ? QColor(0xF2F2F4) : QColor(0x2B2B2E)));
         painter->restore();
     }
 

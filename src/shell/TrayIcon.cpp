@@ -1,15 +1,13 @@
 #include "TrayIcon.h"
 
 #include "QuotationMark.h"
+#include "Theme.h"
 #include "TrayHost.h"
 
-#include <QApplication>
-#include <QEvent>
-#include <QPalette>
-
-TrayIcon::TrayIcon() : m_host(TrayHost::create([this] { show(); }))
+TrayIcon::TrayIcon(const Theme& theme)
+    : m_theme(theme), m_host(TrayHost::create([this] { show(); }))
 {
-    QCoreApplication::instance()->installEventFilter(this);
+    connect(&theme, &Theme::changed, this, &TrayIcon::draw);
 }
 
 TrayIcon::~TrayIcon() = default;
@@ -35,19 +33,9 @@ void TrayIcon::show()
     m_icon->show();
 }
 
-/// Panels follow the desktop's theme, as the palette does.
+/// Panels follow the desktop's appearance.
 void TrayIcon::draw()
 {
-    constexpr int half = 128;
-    const bool isDark = QGuiApplication::palette().color(QPalette::Window).lightness() < half;
     if (m_icon)
-        m_icon->setIcon(QuotationMark::icon(isDark));
-}
-
-bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::ApplicationPaletteChange &&
-        watched == QCoreApplication::instance())
-        draw();
-    return false;
+        m_icon->setIcon(QuotationMark::icon(m_theme.appearance().isDark));
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+class Theme;
 class TrayHost;
 
 /// The program's icon in the panel, whenever there is a panel that shows icons. Main thread.
@@ -15,7 +16,8 @@ class TrayIcon : public QObject
     Q_OBJECT
 
 public:
-    TrayIcon();
+    /// Requires: `theme` outlives this.
+    explicit TrayIcon(const Theme& theme);
     ~TrayIcon() override;
 
     /// Where it is on the desktop; null where there is no icon or the panel does not tell.
@@ -24,13 +26,11 @@ public:
 signals:
     void clicked();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void show();
     void draw();
 
+    const Theme& m_theme;
     std::unique_ptr<TrayHost> m_host;
     // Made when a host is there: what Qt finds then it goes by for good.
     std::optional<QSystemTrayIcon> m_icon;

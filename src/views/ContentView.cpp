@@ -26,7 +26,7 @@ ContentView::ContentView(AppState& state, const Theme& theme, const Actions& act
                          QWidget* parent)
     : QWidget(parent)
 {
-    setFixedSize(extent);
+    resize(extent);
     theme.applyTo(*this);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -112,6 +112,13 @@ void ContentView::takeFocus()
         m_main->takeFocus();
     else
         m_setup->setFocus(Qt::OtherFocusReason);
+}
+
+/// Where the user has left the focus, else where it is of most use.
+void ContentView::showEvent(QShowEvent*)
+{
+    if (window()->focusWidget() == nullptr)
+        takeFocus();
 }
 
 /// Of keys that nothing inside has a use for.

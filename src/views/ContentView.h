@@ -38,8 +38,11 @@ public:
     /// outlives this view.
     void follow(ModelManager& models);
 
-    /// Gives the focus to what the user most likely wants first; for the popover as it opens.
+    /// Gives the focus to what the user most likely wants first, as happens when it is first shown.
     void takeFocus();
+
+    /// What it is drawn for; it can do with less height.
+    QSize sizeHint() const override { return extent; }
 
 signals:
     void startRequested();
@@ -48,6 +51,7 @@ signals:
     void chooserClosed();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -47,6 +47,7 @@ void FileChooser::open()
     m_dialog = new QFileDialog(m_view.window(), QStringLiteral("Choose File"), m_folder);
     m_dialog->setObjectName(QStringLiteral("fileChooser"));
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_dialog->setAttribute(Qt::WA_WindowPropagation); // dark where the view is
     m_dialog->setFileMode(QFileDialog::ExistingFile);
     m_dialog->setOption(QFileDialog::HideNameFilterDetails);
     m_dialog->setNameFilter(QStringLiteral("Documents and pictures (%1)").arg(patterns()));

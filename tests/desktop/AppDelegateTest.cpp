@@ -6,6 +6,7 @@
 #include "MainThreadQueue.h"
 #include "ModelManager.h"
 #include "SelectionFixture.h"
+#include "Theme.h"
 
 #include <QCoroFuture>
 #include <QPromise>
@@ -47,7 +48,8 @@ protected:
     std::filesystem::path m_file = m_session.path("model.gguf").toStdString();
     ModelManager m_model{{m_file, m_server.url("/model")}};
     AppState m_state{AppServices::system()};
-    AppDelegate m_delegate{m_state, m_model, [] { return std::make_unique<QWidget>(); }};
+    Theme m_theme;
+    AppDelegate m_delegate{m_state, m_model, m_theme, [] { return std::make_unique<QWidget>(); }};
 };
 
 class ReadyModelTest : public AppDelegateTest
@@ -72,7 +74,7 @@ protected:
             co_return co_await m_selection.future();
         };
         m_slowState = std::make_unique<AppState>(std::move(services));
-        m_slow = std::make_unique<AppDelegate>(*m_slowState, m_model,
+        m_slow = std::make_unique<AppDelegate>(*m_slowState, m_model, m_theme,
                                                [] { return std::make_unique<QWidget>(); });
         m_slow->applicationDidFinishLaunching();
     }
@@ -167,7 +169,7 @@ TEST_F(AppDelegateTest, ADownloadUnderWayIsLeftAlone)
 TEST_F(ReadyModelTest, AModelThatIsThereIsNotDownloaded)
 {
     ASSERT_TRUE(std::holds_alternative<ModelManager::Ready>(m_ready.state()));
-    AppDelegate delegate(m_state, m_ready, [] { return std::make_unique<QWidget>(); });
+    AppDelegate delegate(m_state, m_ready, m_theme, [] { return std::make_unique<QWidget>(); });
     delegate.applicationDidFinishLaunching();
     EXPECT_TRUE(std::holds_alternative<ModelManager::Ready>(m_ready.state()));
     EXPECT_EQ(m_server.requests().size(), 0U);
