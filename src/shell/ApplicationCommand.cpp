@@ -7,10 +7,12 @@
 #include "Instance.h"
 #include "Interrupt.h"
 #include "Mutex.h"
+#include "Terminal.h"
 
 #include <QApplication>
 #include <QNetworkProxyFactory>
 
+#include <iostream>
 #include <system_error>
 
 namespace ApplicationCommand {
@@ -91,6 +93,15 @@ void checkModel(const std::string& model)
         throw AppError("There is no model file at " + model + ".");
 }
 
+/// Nothing else can be seen of it where the desktop has no tray.
+void greet()
+{
+    if (Terminal::isTerminal(*stdout))
+        std::cout << "Pithwise is in the tray. Its icon or \"pithwise toggle\" shows it, Ctrl+C "
+                     "here ends it."
+                  << std::endl;
+}
+
 int runApplication(const std::string& model)
 {
     Instance instance;
@@ -100,6 +111,7 @@ int runApplication(const std::string& model)
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     Application application(model);
     application.launch(instance);
+    greet();
     return QApplication::exec();
 }
 

@@ -31,6 +31,19 @@ TEST_F(ApplicationTest, NothingIsShownAtTheStart)
     EXPECT_FALSE(isShown());
 }
 
+TEST_F(ApplicationTest, ATerminalIsToldHowToShowIt)
+{
+    Program program(PITHWISE_PROGRAM, Program::Output::terminal);
+    program.start({"--model", standin()});
+    ASSERT_TRUE(program.waitForOutput());
+    program.interrupt();
+    EXPECT_EQ(program.finish(), 0);
+    EXPECT_EQ(program.output(),
+              "Pithwise is in the tray. Its icon or \"pithwise toggle\" shows it, Ctrl+C here ends "
+              "it.\r\n");
+    EXPECT_EQ(program.error(), "");
+}
+
 TEST_F(ApplicationTest, ToggleShowsAndHides)
 {
     launch();
