@@ -77,6 +77,12 @@ protected:
     {}
 };
 
+class TrayOnLowScreenTest : public TrayTest
+{
+protected:
+    TrayOnLowScreenTest() : TrayTest({.size = {1024, 576}}) {}
+};
+
 class TrayOnCompositedDesktopTest : public TrayTest
 {
 protected:
@@ -94,6 +100,14 @@ TEST_F(TrayTest, TheIconClickedTwiceOpensAndCloses)
     waitUntilShown();
     click(m_icon);
     waitUntilHidden();
+}
+
+TEST_F(TrayOnLowScreenTest, ThePopoverIsAsHighAsTheWorkArea)
+{
+    launch();
+    EXPECT_EQ(run({"toggle"}), 0) << m_error;
+    waitUntilShown();
+    EXPECT_EQ(areaOf(popover()).height(), 576);
 }
 
 TEST_F(TrayTest, EachOfSeveralQuickClicksCounts)
