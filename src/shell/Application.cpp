@@ -9,6 +9,7 @@
 #include "OCR.h"
 #include "ScreenPermission.h"
 #include "Screenshot.h"
+#include "SelectionGrabber.h"
 #include "WindowList.h"
 
 #include <QDesktopServices>
@@ -29,8 +30,9 @@ static void keepClipboard(LastingPasteboard& pasteboard)
 {
     constexpr std::chrono::milliseconds limit(150);
     try {
-        if (const std::optional<std::string> text = pasteboard.leftover(limit))
-            ClipboardOffer::put(*text);
+        const std::vector<Pasteboard::Item> items = pasteboard.leftover(limit);
+        if (!items.empty())
+            ClipboardOffer::put(items);
     } catch (const std::exception&) {
         // There is nobody left to tell.
     }
@@ -40,6 +42,7 @@ Application::Application(const std::filesystem::path& model)
     : m_model(modelOptions(model)),
       m_queue(MainThreadQueue::create()),
       m_pasteboard(std::make_shared<LastingPasteboard>(Pasteboard::create())),
+      m_grabPasteboard(std::make_shared<LastingPasteboard>(Pasteboard::create())),
       m_state(services(model)),
       m_delegate(m_state, m_model, m_theme, [this] { return makeContent(); })
 {}
@@ -47,7 +50,8 @@ Application::Application(const std::filesystem::path& model)
 Application::~Application()
 {
     m_queue->close();
-    keepClipboard(*m_pasteboard);
+    for (const auto& pasteboard : {m_pasteboard, m_grabPasteboard})
+        keepClipboard(*pasteboard);
 }
 
 void Application::launch(Instance& instance)
@@ -61,6 +65,9 @@ AppServices Application::services(const std::filesystem::path& model)
 {
     AppServices services = AppServices::system();
     services.pasteboard = m_pasteboard;
+    SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
+    ports.pasteboard = m_grabPasteboard;
+    services.grabSelection = [ports] { return SelectionGrabber::grab(ports); };
     services.captureText = [this](ScreenGrab::Kind kind) { return captureText(kind); };
     services.generate = ModelOption::engine(model.string());
     services.isModelReady = [this] {

@@ -19,7 +19,7 @@ class Application
 public:
     /// `model` is the file to use instead of the downloaded one; empty for that.
     explicit Application(const std::filesystem::path& model);
-    /// What the user has copied from the application stays on the clipboard.
+    /// What the application has put on the clipboard stays there.
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -38,6 +38,7 @@ private:
     ModelManager m_model;
     const std::shared_ptr<MainThreadQueue> m_queue;
     const std::shared_ptr<LastingPasteboard> m_pasteboard;
+    const std::shared_ptr<LastingPasteboard> m_grabPasteboard; // another thread's
     AppState m_state;
     AppDelegate m_delegate;
 };

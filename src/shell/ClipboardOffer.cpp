@@ -2,25 +2,27 @@
 
 #include "AppError.h"
 #include "BackgroundTask.h"
-#include "Pasteboard.h"
+#include "ClipboardContents.h"
 
 #include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 namespace ClipboardOffer {
 
 static constexpr std::chrono::seconds limit(2);
 
-void put(const std::string& text)
+static void offer(std::vector<std::string> arguments, const std::string& input)
 {
     // The program itself once more: a mere fork would have none of the threads that this process
     // may have by now, but the locks they held.
+    arguments.insert(arguments.begin(), "offer-clipboard");
     std::string answer;
     try {
-        answer = BackgroundTask::runProgram({"offer-clipboard"}, text);
+        answer = BackgroundTask::runProgram(arguments, input);
     } catch (const std::system_error&) {
         // told below
     }
@@ -28,13 +30,28 @@ void put(const std::string& text)
         throw AppError("The text could not be put on the clipboard.");
 }
 
-int serve()
+void put(const std::string& text)
 {
-    const std::string text{std::istreambuf_iterator<char>(std::cin), {}};
+    offer({}, text);
+}
+
+void put(const std::vector<Pasteboard::Item>& items)
+{
+    offer({"--contents"}, ClipboardContents::written(items).toStdString());
+}
+
+int serve(bool isText)
+{
+    std::string input{std::istreambuf_iterator<char>(std::cin), {}};
     const auto pasteboard = Pasteboard::create();
     pasteboard->clear();
-    pasteboard->writeText(text);
-    if (!pasteboard->plainText(limit)) // there is no desktop
+    if (isText) {
+        pasteboard->writeText(std::move(input));
+    } else {
+        for (Pasteboard::Item& item : ClipboardContents::read(QByteArray::fromStdString(input)))
+            pasteboard->write(std::move(item));
+    }
+    if (pasteboard->items(limit).empty()) // there is no desktop
         return 1;
     std::puts("offered");
     // Whoever waits for the end of the output must not wait for the rest.

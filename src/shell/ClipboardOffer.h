@@ -1,8 +1,11 @@
 #pragma once
 
-#include <string>
+#include "Pasteboard.h"
 
-/// Text on the clipboard that outlives the program.
+#include <string>
+#include <vector>
+
+/// Contents of the clipboard that outlive the program.
 namespace ClipboardOffer {
 
 /// Puts `text`, in UTF-8, on the clipboard and returns when it can be pasted. A process in the
@@ -10,8 +13,11 @@ namespace ClipboardOffer {
 /// it. Throws AppError. Any thread, whatever others are running.
 void put(const std::string& text);
 
-/// What that process runs, as a hidden command of the program: offers its standard input, and tells
-/// on its standard output when it does. Returns the exit status.
-int serve();
+/// The same with all that is on a clipboard.
+void put(const std::vector<Pasteboard::Item>& items);
+
+/// What that process runs, as a hidden command of the program: offers its standard input, a text or
+/// else ClipboardContents, and tells on its standard output when it does. Returns the exit status.
+int serve(bool isText);
 
 } // namespace ClipboardOffer

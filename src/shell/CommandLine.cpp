@@ -199,10 +199,12 @@ private:
     /// What the program starts itself with; nothing for users.
     void addHelpers()
     {
-        app.add_subcommand("offer-clipboard")->group("")->callback([this] {
-            action = ClipboardOffer::serve;
+        CLI::App* command = app.add_subcommand("offer-clipboard")->group("");
+        const CLI::Option* contents = command->add_flag("--contents");
+        command->callback([this, contents] {
+            action = [isText = contents->count() == 0] { return ClipboardOffer::serve(isText); };
         });
-        CLI::App* command = app.add_subcommand(DocumentProcess::command)->group("");
+        command = app.add_subcommand(DocumentProcess::command)->group("");
         command->add_option("FILE", request.source)->required();
         command->callback([this] {
             action = [this] { return DocumentProcess::serve(request.source, *stdout); };

@@ -1,21 +1,65 @@
 #include "LastingPasteboard.h"
 
+#include <utility>
+
+LastingPasteboard::LastingPasteboard(std::unique_ptr<Pasteboard> below) : m_below(std::move(below))
+{}
+
+std::vector<Pasteboard::Item> LastingPasteboard::leftover(std::chrono::milliseconds limit)
+{
+    const MutexLock lock(m_mutex);
+    if (m_written && m_below->changeCount() == m_written && !m_below->handOver(limit))
+        return m_below->items(limit);
+    return {};
+}
+
+std::uint64_t LastingPasteboard::changeCount()
+{
+    const MutexLock lock(m_mutex);
+    return m_below->changeCount();
+}
+
+std::vector<Pasteboard::Item> LastingPasteboard::items(std::chrono::milliseconds limit)
+{
+    const MutexLock lock(m_mutex);
+    return m_below->items(limit);
+}
+
+std::optional<std::string> LastingPasteboard::plainText(std::chrono::milliseconds limit)
+{
+    const MutexLock lock(m_mutex);
+    return m_below->plainText(limit);
+}
+
 void LastingPasteboard::clear()
 {
-    m_text.reset();
+    const MutexLock lock(m_mutex);
     m_below->clear();
+    m_written = m_below->changeCount();
+}
+
+void LastingPasteboard::write(Item item)
+{
+    const MutexLock lock(m_mutex);
+    m_below->write(std::move(item));
+    m_written = m_below->changeCount();
 }
 
 void LastingPasteboard::writeText(std::string text)
 {
-    m_text = text;
+    const MutexLock lock(m_mutex);
     m_below->writeText(std::move(text));
+    m_written = m_below->changeCount();
 }
 
-std::optional<std::string> LastingPasteboard::leftover(std::chrono::milliseconds limit)
+bool LastingPasteboard::handOver(std::chrono::milliseconds limit)
 {
-    // Where another program has copied the same text since, offering it once more does no harm.
-    if (m_text && !handOver(limit) && plainText(limit) == m_text)
-        return m_text;
-    return std::nullopt;
+    const MutexLock lock(m_mutex);
+    return m_below->handOver(limit);
+}
+
+void LastingPasteboard::serveUntilReplaced()
+{
+    const MutexLock lock(m_mutex);
+    m_below->serveUntilReplaced();
 }

@@ -1,40 +1,38 @@
 #pragma once
 
+#include "Mutex.h"
 #include "Pasteboard.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-/// A clipboard that knows which text of this program is on it, so that the text can outlive the
-/// program.
+/// A clipboard that knows whether what this program has written is on it, so that it can outlive
+/// the program. Unlike others it may be used by several threads at once, of which one waits for the
+/// other.
 class LastingPasteboard : public Pasteboard
 {
 public:
-    explicit LastingPasteboard(std::unique_ptr<Pasteboard> below) : m_below(std::move(below)) {}
+    explicit LastingPasteboard(std::unique_ptr<Pasteboard> below);
 
-    /// The text written last, if it is on the clipboard still and would be gone with this object:
-    /// where a clipboard manager takes it over, it is not. Takes twice the limit at most.
-    std::optional<std::string> leftover(std::chrono::milliseconds limit);
+    /// What was written last, if it is on the clipboard still and would be gone with this object:
+    /// where a clipboard manager takes it over, there is nothing. Takes twice the limit at most.
+    std::vector<Item> leftover(std::chrono::milliseconds limit);
 
-    std::uint64_t changeCount() override { return m_below->changeCount(); }
-    std::vector<Item> items(std::chrono::milliseconds limit) override
-    {
-        return m_below->items(limit);
-    }
-    std::optional<std::string> plainText(std::chrono::milliseconds limit) override
-    {
-        return m_below->plainText(limit);
-    }
+    std::uint64_t changeCount() override;
+    std::vector<Item> items(std::chrono::milliseconds limit) override;
+    std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
     void clear() override;
-    void write(Item item) override { m_below->write(std::move(item)); }
+    void write(Item item) override;
     void writeText(std::string text) override;
-    bool handOver(std::chrono::milliseconds limit) override { return m_below->handOver(limit); }
-    void serveUntilReplaced() override { m_below->serveUntilReplaced(); }
+    bool handOver(std::chrono::milliseconds limit) override;
+    void serveUntilReplaced() override;
 
 private:
+    Mutex m_mutex;
     const std::unique_ptr<Pasteboard> m_below;
-    std::optional<std::string> m_text;
+    /// The change that was ours; none before the first.
+    std::optional<std::uint64_t> m_written PITHWISE_GUARDED_BY(m_mutex);
 };

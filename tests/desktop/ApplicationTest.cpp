@@ -2,6 +2,8 @@
 #include "BenchModel.h"
 #include "TestWindow.h"
 
+#include <QFile>
+
 namespace {
 
 class ApplicationTest : public ApplicationFixture
@@ -114,6 +116,24 @@ TEST_F(ApplicationTest, TheHotkeySummarizesAndThenShows)
     m_session.xdotool({"key", "ctrl+alt+s"});
     waitUntilShown();
     waitUntilInFront(popover());
+}
+
+TEST_F(ApplicationTest, AClipboardThatWasPutBackOutlivesTheApplication)
+{
+    QFile file(m_session.path("clipboard"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("<b>earlier</b>") > 0);
+    file.close();
+    QProcess& earlier = m_session.start(
+        "xclip", {"-quiet", "-selection", "clipboard", "-t", "text/html", "-i", file.fileName()});
+    QProcess& process = launch();
+    startApp({"--copies", "copied"});
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilShown();
+    ASSERT_TRUE(earlier.waitForFinished()); // because it is another's clipboard now
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(m_session.run("xclip", {"-o", "-selection", "clipboard", "-t", "text/html"}),
+              "<b>earlier</b>");
 }
 
 TEST_F(ApplicationTest, TheHotkeyGivesAPopoverThatIsShownTheKeyboardAgain)

@@ -8,7 +8,17 @@ namespace {
 class LastingPasteboardTest : public SelectionFixture
 {
 protected:
-    Text leftover() { return m_pasteboard.leftover(std::chrono::milliseconds(500)); }
+    /// The plain text in what is left.
+    Text leftover()
+    {
+        for (const Pasteboard::Item& item : m_pasteboard.leftover(std::chrono::milliseconds(500))) {
+            for (const Pasteboard::Representation& representation : item) {
+                if (representation.type == "UTF8_STRING")
+                    return representation.data;
+            }
+        }
+        return std::nullopt;
+    }
 
     void write(const std::string& text)
     {
@@ -31,6 +41,29 @@ TEST_F(LastingPasteboardTest, TheTextWrittenLastIsLeft)
     write("naïve 👩");
     EXPECT_EQ(clipboard().toStdString(), "naïve 👩");
     EXPECT_EQ(leftover(), "naïve 👩");
+}
+
+TEST_F(LastingPasteboardTest, EveryFormIsLeft)
+{
+    const Pasteboard::Item item = {{"image/png", std::string("\x89PNG\0\n", 6), ""},
+                                   {"text/html", "<b>bold</b>", ""}};
+    m_pasteboard.clear();
+    m_pasteboard.write(item);
+    const auto left = m_pasteboard.leftover(std::chrono::milliseconds(500));
+    ASSERT_EQ(left.size(), 1U);
+    const auto has = [&](const Pasteboard::Representation& wanted) {
+        return std::any_of(left[0].begin(), left[0].end(), [&](const auto& representation) {
+            return representation.type == wanted.type && representation.data == wanted.data;
+        });
+    };
+    EXPECT_TRUE(has(item[0]) && has(item[1]));
+}
+
+TEST_F(LastingPasteboardTest, NothingIsLeftWhenAnotherProgramHasCopiedTheSame)
+{
+    write("the same");
+    putOnClipboard("the same");
+    EXPECT_EQ(leftover(), std::nullopt);
 }
 
 TEST_F(LastingPasteboardTest, NothingIsLeftWhenAnotherProgramHasCopied)
