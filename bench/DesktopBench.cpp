@@ -30,10 +30,8 @@ public:
     {
         QProcess& process = m_session.start(program, arguments);
         const std::uint32_t window = m_session.waitForWindow({"--name", title});
-        const QByteArray id = "0x" + QByteArray::number(window, 16);
-        m_session.waitUntil("a window to come to the front", [&] {
-            return (m_session.property(0, "_NET_ACTIVE_WINDOW") + ' ').contains(id + ' ');
-        });
+        m_session.waitUntil("a window to come to the front",
+                            [&] { return m_session.isInFront(window); });
         return process;
     }
 

@@ -114,10 +114,8 @@ protected:
 
     void waitUntilInFront(std::uint32_t window)
     {
-        const QByteArray id = "0x" + QByteArray::number(window, 16);
-        m_session.waitUntil("a window to come to the front", [&] {
-            return (m_session.property(0, "_NET_ACTIVE_WINDOW") + ' ').contains(id + ' ');
-        });
+        m_session.waitUntil("a window to come to the front",
+                            [&] { return m_session.isInFront(window); });
     }
 
     /// Starts a foreign application and returns its window when it is in front.

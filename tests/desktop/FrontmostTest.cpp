@@ -5,6 +5,21 @@ namespace {
 /// Whose selection it is that comes, and by which of the ways.
 using FrontmostTest = SelectionFixture;
 
+/// Its window manager adds a second value to what names the active window.
+class FrontmostOnXfwmTest : public SelectionFixture
+{
+protected:
+    FrontmostOnXfwmTest()
+        : SelectionFixture({.windowManager = DesktopSession::WindowManager::compositing})
+    {}
+};
+
+TEST_F(FrontmostOnXfwmTest, TheApplicationInFrontIsKnown)
+{
+    startApp({"--copies", "of the one in front"});
+    EXPECT_EQ(grab(), "of the one in front");
+}
+
 TEST_F(FrontmostTest, AnotherApplicationsPrimaryIsNotTaken)
 {
     startApp({"--editor", "of the one behind"}, "Behind");

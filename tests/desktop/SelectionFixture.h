@@ -34,6 +34,9 @@ public:
 protected:
     using Text = std::optional<std::string>;
 
+    SelectionFixture() : SelectionFixture(DesktopSession::Options{}) {}
+    explicit SelectionFixture(const DesktopSession::Options& options) : m_session(options) {}
+
     /// Starts a foreign application and returns when it is in front.
     QProcess& startApp(const QStringList& options, const QString& title = "Foreign",
                        const QStringList& variables = {})
@@ -46,11 +49,10 @@ protected:
 
     void waitUntilInFront(std::uint32_t window)
     {
-        const QByteArray id = "0x" + QByteArray::number(window, 16);
         m_session.waitUntil("a window to come to the front", [&] {
             // Without this a small machine's test process would not answer as a client.
             QCoreApplication::processEvents();
-            return (m_session.property(0, "_NET_ACTIVE_WINDOW") + ' ').contains(id + ' ');
+            return m_session.isInFront(window);
         });
     }
 

@@ -130,6 +130,13 @@ QByteArray DesktopSession::run(const QString& program, const QStringList& argume
     return process.readAllStandardOutput();
 }
 
+bool DesktopSession::isInFront(std::uint32_t window)
+{
+    // Some window managers add a second value.
+    const QByteArray active = property(0, "_NET_ACTIVE_WINDOW").replace(',', ' ') + ' ';
+    return active.contains(" 0x" + QByteArray::number(window, 16) + ' ');
+}
+
 void DesktopSession::waitUntil(const char* what, const std::function<bool()>& condition)
 {
     const QDeadlineTimer deadline(patience);

@@ -73,6 +73,9 @@ public:
     /// Whether the window manager has taken `window` in.
     bool isListed(std::uint32_t window);
 
+    /// Whether the window manager calls `window` the active one.
+    bool isInFront(std::uint32_t window);
+
     /// Returns once `condition` holds; `what` names it in the error.
     void waitUntil(const char* what, const std::function<bool()>& condition);
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstring>
 #include <fstream>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -21,16 +21,13 @@ constexpr std::array<std::string_view, 27> terminals = {
     "tilda",     "tilix",    "urxvt",   "warp",       "wezterm", "xfce4-dropdown",
     "yakuake",   "zutty",    "tmux"};
 
+/// The first value of a property: window managers may add others.
 std::optional<std::uint32_t> number(X11Connection& connection, xcb_window_t window,
                                     const char* name, Deadline deadline)
 {
-    const auto property = connection.property(window, connection.atom(name, deadline),
-                                              sizeof(std::uint32_t), deadline);
-    std::uint32_t value = 0;
-    if (!property || property->format != 32 || property->bytes.size() != sizeof value)
-        return std::nullopt;
-    std::memcpy(&value, property->bytes.data(), sizeof value);
-    return value;
+    const auto question = connection.askValues(window, connection.atom(name, deadline), 1);
+    const std::vector<std::uint32_t> values = connection.values(question, deadline);
+    return values.empty() ? std::nullopt : std::optional(values.front());
 }
 
 /// What the window manager calls active; the window that has the keyboard where there is no manager

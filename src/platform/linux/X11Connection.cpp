@@ -180,9 +180,10 @@ xcb_get_property_cookie_t X11Connection::askValues(xcb_window_t window, xcb_atom
     return xcb_get_property(m_connection, 0, window, property, XCB_ATOM_ANY, 0, most);
 }
 
-std::vector<std::uint32_t> X11Connection::values(xcb_get_property_cookie_t question)
+std::vector<std::uint32_t> X11Connection::values(xcb_get_property_cookie_t question,
+                                                 Deadline deadline)
 {
-    const auto answer = reply<xcb_get_property_reply_t>(question);
+    const auto answer = reply<xcb_get_property_reply_t>(question, deadline);
     if (!answer || answer->format != 32)
         return {};
     const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));

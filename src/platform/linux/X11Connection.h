@@ -91,7 +91,8 @@ public:
     /// there or not of 32-bit values.
     xcb_get_property_cookie_t askValues(xcb_window_t window, xcb_atom_t property,
                                         std::uint32_t most) const;
-    std::vector<std::uint32_t> values(xcb_get_property_cookie_t question);
+    std::vector<std::uint32_t> values(xcb_get_property_cookie_t question,
+                                      Deadline deadline = never);
 
 private:
     X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen);
