@@ -86,15 +86,16 @@ QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>
 
 void ContentView::setModelState(const ModelManager::State& state)
 {
-    const bool hadFocus = m_body->isAncestorOf(window()->focusWidget());
+    const QWidget* const focused = window()->focusWidget();
+    // A button of the setup that was pressed and is gone has left it to nobody.
+    const bool hadFocus = focused == nullptr || m_body->isAncestorOf(focused);
     m_setup->setState(state);
     QWidget* const shown = std::holds_alternative<ModelManager::Ready>(state)
                                ? static_cast<QWidget*>(m_main)
                                : m_setup;
-    if (shown == m_body->currentWidget())
-        return;
+    const bool isAnother = shown != m_body->currentWidget();
     m_body->setCurrentWidget(shown);
-    if (hadFocus)
+    if (hadFocus && (isAnother || window()->focusWidget() == nullptr))
         takeFocus();
 }
 

@@ -99,6 +99,29 @@ TEST_F(ContentViewTest, TheFocusGoesAlongWithTheModel)
     EXPECT_TRUE(editor().hasFocus());
 }
 
+TEST_F(ContentViewTest, TheFocusIsBackAfterADownloadThatWasStartedWithTheKeyboard)
+{
+    view->setModelState(ModelManager::Failed{"It failed."});
+    show();
+    ASSERT_TRUE(button("startDownload").hasFocus());
+    view->setModelState(ModelManager::Downloading{0});
+    EXPECT_FALSE(button("quit").hasFocus());
+    view->setModelState(ModelManager::Failed{"It failed again."});
+    EXPECT_TRUE(button("startDownload").hasFocus());
+    view->setModelState(ModelManager::Downloading{0.5});
+    view->setModelState(ModelManager::Ready{});
+    EXPECT_TRUE(editor().hasFocus());
+}
+
+TEST_F(ContentViewTest, TheFocusStaysInTheFooterWhenTheModelIsReady)
+{
+    view->setModelState(ModelManager::Downloading{0.5});
+    show();
+    button("quit").setFocus();
+    view->setModelState(ModelManager::Ready{});
+    EXPECT_TRUE(button("quit").hasFocus());
+}
+
 TEST_F(ContentViewTest, TheFocusBeginsWithTheTabsFirstControl)
 {
     show();
