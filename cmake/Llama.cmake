@@ -3,7 +3,8 @@
 #   2. the source folder in PITHWISE_LLAMA_SOURCE,
 #   3. the pinned source, fetched by name and checked, built once into PITHWISE_CACHE_DIR.
 # Sets PITHWISE_LLAMA_SOURCE_DIR (empty for an installed one) and PITHWISE_LLAMA_BUILD_DIR, which
-# the benchmarks need, and PITHWISE_TOKENIZER_DIR, where the real tokenizer is for tests.
+# the benchmarks need, PITHWISE_LLAMA_LIBRARY_DIR for packages, and PITHWISE_TOKENIZER_DIR, where the
+# real tokenizer is for tests.
 
 include(ProcessorCount)
 
@@ -12,6 +13,8 @@ option(PITHWISE_LLAMA_ALL_VARIANTS
        "Build llama.cpp with every CPU variant as loadable back ends (for packages)" OFF)
 set(PITHWISE_LLAMA_GPU "" CACHE STRING
     "With all variants: loadable GPU back ends to build as well, e.g. \"VULKAN;CUDA\"")
+set(PITHWISE_LIBRARY_DIR "" CACHE PATH
+    "With all variants: where a package installs llama.cpp; empty to run where it was built")
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
   set(_default_cache "$ENV{XDG_CACHE_HOME}/pithwise")
 else()
@@ -110,7 +113,7 @@ function(_pithwise_llama_build source build prefix flags)
                       -G "${CMAKE_GENERATOR}" ${flags} "-DCMAKE_INSTALL_PREFIX=${prefix}"
                       -DCMAKE_INSTALL_LIBDIR=lib -DCMAKE_INSTALL_BINDIR=lib --log-level=WARNING)
   _pithwise_llama_run("Building llama.cpp" ${CMAKE_COMMAND} --build "${build}" -j${jobs})
-  _pithwise_llama_run("Installing llama.cpp" ${CMAKE_COMMAND} --install "${build}")
+  _pithwise_llama_run("Installing llama.cpp" ${CMAKE_COMMAND} --install "${build}" --strip)
   file(TOUCH "${prefix}/complete")
 endfunction()
 
@@ -158,6 +161,10 @@ else()
   set(_llama_backends "${_llama_prefix}/lib")
 endif()
 
+set(PITHWISE_LLAMA_LIBRARY_DIR "${_llama_backends}")
+if(PITHWISE_LIBRARY_DIR)
+  set(_llama_backends "${PITHWISE_LIBRARY_DIR}")
+endif()
 if(GGML_BACKEND_DL)
   set_property(TARGET llama APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS
                PITHWISE_BACKEND_DIR="${_llama_backends}")

@@ -114,7 +114,6 @@ struct Commands
     Commands()
     {
         app.require_subcommand(0, 1);
-        app.footer("Without a command, pithwise is an application in the desktop's tray.");
         action = [this] { return ApplicationCommand::run(model); };
         addSummarize();
         addRead();
@@ -125,6 +124,8 @@ struct Commands
         addHelpers();
         addApplicationModel();
         addVersion(app);
+        // Last, because commands take theirs from it.
+        app.footer("Without a command, pithwise is an application in the desktop's tray.");
     }
 
 private:

@@ -1,0 +1,20 @@
+# Completes pithwise in fish.
+
+set -l commands summarize read plan hotkey toggle model
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a summarize -d "Print the summary of a text"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a read -d "Print the text that would be summarised"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a plan -d "Print what would be asked of the model"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a hotkey -d "Do what the hotkey does"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a toggle -d "Show or hide the application"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -f -a model -d "The file of the language model"
+complete -c pithwise -n "not __fish_seen_subcommand_from $commands" -l version -d "Print the version"
+complete -c pithwise -l help -s h -d "Print what it takes"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize plan" -x -l mode -a "bullets executive tldr actions" -d "Shape of the summary"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize plan" -x -l length -a "brief balanced detailed" -d "How much of it"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize read plan" -x -l capture -a "window screen selection" -d "Read the screen"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize read plan" -l selection -d "The selected text"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize read plan" -l clipboard -d "The text on the clipboard"
+complete -c pithwise -n "not __fish_seen_subcommand_from read plan toggle model" -r -l model -d "A model file"
+complete -c pithwise -n "__fish_seen_subcommand_from summarize hotkey" -l copy -d "Also put the summary on the clipboard"
+complete -c pithwise -n "__fish_seen_subcommand_from hotkey" -l note -d "Also append it to the note of the day"
+complete -c pithwise -n "__fish_seen_subcommand_from model" -f -a "status path download"
