@@ -1,19 +1,28 @@
 #include "TextEditor.h"
 
 #include "FocusRing.h"
+#include "Label.h"
 #include "ScrollBar.h"
 #include "Theme.h"
 
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QVBoxLayout>
 
-static constexpr int padding = 4;
-static constexpr int documentMargin = 6;
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace {
+
+constexpr int padding = 4;
+constexpr int documentMargin = 6;
 
 /// What QTextDocument::toPlainText makes of it.
-static QChar plain(QChar character)
+QChar plain(QChar character)
 {
     switch (character.unicode()) {
     case QChar::ParagraphSeparator:
@@ -28,8 +37,59 @@ static QChar plain(QChar character)
     }
 }
 
+/// The length of the longest line; line feeds and carriage returns end one.
+qsizetype longestLine(QStringView text)
+{
+    qsizetype longest = 0;
+    auto begin = text.begin();
+    while (true) {
+        const auto end = std::find_if(begin, text.end(), [](QChar character) {
+            return character == u'\n' || character == u'\r';
+        });
+        longest = std::max<qsizetype>(longest, end - begin);
+        if (end == text.end())
+            return longest;
+        begin = end + 1;
+    }
+}
+
+/// As much of `text` as may be one line, without half a character at the end.
+QString beginning(const QString& text)
+{
+    const bool isHalved = text.at(TextEditor::mostInLine - 1).isHighSurrogate();
+    return text.first(TextEditor::mostInLine - (isHalved ? 1 : 0));
+}
+
+/// Asks before it puts in text that is pasted or dropped.
+class Editor : public QPlainTextEdit
+{
+public:
+    /// Whether the text, taken over in another way, is not to be put in.
+    using Insert = std::function<bool(const QString&)>;
+
+    Editor(Insert insert, QWidget* parent) : QPlainTextEdit(parent), m_insert(std::move(insert)) {}
+
+protected:
+    void insertFromMimeData(const QMimeData* source) override
+    {
+        if (isReadOnly() || !source->hasText() || !m_insert(source->text()))
+            QPlainTextEdit::insertFromMimeData(source);
+    }
+
+private:
+    Insert m_insert;
+};
+
+} // namespace
+
 TextEditor::TextEditor(const Theme& theme, QWidget* parent)
-    : FramedArea(theme, parent), m_theme(theme), m_editor(new QPlainTextEdit(this))
+    : FramedArea(theme, parent),
+      m_theme(theme),
+      m_editor(new Editor([this](const QString& pasted) { return insertLong(pasted); }, this)),
+      m_note(new Label(theme, TextStyle::caption, ColorRole::secondary,
+                       QStringLiteral("A line is too long to edit here: the text is kept whole, "
+                                      "but shown in part."),
+                       this))
 {
     m_editor->setObjectName(QStringLiteral("editor"));
     m_editor->setFrameShape(QFrame::NoFrame);
@@ -42,7 +102,12 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     FocusRing::outline(*m_editor, *this, radius);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(padding, padding, padding, padding);
+    layout->setSpacing(padding);
     layout->addWidget(m_editor);
+    layout->addWidget(m_note);
+    m_note->setObjectName(QStringLiteral("editorNote"));
+    m_note->setIndent(documentMargin);
+    m_note->hide();
     follow();
     connect(&theme, &Theme::changed, this, &TextEditor::follow);
     // Before the editor says that the text has changed, because it comes first.
@@ -64,7 +129,7 @@ QString TextEditor::text() const
 
 void TextEditor::takeChange(int position, int removed, int added)
 {
-    if (!m_text)
+    if (!m_text || m_isShownInPart)
         return;
     // The mark at the document's end, which is not text, may be said to have changed too.
     const int size = m_editor->document()->characterCount() - 1;
@@ -79,15 +144,56 @@ void TextEditor::takeChange(int position, int removed, int added)
     QString text = cursor.selectedText();
     for (QChar& character : text)
         character = plain(character);
-    m_text->replace(position, removed, text);
+    // The text is shared, so that it has to be copied for every key. This takes a tenth of the time
+    // where the buffer is not a new one: by now nobody else has the text before.
+    const QStringView whole = *m_text;
+    m_textBefore.resize(size);
+    QChar* place = m_textBefore.data();
+    place = std::copy(whole.begin(), whole.begin() + position, place);
+    place = std::copy(text.begin(), text.end(), place);
+    std::copy(whole.begin() + position + removed, whole.end(), place);
+    m_text->swap(m_textBefore);
 }
 
 void TextEditor::setText(const QString& text)
 {
-    if (text == this->text())
-        return;
-    m_text.reset();
-    m_editor->setPlainText(text);
+    if (text != this->text())
+        showText(text);
+}
+
+void TextEditor::showText(const QString& text)
+{
+    m_isShownInPart = longestLine(text) > mostInLine;
+    m_editor->setReadOnly(m_isShownInPart);
+    m_note->setVisible(m_isShownInPart);
+    m_editor->setAccessibleDescription(m_isShownInPart ? m_note->text() : QString());
+    m_textBefore = QString();
+    if (m_isShownInPart) {
+        m_text = text; // first, for those who are told that it has changed
+        m_editor->setPlainText(beginning(text));
+    } else {
+        m_text.reset();
+        m_editor->setPlainText(text);
+        m_text = m_editor->toPlainText(); // now, not with the first key
+    }
+}
+
+/// Puts in text that makes a line too long, and says whether it was so.
+bool TextEditor::insertLong(const QString& pasted)
+{
+    const QTextCursor cursor = m_editor->textCursor();
+    const QTextDocument& document = *m_editor->document();
+    const int begin = cursor.selectionStart();
+    const int end = cursor.selectionEnd();
+    const int around = document.findBlock(begin).length() + document.findBlock(end).length();
+    if (longestLine(pasted) + around <= mostInLine)
+        return false;
+    const QString text = this->text();
+    const QString whole = text.first(begin) + pasted + text.sliced(end);
+    if (longestLine(whole) <= mostInLine)
+        return false;
+    showText(whole);
+    return true;
 }
 
 void TextEditor::setPlaceholder(const QString& text)

@@ -4,18 +4,26 @@
 
 #include <optional>
 
+class Label;
 class QPlainTextEdit;
 
 /// A framed area to write text of many lines in. Return breaks the line, Tab leaves. The place for
 /// text, with its placeholder, begins 10 logical pixels from the edges. Main thread.
+///
+/// A line is laid out whole, which would take seconds where it has millions of characters. A text
+/// with a line of more than `mostInLine` is therefore shown in part and cannot be edited, as a note
+/// says, until another text is set.
 class TextEditor : public FramedArea
 {
     Q_OBJECT
 
 public:
+    static constexpr qsizetype mostInLine = 50'000;
+
     explicit TextEditor(const Theme& theme, QWidget* parent = nullptr);
 
-    /// Costs little after typing, however large the text: it is kept, and what is typed is put in.
+    /// All of the text, also where only a part is shown. Costs little, however large the text: it
+    /// is kept, and what is typed is put in.
     QString text() const;
 
     /// Replaces all text, which the user cannot undo; nothing happens where it is the same.
@@ -33,8 +41,13 @@ signals:
 private:
     void follow();
     void takeChange(int position, int removed, int added);
+    void showText(const QString& text);
+    bool insertLong(const QString& pasted);
 
     const Theme& m_theme;
     QPlainTextEdit* m_editor;
-    mutable std::optional<QString> m_text; // what is written, where it has been asked for
+    Label* m_note;
+    mutable std::optional<QString> m_text; // as it is, where that is known
+    QString m_textBefore;                  // for its buffer
+    bool m_isShownInPart = false;
 };

@@ -1,7 +1,9 @@
 #include "DropZone.h"
+#include "TextEditor.h"
 #include "ViewFixture.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeData>
@@ -142,6 +144,24 @@ TEST_F(ClipboardTabTest, ShowingATextDoesNotChangeIt)
     settle();
     EXPECT_EQ(state->sourceText.get(), written);
     EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"));
+}
+
+TEST_F(ClipboardTabTest, APastedLineTooLongToEditIsTheWholeSource)
+{
+    show();
+    const QString pasted = QStringLiteral("a ").repeated(TextEditor::mostInLine);
+    QApplication::clipboard()->setText(pasted);
+    editor().paste();
+    settle();
+    EXPECT_EQ(state->sourceText.get(), pasted);
+    EXPECT_EQ(text("sourceLine"), QStringLiteral("Pasted text · 50000 words"));
+    EXPECT_TRUE(isShown("editorNote"));
+    EXPECT_TRUE(button("summarize").isEnabled());
+    click("clear");
+    EXPECT_FALSE(isShown("editorNote"));
+    view->takeFocus();
+    type(QStringLiteral("b"));
+    EXPECT_EQ(state->sourceText.get(), QStringLiteral("b"));
 }
 
 TEST_F(ClipboardTabTest, TextOfAnotherTabIsThereWhenTheTabIsShown)

@@ -3,6 +3,11 @@
 #include "TextEditor.h"
 #include "TextField.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -82,6 +87,8 @@ TEST_F(TextControlTest, TheTextThatIsKeptIsTheEditorsAfterAnyEdits)
     const auto below = [&](qsizetype limit) {
         return static_cast<int>(random() % static_cast<unsigned>(limit));
     };
+    QString shared;
+    QString content;
     for (int round = 0; round < 3000; ++round) {
         QTextCursor cursor(editor.document());
         cursor.setPosition(below(editor.document()->characterCount()));
@@ -100,7 +107,122 @@ TEST_F(TextControlTest, TheTextThatIsKeptIsTheEditorsAfterAnyEdits)
         else
             cursor.insertText(pieces[below(pieces.size())]);
         ASSERT_EQ(area.text(), editor.toPlainText()) << "in round " << round;
+        ASSERT_EQ(shared, content) << "what was given out does not change, in round " << round;
+        if (below(3) == 0) {
+            shared = area.text();
+            content = editor.toPlainText();
+        }
     }
+}
+
+TEST_F(TextControlTest, ATextWithALineTooLongIsShownInPartAndKeptWhole)
+{
+    auto& area = add<TextEditor>();
+    show();
+    auto& note = *area.findChild<QLabel*>(QStringLiteral("editorNote"));
+    EXPECT_FALSE(note.isVisible());
+    const QString longest = QString(TextEditor::mostInLine, u'a');
+    area.setText(longest + u'\n' + longest);
+    EXPECT_FALSE(editorOf(area).isReadOnly());
+    EXPECT_FALSE(note.isVisible());
+
+    const QString text = QStringLiteral("one\u00A0line\r\n") + longest + QStringLiteral("b\n");
+    QSignalSpy changes(&area, &TextEditor::textChanged);
+    area.setText(text);
+    EXPECT_GE(changes.count(), 1);
+    EXPECT_EQ(area.text(), text) << "with what an editor would replace";
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+    EXPECT_TRUE(note.isVisible());
+    EXPECT_EQ(note.text(),
+              QStringLiteral("A line is too long to edit here: the text is kept whole, "
+                             "but shown in part."));
+    EXPECT_EQ(editorOf(area).accessibleDescription(), note.text());
+    EXPECT_TRUE(text.startsWith(QStringLiteral("one")));
+    EXPECT_LE(editorOf(area).document()->characterCount(), TextEditor::mostInLine + 1);
+    area.setFocus();
+    QTest::keyClicks(&editorOf(area), QStringLiteral("x"));
+    QTest::keyClick(&editorOf(area), Qt::Key_Z, Qt::ControlModifier);
+    editorOf(area).paste();
+    EXPECT_EQ(area.text(), text);
+
+    area.setText(QStringLiteral("short"));
+    EXPECT_FALSE(editorOf(area).isReadOnly());
+    EXPECT_FALSE(note.isVisible());
+    EXPECT_EQ(editorOf(area).accessibleDescription(), QString());
+    QTest::keyClicks(&editorOf(area), QStringLiteral("x"));
+    EXPECT_EQ(area.text(), QStringLiteral("xshort"));
+}
+
+TEST_F(TextControlTest, ThePartThatIsShownEndsWithAWholeCharacter)
+{
+    auto& area = add<TextEditor>();
+    const QString text = u'a' + QStringLiteral("\U0001F4EC").repeated(TextEditor::mostInLine);
+    area.setText(text);
+    EXPECT_EQ(editorOf(area).toPlainText(), text.first(TextEditor::mostInLine - 1));
+    EXPECT_EQ(area.text(), text);
+}
+
+TEST_F(TextControlTest, TheNoteOfALongLineIsSeenInOneLine)
+{
+    auto& area = add<TextEditor>();
+    window.resize(436 + 18, 130);
+    area.setText(QString(TextEditor::mostInLine + 1, u'a'));
+    show();
+    const auto& note = *area.findChild<QLabel*>(QStringLiteral("editorNote"));
+    EXPECT_LE(note.sizeHint().width(), note.width());
+    EXPECT_GT(note.y(), editorOf(area).geometry().bottom());
+    EXPECT_LT(note.geometry().bottom(), area.height());
+}
+
+TEST_F(TextControlTest, APasteThatMakesALineTooLongIsTakenWhole)
+{
+    auto& area = add<TextEditor>();
+    area.setText(QStringLiteral("first\nsecond"));
+    QTextCursor cursor = editorOf(area).textCursor();
+    cursor.setPosition(2);
+    cursor.setPosition(8, QTextCursor::KeepAnchor);
+    editorOf(area).setTextCursor(cursor);
+    const QString pasted = QString(TextEditor::mostInLine - 5, u'p');
+    QApplication::clipboard()->setText(pasted);
+    QSignalSpy changes(&area, &TextEditor::textChanged);
+    editorOf(area).paste();
+    EXPECT_EQ(area.text(), QStringLiteral("fi") + pasted + QStringLiteral("cond"));
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+    EXPECT_GE(changes.count(), 1);
+}
+
+TEST_F(TextControlTest, APasteOfLongLinesThatFitIsAPasteLikeAnyOther)
+{
+    auto& area = add<TextEditor>();
+    const QString line = QString(TextEditor::mostInLine - 8, u'p');
+    area.setText(QStringLiteral("before"));
+    editorOf(area).moveCursor(QTextCursor::End);
+    QApplication::clipboard()->setText(u'\n' + line + u'\n');
+    editorOf(area).paste();
+    EXPECT_EQ(area.text(), QStringLiteral("before\n") + line + u'\n');
+    EXPECT_FALSE(editorOf(area).isReadOnly());
+    editorOf(area).undo();
+    EXPECT_EQ(area.text(), QStringLiteral("before"));
+}
+
+TEST_F(TextControlTest, ADropThatMakesALineTooLongIsTakenWhole)
+{
+    auto& area = add<TextEditor>();
+    area.setText(QStringLiteral("a\nb"));
+    show();
+    QMimeData data;
+    data.setText(QString(TextEditor::mostInLine + 1, u'p'));
+    QWidget& target = *editorOf(area).viewport();
+    const QPoint point(200, 12);
+    QDragEnterEvent enter(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &drop);
+    EXPECT_EQ(area.text(), u'a' + data.text() + QStringLiteral("\nb"));
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+    area.setText(QStringLiteral("c"));
+    EXPECT_EQ(editorOf(area).toPlainText(), QStringLiteral("c"));
+    EXPECT_EQ(area.text(), QStringLiteral("c"));
 }
 
 TEST_F(TextControlTest, SettingTheSameTextKeepsTheCursor)
