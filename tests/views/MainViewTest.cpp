@@ -1,5 +1,6 @@
 #include "Segment.h"
 #include "SegmentedControl.h"
+#include "TextEditor.h"
 #include "ViewFixture.h"
 
 #include <QSlider>
@@ -269,6 +270,17 @@ TEST_F(MainViewTest, ReturnInTheEditorIsALineBreak)
     EXPECT_FALSE(state->isWorking);
 }
 
+TEST_F(MainViewTest, ReturnInAnEditorThatCannotBeWrittenInSummarises)
+{
+    show();
+    state->sourceText = QString(TextEditor::mostInLine + 1, u'a');
+    settle();
+    view->takeFocus();
+    EXPECT_TRUE(editor().hasFocus());
+    press(Qt::Key_Return);
+    EXPECT_TRUE(state->isWorking);
+}
+
 TEST_F(MainViewTest, WithASummaryAnotherModeOrLengthSummarisesAgain)
 {
     show();
@@ -291,6 +303,31 @@ TEST_F(MainViewTest, TheStateMayChangeModeOrLengthToo)
     state->mode = SummaryMode::tldr;
     settle();
     EXPECT_TRUE(state->isWorking);
+}
+
+TEST_F(MainViewTest, AnotherLengthUnderTheSameLabelSummarisesAgainToo)
+{
+    show();
+    makeSummary();
+    state->length = 1.2;
+    settle();
+    EXPECT_EQ(text("lengthLabel"), QStringLiteral("Balanced"));
+    EXPECT_TRUE(state->isWorking);
+}
+
+TEST_F(MainViewTest, TheSummaryIsMadeInTheModeAndLengthThatAreChosen)
+{
+    show();
+    choose("modes", 2);
+    moveSlider(Qt::Key_Home);
+    state->sourceText = QStringLiteral("A text.");
+    settle();
+    click("summarize");
+    waitForCalls(1);
+    const Pithwise::Instruction instruction =
+        Pithwise::instruction(SummaryMode::tldr, SummaryLength::brief);
+    EXPECT_EQ(engine.calls().front().user, instruction.text + "\n\nText:\nA text.");
+    EXPECT_EQ(engine.calls().front().maxTokens, instruction.maxTokens);
 }
 
 TEST_F(MainViewTest, WithoutASummaryAnotherModeOrLengthSummarisesNothing)

@@ -206,6 +206,10 @@ TEST_F(OutputPanelTest, TheClipboardIsReplacedByTheTextWithoutBoldMarks)
     click("replaceClipboard");
     EXPECT_EQ(pasteboardCalls, (std::vector<std::string>{"clear", "writeText - A *b* *c "}));
     EXPECT_EQ(text("news"), QStringLiteral("Clipboard replaced"));
+    EXPECT_EQ(state->output.get(), QStringLiteral("- **A** *b* ***c** **")) << "it stays";
+    advance(std::chrono::seconds(2));
+    settle();
+    EXPECT_EQ(text("news"), QStringLiteral(" "));
 }
 
 TEST_F(OutputPanelTest, TheDailyNoteIsWritten)

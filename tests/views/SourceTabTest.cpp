@@ -214,6 +214,58 @@ TEST_F(ClipboardTabTest, ClearEmptiesSourceLabelAndOutputInThisOrder)
     EXPECT_EQ(editor().toPlainText(), QString());
     EXPECT_FALSE(button("clear").isEnabled());
     EXPECT_FALSE(button("summarize").isEnabled());
+    EXPECT_EQ(text("sourceLine"), QString());
+    EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"))
+        << "the source has changed, and had no label";
+}
+
+TEST_F(ClipboardTabTest, WithTheLastCharacterTheActionsEnd)
+{
+    show();
+    view->takeFocus();
+    type(QStringLiteral("a"));
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(state->sourceText.get(), QString());
+    EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"));
+    EXPECT_FALSE(button("summarize").isEnabled());
+    EXPECT_FALSE(button("clear").isEnabled());
+    EXPECT_EQ(text("sourceLine"), QString());
+}
+
+TEST_F(ClipboardTabTest, WhatIsPastedIsTheSource)
+{
+    show();
+    QApplication::clipboard()->setText(QStringLiteral("one\ntwo \U0001F4EC"));
+    editor().paste();
+    EXPECT_EQ(state->sourceText.get(), QStringLiteral("one\ntwo \U0001F4EC"));
+    EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"));
+    settle();
+    EXPECT_EQ(text("sourceLine"), QStringLiteral("Pasted text · 3 words"));
+}
+
+TEST_F(ClipboardTabTest, ALabelThatWasTakenAwayIsSetByTheNextKey)
+{
+    show();
+    state->setSource("From a file.", QStringLiteral("a.txt"));
+    state->sourceLabel = QString();
+    settle();
+    EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"));
+    state->sourceLabel = QString();
+    settle();
+    EXPECT_EQ(state->sourceLabel.get(), QString()) << "the text has not changed";
+    view->takeFocus();
+    QTest::keyClicks(&editor(), QStringLiteral("b"));
+    EXPECT_EQ(state->sourceLabel.get(), QStringLiteral("Pasted text"));
+}
+
+TEST_F(ClipboardTabTest, WhatIsTypedIsWhatIsSummarised)
+{
+    show();
+    view->takeFocus();
+    QTest::keyClicks(&editor(), QStringLiteral("typed"));
+    state->summarize(); // before the views have taken over anything
+    waitForCalls(1);
+    EXPECT_TRUE(QByteArray::fromStdString(engine.calls().front().user).endsWith("\ntyped"));
 }
 
 TEST_F(ClipboardTabTest, ClearNeverStopsARun)
@@ -249,6 +301,11 @@ TEST_F(DocumentTabTest, HasItsTexts)
     EXPECT_EQ(texts, QStringList("Drop a PDF, TXT, DOCX, RTF or image here"));
     EXPECT_EQ(button("chooseFile").text(), QStringLiteral("Choose File…"));
     EXPECT_EQ(place(zone()), place(find("tabArea")));
+    const QRect line = place(*zone().findChild<QLabel*>());
+    const QRect choose = place(button("chooseFile"));
+    EXPECT_EQ(choose.top() - line.bottom() - 1, 8);
+    EXPECT_NEAR(choose.center().x(), place(zone()).center().x(), 1);
+    EXPECT_NEAR(line.center().x(), place(zone()).center().x(), 1);
 }
 
 TEST_F(DocumentTabTest, TheFirstOfSeveralDroppedFilesIsLoaded)
@@ -293,6 +350,18 @@ TEST_F(DocumentTabTest, WhatIsNoFileIsNotAccepted)
     EXPECT_FALSE(state->isWorking);
 }
 
+TEST_F(DocumentTabTest, AFileWithoutAPathIsIgnoredSilently)
+{
+    show();
+    const QPoint middle = place(zone()).center();
+    drag<QDragEnterEvent>({QUrl("file:")}, middle);
+    drag<QDropEvent>({QUrl("file:")}, middle);
+    settle();
+    EXPECT_FALSE(state->isWorking);
+    EXPECT_EQ(state->errorMessage.get(), std::nullopt);
+    EXPECT_TRUE(files().empty());
+}
+
 TEST_F(DocumentTabTest, TheHighlightEndsWithTheTab)
 {
     show();
@@ -328,7 +397,8 @@ TEST_F(DocumentTabTest, TheChosenFileIsLoaded)
     ASSERT_TRUE(chooser());
     EXPECT_EQ(openings.count(), 1);
     EXPECT_EQ(closings.count(), 0);
-    EXPECT_EQ(chooser()->fileMode(), QFileDialog::ExistingFile);
+    EXPECT_EQ(chooser()->fileMode(), QFileDialog::ExistingFile) << "one, and no folder";
+    EXPECT_TRUE(chooser()->isModal());
     chooser()->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file.fileName());
     QMetaObject::invokeMethod(chooser(), "accept");
     EXPECT_EQ(closings.count(), 1);
