@@ -1,7 +1,10 @@
+#include "Divider.h"
 #include "ViewFixture.h"
 
 #include <QAccessible>
 #include <QSignalSpy>
+
+#include <map>
 
 class ContentViewTest : public ViewTest
 {
@@ -52,6 +55,61 @@ TEST_F(ContentViewTest, TheHeaderAndTheFooterHaveTheirPaddings)
     }
     EXPECT_EQ(margins(button("quit")).right() + 4, 14) << "the text, without its click area";
     EXPECT_EQ(margins(button("quit")).bottom(), 6);
+}
+
+TEST_F(ContentViewTest, ItsPartsFollowEachOtherWithoutGaps)
+{
+    show();
+    const auto dividers = view->findChildren<Divider*>(Qt::FindDirectChildrenOnly);
+    ASSERT_EQ(dividers.size(), 2);
+    const QRect body = place(*find("main").parentWidget());
+    EXPECT_EQ(body.top(), place(*dividers[0]).bottom() + 1);
+    EXPECT_EQ(place(*dividers[1]).top(), body.bottom() + 1);
+    EXPECT_EQ(place(*dividers[1]).bottom() + 1 + 6, place(button("quit")).top());
+    for (const QRect& part : {place(*dividers[0]), body, place(*dividers[1])})
+        EXPECT_EQ(part.width(), 460);
+}
+
+TEST_F(ContentViewTest, EveryTextHasItsStyleAndItsColour)
+{
+    state->sourceText = QStringLiteral("a");
+    state->sourceLabel = QStringLiteral("b.txt");
+    show();
+    struct Look
+    {
+        TextStyle style;
+        ColorRole role;
+    };
+    constexpr Look note{TextStyle::caption, ColorRole::secondary};
+    const std::map<QString, Look> looks = {
+        {"Pithwise", {TextStyle::headline, ColorRole::label}},
+        {"On-device", note},
+        {"Hotkey: ⌃⌥S  ·  captures selection or window",
+         {TextStyle::smallCaption, ColorRole::secondary}},
+        {"Setting up the on-device model", {TextStyle::title, ColorRole::label}},
+        {"Drop a PDF, TXT, DOCX, RTF or image here", {TextStyle::callout, ColorRole::label}},
+        {"Only the page you enter is downloaded, then reduced to reader-mode text. Summarizing "
+         "itself never uses the network.",
+         note},
+        {"Text is read from the capture with on-device OCR. Requires Screen Recording permission.",
+         note},
+        {"Length", note},
+        {"Balanced", {TextStyle::boldCaption, ColorRole::label}},
+        {"b.txt · 1 words", note},
+        {"Your summary will appear here.", {TextStyle::body, ColorRole::tertiary}},
+    };
+    std::size_t found = 0;
+    for (const QLabel* label : view->findChildren<QLabel*>()) {
+        const auto look = looks.find(label->text());
+        if (look == looks.end())
+            continue;
+        ++found;
+        const std::string what = label->text().toStdString();
+        EXPECT_EQ(label->font(), theme.font(look->second.style)) << what;
+        EXPECT_EQ(label->palette().color(label->foregroundRole()), theme[look->second.role])
+            << what;
+    }
+    EXPECT_EQ(found, looks.size());
 }
 
 TEST_F(ContentViewTest, QuitAsksToQuit)

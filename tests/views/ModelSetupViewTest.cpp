@@ -77,6 +77,50 @@ TEST_F(ModelSetupViewTest, AFailureIsShownLiterallyWithRetry)
     EXPECT_FALSE(isShown("setupError"));
 }
 
+TEST_F(ModelSetupViewTest, AfterAFailureTheDownloadCanBeginAnewAndBeOfferedAgain)
+{
+    view.setState(Failed{"It failed."});
+    view.setState(Downloading{0.5});
+    EXPECT_TRUE(isShown("download"));
+    EXPECT_FALSE(isShown("startDownload"));
+    view.setState(ModelManager::Idle{});
+    EXPECT_FALSE(isShown("download"));
+    EXPECT_FALSE(isShown("setupError"));
+    EXPECT_TRUE(isShown("startDownload"));
+    EXPECT_EQ(button().text(), QStringLiteral("Download model"));
+}
+
+TEST_F(ModelSetupViewTest, ThePercentageAndTheFailureAreCaptions)
+{
+    const auto& percentage = find<QLabel>("percentage");
+    EXPECT_EQ(percentage.font(), theme.font(TextStyle::caption));
+    EXPECT_EQ(percentage.palette().color(QPalette::WindowText), theme[ColorRole::secondary]);
+    view.setState(Failed{"It failed."});
+    const auto& message = find<MessageView>("setupError");
+    EXPECT_EQ(message.font(), theme.font(TextStyle::caption));
+    QTextCursor cursor(message.document());
+    cursor.setPosition(1);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), theme[ColorRole::error]);
+}
+
+TEST_F(ModelSetupViewTest, ItsPartsAreFarEnoughApartAndInTheMiddle)
+{
+    window.setFixedSize(460, 560);
+    layout->setContentsMargins(0, 0, 0, 0);
+    view.setState(ModelManager::Idle{});
+    show();
+    std::vector<QRect> places;
+    for (const QWidget* part : view.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (part->isVisible())
+            places.push_back(part->geometry());
+    }
+    ASSERT_EQ(places.size(), 4u) << "symbol, title, text, button";
+    EXPECT_EQ(places[0].size(), QSize(42, 42));
+    for (std::size_t i = 1; i < places.size(); ++i)
+        EXPECT_EQ(places[i].top() - places[i - 1].bottom() - 1, 14) << i;
+    EXPECT_NEAR(places.front().top(), view.height() - places.back().bottom() - 1, 1);
+}
+
 TEST_F(ModelSetupViewTest, TheButtonStartsEachTimeItIsPressed)
 {
     QSignalSpy starts(&view, &ModelSetupView::startRequested);

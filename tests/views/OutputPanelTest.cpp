@@ -135,6 +135,17 @@ TEST_F(OutputPanelTest, AnErrorComesBeforeEverythingElse)
     EXPECT_EQ(content(), "summary");
 }
 
+TEST_F(OutputPanelTest, AnErrorIsRed)
+{
+    show();
+    state->errorMessage = QStringLiteral("It failed.");
+    settle();
+    QTextCursor cursor(error().document());
+    cursor.setPosition(1);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), theme[ColorRole::error]);
+    EXPECT_EQ(error().font(), theme.font(TextStyle::body));
+}
+
 TEST_F(OutputPanelTest, AnEmptyErrorIsOneToo)
 {
     show();
