@@ -16,15 +16,7 @@
 /// The whole interface on a state of which the test holds all the strings.
 class ViewTest : public AppStateFixture
 {
-protected:
-    ViewTest()
-    {
-        view = std::make_unique<ContentView>(
-            *state, theme,
-            ContentView::Actions{[this] { ++quits; },
-                                 [this](const QUrl& url) { opened.push_back(url); }});
-        view->setModelState(ModelManager::Ready{});
-    }
+public:
     ~ViewTest() override
     {
         view.reset(); // before the state, which it looks at
@@ -34,6 +26,16 @@ protected:
                 fail(page, "The test is over.");
         }
         settle();
+    }
+
+protected:
+    ViewTest()
+    {
+        view = std::make_unique<ContentView>(
+            *state, theme,
+            ContentView::Actions{[this] { ++quits; },
+                                 [this](const QUrl& url) { opened.push_back(url); }});
+        view->setModelState(ModelManager::Ready{});
     }
 
     void show()

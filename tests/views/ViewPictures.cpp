@@ -114,6 +114,11 @@ std::vector<Picture> tabs()
          [](Interface& i) {
              i.fill(QStringLiteral("Minutes of the ").repeated(12) + QStringLiteral(".pdf"));
          }},
+        {"clipboard-long-line",
+         [](Interface& i) {
+             i.state.sourceText = article().replace(u'\n', u' ').repeated(100);
+             i.state.sourceLabel = QStringLiteral("Clipboard");
+         }},
         {"clipboard-focus", [](Interface& i) { i.view.takeFocus(); }},
         {"document-empty", [](Interface& i) { i.state.tab = Tab::document; }},
         {"document-filled",
