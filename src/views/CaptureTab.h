@@ -13,7 +13,7 @@ public:
     CaptureTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
 
 protected:
-    void refresh() override;
+    void refresh() final;
 
 private:
     QWidget* m_buttons;

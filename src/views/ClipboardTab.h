@@ -15,7 +15,7 @@ public:
     ClipboardTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
 
 protected:
-    void refresh() override;
+    void refresh() final;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -35,7 +35,7 @@ signals:
     void chooserClosed();
 
 protected:
-    void refresh() override;
+    void refresh() final;
 
 private:
     void addTabs(QVBoxLayout& column, const Theme& theme);

@@ -19,7 +19,7 @@ public:
                 QWidget* parent = nullptr);
 
 protected:
-    void refresh() override;
+    void refresh() final;
 
 private:
     FramedArea* makeFrame(const Theme& theme, SummaryView::OpenLink openLink);

@@ -15,7 +15,7 @@ public:
     WebTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
 
 protected:
-    void refresh() override;
+    void refresh() final;
 
 private:
     TextField* m_address;
