@@ -129,6 +129,7 @@ int run(const std::string& model)
     const QApplication application(arguments.count, arguments.values);
     // What panels, the accessibility bus and window managers call it.
     QApplication::setApplicationName(QStringLiteral("Pithwise"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("local.pithwise.Pithwise"));
     QApplication::setQuitOnLastWindowClosed(false);
     quitRequest.allow();
     const int status = runApplication(model);
