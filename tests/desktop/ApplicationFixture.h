@@ -24,7 +24,7 @@ protected:
     /// A model that spells a script.
     QString standin()
     {
-        const QString file = m_session.path("standin.gguf");
+        QString file = m_session.path("standin.gguf");
         StandinModel::write({StandinModel::split("\n- The takeaway.\n")}, file.toStdString());
         return file;
     }
