@@ -1,5 +1,6 @@
 #include "Popover.h"
 
+#include "AccessibleRole.h"
 #include "Desktop.h"
 
 #include <QKeyEvent>
@@ -15,6 +16,8 @@ Popover::Popover(std::unique_ptr<QWidget> content)
                            Qt::NoDropShadowWindowHint),
       m_content(content.release())
 {
+    // Screen readers pass over what has the focus where they find no window around it.
+    AccessibleRole::set(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Pithwise"));
     setObjectName(QStringLiteral("popover"));
     setAttribute(Qt::WA_TranslucentBackground);

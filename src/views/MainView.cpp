@@ -175,7 +175,8 @@ void MainView::refresh()
     m_length->setValue(indexOf(allSummaryLengths, length));
     const QString lengthText = QtText::fromUtf8(label(length));
     m_lengthLabel->setText(lengthText);
-    m_length->setAccessibleDescription(lengthText);
+    if (m_length->accessibleDescription() != lengthText) // which would be told again
+        m_length->setAccessibleDescription(lengthText);
     showActions();
     if (state().mode != m_knownMode || state().length != m_knownLength) {
         m_knownMode = state().mode;

@@ -1,5 +1,6 @@
 #include "SegmentedControl.h"
 
+#include "AccessibleRole.h"
 #include "Drawing.h"
 #include "Fade.h"
 #include "FocusRing.h"
@@ -16,6 +17,7 @@ SegmentedControl::SegmentedControl(const Theme& theme, const std::vector<Choice>
                                    QWidget* parent)
     : QWidget(parent), m_theme(theme), m_pill(new Fade(theme, *this))
 {
+    AccessibleRole::set(*this, QAccessible::Grouping);
     auto* const layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
