@@ -1,11 +1,29 @@
 #include "Announcement.h"
 
-#include <QAccessible>
-#include <QWidget>
+#include "AccessibleRole.h"
 
-void Announcement::tell(QWidget& widget, const QString& text)
+Announcement::Announcement(QWidget* window) : QWidget(window)
 {
-    widget.setAccessibleName(text);
-    QAccessibleEvent event(&widget, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    AccessibleRole::set(*this, QAccessible::Notification);
+    setObjectName(QStringLiteral("announcement"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    resize(1, 1);
+    hide();
+}
+
+void Announcement::tell(const QWidget& widget, const QString& text)
+{
+    QWidget* const window = widget.window();
+    auto* announcement = window->findChild<Announcement*>({}, Qt::FindDirectChildrenOnly);
+    if (!announcement)
+        announcement = new Announcement(window);
+    announcement->hide();
+    announcement->setAccessibleName(text);
+    announcement->show();
+}
+
+/// Not again with the window.
+void Announcement::hideEvent(QHideEvent*)
+{
+    hide();
 }

@@ -1,12 +1,21 @@
 #pragma once
 
-class QString;
-class QWidget;
+#include <QWidget>
 
-/// What screen readers are told without being asked. Main thread.
-namespace Announcement {
+/// What screen readers are told without being asked. An element of its own without looks, because
+/// they tell nothing but notifications, which are what comes to be shown. Main thread.
+class Announcement : public QWidget
+{
+    Q_OBJECT
 
-/// Tells `text` on behalf of `widget`, which bears it as its accessible name from now on.
-void tell(QWidget& widget, const QString& text);
+public:
+    /// Tells `text` in the window of `widget`, as soon as that is on the screen; in place of what
+    /// has not been told yet.
+    static void tell(const QWidget& widget, const QString& text);
 
-} // namespace Announcement
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    explicit Announcement(QWidget* window);
+};

@@ -98,6 +98,7 @@ void ModelSetupView::setState(const ModelManager::State& state)
     if (failed) {
         const QString message = QString::fromStdString(failed->message);
         m_message->setMessage(message);
+        m_message->setAccessibleName(message);
         Announcement::tell(*m_message, message);
     }
 }

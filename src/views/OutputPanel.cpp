@@ -35,18 +35,6 @@ constexpr std::array choices = {
     Action{"replaceClipboard", "Replace Clipboard", Symbol::twoArrows, &AppState::replaceClipboard},
 };
 
-/// Sets and tells the text if it is another one.
-void tell(OneLineLabel& label, const QString& text)
-{
-    if (label.text() == text)
-        return;
-    label.setText(text);
-    if (text.trimmed().isEmpty())
-        label.setAccessibleName({});
-    else
-        Announcement::tell(label, text);
-}
-
 } // namespace
 
 OutputPanel::OutputPanel(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
@@ -137,6 +125,7 @@ void OutputPanel::refresh()
     showContent();
     m_actions->setEnabled(!state().output->isEmpty() && !state().isWorking);
     showNews();
+    tellNews();
 }
 
 void OutputPanel::showContent()
@@ -162,16 +151,14 @@ void OutputPanel::showContent()
         page = m_placeholder;
     m_pages->setCurrentWidget(page);
 
-    if (error && isNewError)
+    if (error && isNewError) {
+        m_error->setAccessibleName(*error);
         Announcement::tell(*m_error, *error);
-    tell(*m_progressStatus, isWaiting ? state().status.get() : QString());
-    const bool isStreaming = state().isWorking;
-    if (m_isStreaming && !isStreaming && page == m_summary) {
-        m_summary->setAccessibleDescription(m_summary->toPlainText());
-        Announcement::tell(*m_summary, QStringLiteral("Summary"));
-    } else if (isStreaming) {
-        m_summary->setAccessibleDescription({});
     }
+    m_progressStatus->setText(isWaiting ? state().status.get() : QString());
+    const bool isStreaming = state().isWorking;
+    if (m_isStreaming && !isStreaming && page == m_summary)
+        Announcement::tell(*m_summary, QStringLiteral("Summary: ") + m_summary->toPlainText());
     m_isStreaming = isStreaming;
 }
 
@@ -182,5 +169,18 @@ void OutputPanel::showNews()
         news = *state().toast.get();
     else if (state().isWorking && !state().output->isEmpty())
         news = state().status;
-    tell(*m_news, news);
+    m_news->setText(news);
+}
+
+/// The status once, although it moves from one place to another.
+void OutputPanel::tellNews()
+{
+    const QString status = state().isWorking ? state().status.get() : QString();
+    if (!status.isEmpty() && status != m_toldStatus)
+        Announcement::tell(*this, status);
+    m_toldStatus = status;
+    const std::optional<QString>& toast = state().toast;
+    if (toast && toast != m_toldToast)
+        Announcement::tell(*this, *toast);
+    m_toldToast = toast;
 }

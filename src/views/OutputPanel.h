@@ -27,6 +27,7 @@ private:
     QWidget* makeActions(const Theme& theme);
     void showContent();
     void showNews();
+    void tellNews();
 
     QStackedLayout* m_pages;
     MessageView* m_error;
@@ -37,6 +38,8 @@ private:
     QWidget* m_actions;
     OneLineLabel* m_news;
     QString m_shown;                  // of the output
-    std::optional<QString> m_failure; // as last told
+    std::optional<QString> m_failure; // as last told, like the next two
+    QString m_toldStatus;
+    std::optional<QString> m_toldToast;
     bool m_isStreaming = false;
 };

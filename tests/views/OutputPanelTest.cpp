@@ -9,6 +9,8 @@ protected:
     SummaryView& summary() const { return find<SummaryView>("summary"); }
     MessageView& error() const { return find<MessageView>("error"); }
 
+    QString told() const { return find("announcement").accessibleName(); }
+
     /// What the frame shows, of which only one thing is shown at a time.
     std::string content() const
     {
@@ -256,30 +258,41 @@ TEST_F(OutputPanelTest, ANewSummaryBeginsAtItsTop)
     EXPECT_EQ(summary().verticalScrollBar()->value(), 0);
 }
 
-TEST_F(OutputPanelTest, AScreenReaderFindsTheStatusAndTheFinishedSummary)
+TEST_F(OutputPanelTest, AScreenReaderIsToldTheStatusAndTheFinishedSummary)
 {
     show();
     startRun(QStringLiteral("A text."));
-    EXPECT_TRUE(waitUntil(
-        [&] { return find("progressStatus").accessibleName() == QStringLiteral("Summarizing…"); }));
+    EXPECT_TRUE(waitUntil([&] { return told() == QStringLiteral("Summarizing…"); }));
     engine.update(0, "So");
     waitForOutput(QStringLiteral("So"));
     settle();
-    EXPECT_EQ(find("news").accessibleName(), text("news"));
-    EXPECT_EQ(summary().accessibleDescription(), QString()) << "not before it is finished";
+    EXPECT_EQ(told(), QStringLiteral("Summarizing…")) << "not before it is finished";
     engine.finish(0, "So **far**");
     waitForEnd();
     settle();
-    EXPECT_EQ(summary().accessibleName(), QStringLiteral("Summary"));
-    EXPECT_EQ(summary().accessibleDescription(), QStringLiteral("So far"));
+    EXPECT_EQ(told(), QStringLiteral("Summary: So far"));
 }
 
-TEST_F(OutputPanelTest, AScreenReaderFindsErrorsAndToasts)
+TEST_F(OutputPanelTest, AScreenReaderIsToldErrorsAndToasts)
 {
     show();
     state->errorMessage = QStringLiteral("It failed.");
-    state->toast = QStringLiteral("Markdown copied");
     settle();
     EXPECT_EQ(error().accessibleName(), QStringLiteral("It failed."));
-    EXPECT_EQ(find("news").accessibleName(), QStringLiteral("Markdown copied"));
+    EXPECT_EQ(told(), QStringLiteral("It failed."));
+    state->toast = QStringLiteral("Markdown copied");
+    settle();
+    EXPECT_EQ(told(), QStringLiteral("Markdown copied"));
+}
+
+TEST_F(OutputPanelTest, AScreenReaderIsToldOnceAndInAWindowThatIsShown)
+{
+    state->toast = QStringLiteral("Markdown copied");
+    settle();
+    EXPECT_FALSE(find("announcement").isVisible());
+    show();
+    EXPECT_TRUE(find("announcement").isVisible());
+    view->hide();
+    view->show();
+    EXPECT_FALSE(find("announcement").isVisible());
 }
