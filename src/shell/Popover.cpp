@@ -3,10 +3,12 @@
 #include "AccessibleRole.h"
 #include "Desktop.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
+#include <QWindow>
 
 static constexpr int shadowWidth = 14;
 static constexpr qreal radius = 10;
@@ -43,6 +45,10 @@ void Popover::takeFocus()
 {
     raise();
     activateWindow();
+    // Qt takes a moment to notice that a hidden window has lost the focus, and does not notice that
+    // it has got it back where that comes sooner.
+    if (QGuiApplication::focusWindow() == windowHandle())
+        QApplication::setActiveWindow(this);
 }
 
 QRect Popover::card() const
