@@ -1,5 +1,6 @@
 #include "FileChooser.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileDialog>
 #include <QMimeDatabase>
@@ -52,14 +53,33 @@ void FileChooser::open()
     m_dialog->setOption(QFileDialog::HideNameFilterDetails);
     m_dialog->setNameFilter(QStringLiteral("Documents and pictures (%1)").arg(patterns()));
     connect(m_dialog, &QFileDialog::finished, this, &FileChooser::finish);
+    m_view.window()->installEventFilter(this);
     emit opened();
     m_dialog->open();
+}
+
+bool FileChooser::eventFilter(QObject* window, QEvent* event)
+{
+    // Left alone, it would lie about without what it is for.
+    if (m_dialog && event->type() == QEvent::Hide)
+        m_dialog->hide();
+    // Later, when there is a window to lie over.
+    if (m_dialog && event->type() == QEvent::Show)
+        QMetaObject::invokeMethod(this, &FileChooser::comeBack, Qt::QueuedConnection);
+    return QObject::eventFilter(window, event);
+}
+
+void FileChooser::comeBack()
+{
+    if (m_dialog && m_view.window()->isVisible())
+        m_dialog->show();
 }
 
 void FileChooser::finish(int result)
 {
     QFileDialog& dialog = *m_dialog;
     m_dialog = nullptr;
+    m_view.window()->removeEventFilter(this);
     const QStringList files = dialog.selectedFiles();
     if (result == QDialog::Accepted && !files.isEmpty()) {
         m_folder = dialog.directory().path();

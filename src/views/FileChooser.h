@@ -8,7 +8,8 @@
 class QFileDialog;
 class QWidget;
 
-/// The desktop's window to choose one document in. Main thread.
+/// The desktop's window to choose one document in. While it is open it comes and goes with the
+/// window it belongs to. Main thread.
 class FileChooser : public QObject
 {
     Q_OBJECT
@@ -26,7 +27,11 @@ signals:
     /// Before closed(). Nothing is chosen where the user cancels.
     void chosen(const std::filesystem::path& file);
 
+protected:
+    bool eventFilter(QObject* window, QEvent* event) override;
+
 private:
+    void comeBack();
     void finish(int result);
 
     QWidget& m_view;
