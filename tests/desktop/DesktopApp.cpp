@@ -2,13 +2,16 @@
 #include <QBuffer>
 #include <QClipboard>
 #include <QCommandLineParser>
+#include <QDrag>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QTimer>
+#include <QUrl>
 
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -47,6 +50,59 @@ private:
     int m_delay; // milliseconds
 };
 
+/// Lets what it is made with be dragged out of it, and prints the action that whatever is under the
+/// pointer would take, and in the end the one that was taken.
+class DragSource : public QWidget
+{
+public:
+    explicit DragSource(std::function<QMimeData*()> makeData) : m_makeData(std::move(makeData)) {}
+
+protected:
+    void mouseMoveEvent(QMouseEvent*) override
+    {
+        auto* const drag = new QDrag(this);
+        drag->setMimeData(m_makeData());
+        connect(drag, &QDrag::actionChanged, [](Qt::DropAction action) { tell("over", action); });
+        tell("dragging", Qt::IgnoreAction);
+        tell("dropped", drag->exec(Qt::CopyAction | Qt::MoveAction));
+    }
+
+private:
+    static void tell(const char* what, Qt::DropAction action)
+    {
+        const char* name = action == Qt::MoveAction ? "move" : "other";
+        if (action == Qt::IgnoreAction)
+            name = "none";
+        if (action == Qt::CopyAction)
+            name = "copy";
+        std::printf("%s %s\n", what, name);
+        std::fflush(stdout);
+    }
+
+    std::function<QMimeData*()> m_makeData;
+};
+
+std::unique_ptr<QWidget> makeFileSource(const QStringList& files)
+{
+    return std::make_unique<DragSource>([files] {
+        QList<QUrl> urls;
+        for (const QString& file : files)
+            urls.append(QUrl::fromLocalFile(file));
+        auto* const data = new QMimeData;
+        data->setUrls(urls);
+        return data;
+    });
+}
+
+std::unique_ptr<QWidget> makeTextSource(const QString& text)
+{
+    return std::make_unique<DragSource>([text] {
+        auto* const data = new QMimeData;
+        data->setText(text);
+        return data;
+    });
+}
+
 /// An editor. Where `primary` is not empty, it comes as PRIMARY in place of what is selected.
 std::unique_ptr<QWidget> makeEditor(const QString& text, const QString& primary)
 {
@@ -80,8 +136,8 @@ void own(int size)
 
 } // namespace
 
-/// A foreign application for tests: one with a text to select, one that copies, or one that owns
-/// the clipboard.
+/// A foreign application for tests: one with a text to select, one that copies, one that owns the
+/// clipboard, or one to drag from.
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
@@ -89,6 +145,8 @@ int main(int argc, char** argv)
     parser.addOptions({{"title", "", "text"},
                        {"editor", "", "text"},
                        {"copies", "", "text"},
+                       {"drags", "", "file"},
+                       {"drags-text", "", "text"},
                        {"delay", "", "milliseconds", "0"},
                        {"owns", "", "bytes"},
                        {"primary", "", "text"}});
@@ -96,6 +154,10 @@ int main(int argc, char** argv)
     std::unique_ptr<QWidget> window;
     if (parser.isSet("editor"))
         window = makeEditor(parser.value("editor"), parser.value("primary"));
+    else if (parser.isSet("drags"))
+        window = makeFileSource(parser.values("drags"));
+    else if (parser.isSet("drags-text"))
+        window = makeTextSource(parser.value("drags-text"));
     else
         window = std::make_unique<Canvas>(parser.value("copies"), parser.value("delay").toInt());
     window->setWindowTitle(parser.value("title"));

@@ -1,0 +1,142 @@
+#include "ReaderFixture.h"
+#include "Screenshot.h"
+
+#include <QFile>
+#include <QImage>
+
+#include <filesystem>
+
+namespace {
+
+class DropTest : public ReaderFixture
+{
+protected:
+    /// Launches the application with its popover closed and the document tab behind it.
+    void launchWithDocumentTab()
+    {
+        launchToRead();
+        show();
+        m_reader.perform(m_reader.find("radio button", "Document"), "Toggle");
+        m_zone = m_reader.find("label", "Drop a PDF, TXT, DOCX, RTF or image here").area.center();
+        toggle();
+        waitUntilHidden();
+    }
+
+    QString fileWith(const QString& name, const char* text)
+    {
+        QFile file(m_session.path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName();
+    }
+
+    /// Begins to drag out of another application, which is in front then.
+    void beginDrag(const QStringList& options)
+    {
+        m_source =
+            &m_session.start(PITHWISE_DESKTOP_APP, QStringList{"--title", "Source"} + options);
+        const std::uint32_t window = m_session.waitForWindow({"--name", "^Source$"});
+        waitUntilInFront(window);
+        const QPoint start = areaOf(window).center();
+        moveTo(start);
+        m_session.xdotool({"mousedown", "1"});
+        moveTo(start + QPoint(20, 0));
+        moveTo(start + QPoint(30, 10));
+        EXPECT_EQ(nextLine(*m_source), "dragging none");
+    }
+
+    /// Opens the popover and moves what is dragged over the drop zone.
+    void moveToZone()
+    {
+        toggle();
+        waitUntilShown();
+        moveTo(m_zone - QPoint(40, 10));
+        moveTo(m_zone);
+    }
+
+    void moveTo(const QPoint& point)
+    {
+        m_session.xdotool({"mousemove", QString::number(point.x()), QString::number(point.y())});
+    }
+
+    void release() { m_session.xdotool({"mouseup", "1"}); }
+
+    /// What is on the screen at the zone's edge, left of its text.
+    QRgb groundOfZone()
+    {
+        const std::filesystem::path file = m_session.path("screen.png").toStdString();
+        std::filesystem::remove(file);
+        EXPECT_TRUE(Screenshot::create()->takeScreen(file));
+        return QImage(QString::fromStdString(file.string())).pixel(m_zone - QPoint(180, 0));
+    }
+
+    QProcess* m_source = nullptr; // of what is dragged
+    QPoint m_zone;                // a place in it
+};
+
+TEST_F(DropTest, AFileThatWasDraggedBeforeThePopoverOpenedIsSummarized)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags", fileWith("notes.txt", "Three short words.")});
+    moveToZone();
+    EXPECT_EQ(nextLine(*m_source), "over copy");
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    m_reader.find("label", "notes.txt · 3 words");
+    waitForSummary();
+    EXPECT_TRUE(isShown());
+}
+
+TEST_F(DropTest, OfSeveralFilesTheFirstIsSummarized)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags", fileWith("first.txt", "One."), "--drags", fileWith("b.txt", "Two 2.")});
+    moveToZone();
+    EXPECT_EQ(nextLine(*m_source), "over copy");
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    m_reader.find("label", "first.txt · 1 words");
+}
+
+TEST_F(DropTest, TextIsNotAccepted)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags-text", "some text"});
+    moveToZone();
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped none");
+    EXPECT_TRUE(isShown());
+}
+
+TEST_F(DropTest, AFileIsAcceptedNowhereElse)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags", fileWith("notes.txt", "text")});
+    moveToZone();
+    EXPECT_EQ(nextLine(*m_source), "over copy");
+    moveTo(m_zone + QPoint(0, 300));
+    EXPECT_EQ(nextLine(*m_source), "over none");
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped none");
+    EXPECT_FALSE(m_reader.lookFor("label", "notes.txt · 1 words"));
+}
+
+TEST_F(DropTest, TheZoneIsHighlightedWhileAFileIsOverIt)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags", fileWith("notes.txt", "text")});
+    toggle();
+    waitUntilShown();
+    waitUntilInFront(popover());
+    const QRgb before = groundOfZone();
+    for (int i = 0; i < 2; ++i) {
+        moveTo(m_zone - QPoint(40, 10));
+        moveTo(m_zone);
+        m_session.waitUntil("the highlight", [&] { return groundOfZone() != before; });
+        moveTo(m_zone + QPoint(0, 300));
+        m_session.waitUntil("the highlight to go", [&] { return groundOfZone() == before; });
+    }
+    release();
+}
+
+} // namespace
