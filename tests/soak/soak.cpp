@@ -1,0 +1,125 @@
+// Uses the application at random for a time, and tells whether it has kept anything that it should
+// have given back. The language model is a stand-in.
+
+#include "Footprint.h"
+#include "RandomUser.h"
+#include "StandinModel.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <iostream>
+#include <stdexcept>
+
+namespace {
+
+/// More than this, at rest, is growth. Allocators and caches come and go by less.
+constexpr std::size_t mostKilobytes = 16 * 1024;
+
+class Soak
+{
+public:
+    explicit Soak(unsigned int seed) : m_user(m_session, m_reader, m_server, seed)
+    {
+        QDir().mkpath(m_temporaryFolder);
+        startDesktop();
+        m_reader.follow(m_process->processId());
+    }
+
+    /// The exit status of the program.
+    int run(double minutes)
+    {
+        m_user.actAll();
+        m_user.rest();
+        const Footprint before = footprint();
+        print("after the first minutes", before);
+        QElapsedTimer timer;
+        timer.start();
+        int actions = 0;
+        qint64 nextRow = minute;
+        const auto end = static_cast<qint64>(minutes * static_cast<double>(minute));
+        for (; timer.elapsed() < end; ++actions) {
+            m_user.act();
+            if (timer.elapsed() >= nextRow) {
+                print(std::to_string(actions) + " actions", footprint());
+                nextRow += minute;
+            }
+        }
+        const bool isClean = comesBackTo(before);
+        print(std::to_string(actions) + " actions, at rest", footprint());
+        std::cout << (isClean ? "Nothing was kept." : "Something was kept.") << std::endl;
+        return isClean ? 0 : 1;
+    }
+
+private:
+    static constexpr qint64 minute = 60'000;
+
+    void startDesktop()
+    {
+        const QString model = m_session.path("standin.gguf");
+        StandinModel::write({StandinModel::split("\n- The **takeaway** of the text.\n")},
+                            model.toStdString());
+        m_session.start(PITHWISE_XEMBED_PANEL, {"1200", "0"});
+        m_session.start(PITHWISE_DESKTOP_APP, {"--title", "Foreign", "--editor", "Foreign text."});
+        m_session.waitForWindow({"--name", "^Foreign$"});
+        m_process = &m_session.start("env", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
+                                             "TMPDIR=" + m_temporaryFolder, PITHWISE_PROGRAM,
+                                             "--model", model});
+    }
+
+    Footprint footprint() const { return Footprint::of(m_process->processId(), m_temporaryFolder); }
+
+    static bool isWithin(const Footprint& now, const Footprint& before)
+    {
+        return now.kilobytes <= before.kilobytes + mostKilobytes && now.threads <= before.threads &&
+               now.descriptors <= before.descriptors && now.files.size() <= before.files.size();
+    }
+
+    /// Whatever is under way is given half a minute.
+    bool comesBackTo(const Footprint& before)
+    {
+        m_user.rest();
+        try {
+            m_session.waitUntil("the application to give back what it used",
+                                [&] { return isWithin(footprint(), before); });
+            return true;
+        } catch (const std::runtime_error&) {
+            return false;
+        }
+    }
+
+    static void print(const std::string& when, const Footprint& footprint)
+    {
+        std::cout << when << ": " << footprint.kilobytes / 1024 << " MiB, " << footprint.threads
+                  << " threads, " << footprint.descriptors << " descriptors, "
+                  << footprint.files.size() << " temporary files" << std::endl;
+    }
+
+    DesktopSession m_session;
+    int m_argumentCount = 1;
+    char m_name[5] = "soak";
+    char* m_arguments[2] = {m_name, nullptr};
+    QGuiApplication m_application{m_argumentCount, m_arguments};
+    ScreenReader m_reader{m_session};
+    LoopbackServer m_server;
+    const QString m_temporaryFolder = m_session.path("temporary");
+    QProcess* m_process = nullptr;
+    RandomUser m_user;
+};
+
+} // namespace
+
+/// Its arguments: how many minutes, and the seed of the choices, which is else a random one.
+int main(int argc, char** argv)
+try {
+    const double minutes = argc > 1 ? std::stod(argv[1]) : 2;
+    const unsigned int seed =
+        argc > 2 ? static_cast<unsigned int>(std::stoul(argv[2])) : std::random_device()();
+    std::cout << "Seed " << seed << std::endl;
+    return Soak(seed).run(minutes);
+} catch (const std::exception& error) {
+    std::cerr << "soak: " << error.what() << '\n';
+    return 1;
+}
