@@ -33,6 +33,17 @@ protected:
         return line.mid(5).toUInt();
     }
 
+    /// The place of the popover after a click on the icon of a panel at `place`.
+    QRect openAtIcon(const QPoint& place, const QStringList& variables = {})
+    {
+        QProcess& panel = startXEmbedPanel(place);
+        launch(variables);
+        nextIcon(panel);
+        click(m_icon);
+        waitUntilShown();
+        return areaOf(popover());
+    }
+
     QProcess& startStatusNotifierPanel(const QStringList& arguments = {})
     {
         return startPanel(PITHWISE_STATUS_NOTIFIER_PANEL, arguments);
@@ -123,12 +134,7 @@ TEST_F(TrayTest, EachOfSeveralQuickClicksCounts)
 
 TEST_F(TrayTest, ThePopoverIsBelowTheIcon)
 {
-    QProcess& panel = startXEmbedPanel({600, 0});
-    launch();
-    nextIcon(panel);
-    click(m_icon);
-    waitUntilShown();
-    const QRect area = areaOf(popover());
+    const QRect area = openAtIcon({600, 0});
     EXPECT_EQ(area.size(), QSize(460, 640));
     EXPECT_NEAR(area.center().x(), m_icon.x(), 2);
     EXPECT_GE(area.top(), 24);
@@ -137,12 +143,7 @@ TEST_F(TrayTest, ThePopoverIsBelowTheIcon)
 
 TEST_F(TrayTest, ThePopoverIsWholeBesideAnIconInACorner)
 {
-    QProcess& panel = startXEmbedPanel({1256, 876});
-    launch();
-    nextIcon(panel);
-    click(m_icon);
-    waitUntilShown();
-    const QRect area = areaOf(popover());
+    const QRect area = openAtIcon({1256, 876});
     EXPECT_EQ(area.right(), 1279);
     EXPECT_LT(area.bottom(), 876);
     EXPECT_GT(area.bottom(), 860);
@@ -150,12 +151,7 @@ TEST_F(TrayTest, ThePopoverIsWholeBesideAnIconInACorner)
 
 TEST_F(TrayTest, ThePopoverIsWholeAlsoAtALargerScale)
 {
-    QProcess& panel = startXEmbedPanel({900, 0});
-    launch({"QT_SCALE_FACTOR=1.5"});
-    nextIcon(panel);
-    click(m_icon);
-    waitUntilShown();
-    const QRect area = areaOf(popover());
+    const QRect area = openAtIcon({900, 0}, {"QT_SCALE_FACTOR=1.5"});
     EXPECT_EQ(area.width(), 690);
     EXPECT_TRUE(QRect(0, 0, 1280, 900).contains(area)); // 960 would be its height
     EXPECT_GT(area.height(), 890);
@@ -163,12 +159,7 @@ TEST_F(TrayTest, ThePopoverIsWholeAlsoAtALargerScale)
 
 TEST_F(TrayOnCompositedDesktopTest, ThePopoverHasRoomForItsShadow)
 {
-    QProcess& panel = startXEmbedPanel({600, 0});
-    launch();
-    nextIcon(panel);
-    click(m_icon);
-    waitUntilShown();
-    const QRect area = areaOf(popover());
+    const QRect area = openAtIcon({600, 0});
     EXPECT_GT(area.width(), 460);
     EXPECT_EQ(area.width() - 460, area.height() - 640);
     EXPECT_NEAR(area.center().x(), m_icon.x(), 2);
