@@ -28,9 +28,9 @@ public:
         connect(socket, &QTcpSocket::disconnected, this, &Connection::deleteLater);
     }
 
-    void release()
+    void release(std::optional<qint64> until)
     {
-        m_answer.stallAfter.reset();
+        m_answer.stallAfter = until;
         send();
     }
 
@@ -150,11 +150,11 @@ public:
         return serverPort();
     }
 
-    void release()
+    void release(std::optional<qint64> until)
     {
         for (QObject* child : children()) {
             if (auto* connection = dynamic_cast<Connection*>(child))
-                connection->release();
+                connection->release(until);
         }
     }
 
@@ -200,9 +200,9 @@ void LoopbackServer::setAnswer(const QByteArray& path, const Answer& answer)
     onThread([&] { m_listener->answers[path] = answer; });
 }
 
-void LoopbackServer::release()
+void LoopbackServer::release(std::optional<qint64> until)
 {
-    onThread([this] { m_listener->release(); });
+    onThread([this, until] { m_listener->release(until); });
 }
 
 std::vector<LoopbackServer::Request> LoopbackServer::requests() const

@@ -58,8 +58,8 @@ public:
     /// What requests for `path` (with the query) get from now on; a 404 where nothing is set.
     void setAnswer(const QByteArray& path, const Answer& answer);
 
-    /// Lets the answers go on that have stalled.
-    void release();
+    /// Lets the answers go on that have stalled: to their ends, or until so many bytes of the body.
+    void release(std::optional<qint64> until = {});
 
     /// All requests so far, the oldest first.
     std::vector<Request> requests() const;
