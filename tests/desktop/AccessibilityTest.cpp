@@ -1,4 +1,3 @@
-#include "BenchModel.h"
 #include "LoopbackServer.h"
 #include "ReaderFixture.h"
 
@@ -44,14 +43,6 @@ protected:
         return names;
     }
 
-    void openTab(const std::string& name)
-    {
-        m_reader.perform(m_reader.find("radio button", name), "Toggle");
-        m_session.waitUntil("the tab", [&] {
-            return m_reader.find("radio button", name).is(ScreenReader::focusable);
-        });
-    }
-
     /// Has the popover show a summary of a text that was typed.
     void summarize()
     {
@@ -62,29 +53,6 @@ protected:
         });
         m_reader.perform(m_reader.find("push button", "Summarize"), "Press");
         waitUntilEnabled("Copy Markdown");
-    }
-
-    void waitUntilEnabled(const std::string& button)
-    {
-        m_session.waitUntil(("the button " + button).c_str(), [&] {
-            return m_reader.find("push button", button).is(ScreenReader::enabled);
-        });
-    }
-
-    /// Whether readers have been given reason to read `text` out.
-    bool isTold(const std::string& text)
-    {
-        QCoreApplication::processEvents();
-        const auto& events = m_reader.events();
-        return std::any_of(events.begin(), events.end(), [&](const ScreenReader::Event& event) {
-            return event.kind == "StateChanged showing" && event.value == 1 &&
-                   event.source.role == "notification" && event.source.name == text;
-        });
-    }
-
-    void waitUntilTold(const std::string& text)
-    {
-        m_session.waitUntil(("\"" + text + "\" to be told").c_str(), [&] { return isTold(text); });
     }
 
     /// What the focus comes to with each Tab, until it is where it began.
@@ -133,7 +101,7 @@ TEST_F(AccessibilityTest, EveryControlOfEachTabHasAName)
     launchToRead();
     summarize();
     for (const Tab& tab : m_tabs) {
-        openTab(tab.name);
+        choose(tab.name);
         EXPECT_THAT(namesOfControls(), ElementsAreArray(tab.controls + m_below));
     }
 }
@@ -196,7 +164,7 @@ TEST_F(AccessibilityTest, TabGoesFromTopToBottom)
     launchToRead();
     summarize();
     for (const Tab& tab : m_tabs) {
-        openTab(tab.name);
+        choose(tab.name);
         Names way = namesOnTheWayOfTab();
         const auto top = std::find(way.begin(), way.end(), tab.controls.front());
         ASSERT_NE(top, way.end());
@@ -243,9 +211,7 @@ TEST_F(AccessibilityTest, APopoverThatComesBackAtOnceHasTheFocus)
 
 TEST_F(AccessibilityTest, TheStatusIsTold)
 {
-    const QString model = m_session.path("slow.gguf");
-    BenchModel::write(model.toStdString(), {1, 256, 256, 4, 2});
-    launchToReadOn(model);
+    launchToReadOn(slowModel());
     show();
     type("Some text.");
     waitUntilEnabled("Summarize");

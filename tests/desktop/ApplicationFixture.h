@@ -1,31 +1,63 @@
 #pragma once
 
+#include "BenchModel.h"
 #include "DesktopSession.h"
+#include "ForeignClipboard.h"
 #include "Program.h"
+#include "Screenshot.h"
 #include "StandinModel.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QImage>
 #include <QPoint>
 #include <QRect>
 
 #include <gmock/gmock.h>
 #include <signal.h>
 
+#include <filesystem>
+#include <iostream>
 #include <string>
 
-/// A desktop with the tray application on it.
+/// A desktop with the tray application on it. Of a test that fails it prints what the application
+/// had to say and leaves a picture of the screen.
 class ApplicationFixture : public testing::Test
 {
 protected:
     ApplicationFixture() : ApplicationFixture(DesktopSession::Options{}) {}
     explicit ApplicationFixture(const DesktopSession::Options& options) : m_session(options) {}
 
+    void TearDown() override
+    {
+        if (!HasFailure())
+            return;
+        if (m_process != nullptr)
+            std::cerr << m_process->readAllStandardError().toStdString();
+        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+        const QString name = QString("%1.%2.png").arg(test.test_suite_name(), test.name());
+        QDir().mkpath(PITHWISE_FAILURES);
+        const std::filesystem::path file = QDir(PITHWISE_FAILURES).filePath(name).toStdString();
+        std::filesystem::remove(file);
+        if (Screenshot::create()->takeScreen(file))
+            std::cerr << "The screen is in " << file.string() << ".\n";
+    }
+
     /// A model that spells a script.
-    QString standin()
+    QString standin(const std::string& script = "- The takeaway.")
     {
         QString file = m_session.path("standin.gguf");
-        StandinModel::write({StandinModel::split("\n- The takeaway.\n")}, file.toStdString());
+        StandinModel::write({StandinModel::split("\n" + script + "\n")}, file.toStdString());
+        return file;
+    }
+
+    /// A model that takes some milliseconds a token and never ends an answer, so that there is time
+    /// for something else.
+    QString slowModel(const BenchModel::Shape& shape = {1, 256, 256, 4, 2})
+    {
+        QString file = m_session.path("slow.gguf");
+        BenchModel::write(file.toStdString(), shape);
         return file;
     }
 
@@ -37,9 +69,9 @@ protected:
         QStringList arguments = variables + QStringList(PITHWISE_PROGRAM);
         if (!model.isEmpty())
             arguments += {"--model", model};
-        QProcess& process = m_session.start("env", arguments);
+        m_process = &m_session.start("env", arguments);
         m_session.waitUntil("the application", [this] { return isAnswering(); });
-        return process;
+        return *m_process;
     }
 
     /// Whether the application has come to answer, which it does once it is set up.
@@ -95,14 +127,16 @@ protected:
     {
         QProcess question;
         question.setProcessEnvironment(m_session.environment());
-        question.start("xdotool", {"getwindowgeometry", "--shell", QString::number(window)});
+        // Not xdotool, whose answer is wrong for a window in a frame.
+        question.start("xwininfo", {"-id", QString::number(window)});
         question.waitForFinished();
         const QByteArray answer = question.readAllStandardOutput();
         const auto value = [&answer](const QByteArray& name) {
-            const qsizetype begin = answer.indexOf("\n" + name + "=") + name.size() + 2;
-            return answer.mid(begin, answer.indexOf('\n', begin) - begin).toInt();
+            const qsizetype begin = answer.indexOf(" " + name + ":") + name.size() + 2;
+            return answer.mid(begin, answer.indexOf('\n', begin) - begin).trimmed().toInt();
         };
-        return {value("X"), value("Y"), value("WIDTH"), value("HEIGHT")};
+        return {value("Absolute upper-left X"), value("Absolute upper-left Y"), value("Width"),
+                value("Height")};
     }
 
     void click(const QPoint& point, int button = 1, int times = 1)
@@ -144,10 +178,20 @@ protected:
         return process.readLine().trimmed();
     }
 
+    QImage screen()
+    {
+        const std::filesystem::path file = m_session.path("screen.png").toStdString();
+        std::filesystem::remove(file);
+        EXPECT_TRUE(Screenshot::create()->takeScreen(file));
+        return QImage(QString::fromStdString(file.string()));
+    }
+
     DesktopSession m_session;
     int m_argc = 1;
     char m_name[5] = "test";
     char* m_argv[2] = {m_name, nullptr};
     QCoreApplication m_application{m_argc, m_argv};
+    ForeignClipboard m_clipboard{m_session};
+    QProcess* m_process = nullptr; // the application that was launched last
     std::string m_error;
 };

@@ -1,5 +1,4 @@
 #include "ApplicationFixture.h"
-#include "BenchModel.h"
 #include "TestWindow.h"
 
 #include <QFile>
@@ -273,9 +272,7 @@ TEST_F(ApplicationTest, ItEndsWhenItIsAskedTo)
 
 TEST_F(ApplicationTest, ItEndsWithinASecondAlsoDuringARun)
 {
-    const QString model = m_session.path("slow.gguf");
-    BenchModel::write(model.toStdString(), {1, 256, 256, 4, 2});
-    QProcess& process = launchOn(model);
+    QProcess& process = launchOn(slowModel());
     startApp({"--editor", "Some text to select."});
     m_session.xdotool({"key", "ctrl+a"});
     m_session.xdotool({"key", "ctrl+alt+s"});

@@ -1,10 +1,6 @@
 #include "ReaderFixture.h"
-#include "Screenshot.h"
 
 #include <QFile>
-#include <QImage>
-
-#include <filesystem>
 
 namespace {
 
@@ -62,13 +58,7 @@ protected:
     void release() { m_session.xdotool({"mouseup", "1"}); }
 
     /// What is on the screen at the zone's edge, left of its text.
-    QRgb groundOfZone()
-    {
-        const std::filesystem::path file = m_session.path("screen.png").toStdString();
-        std::filesystem::remove(file);
-        EXPECT_TRUE(Screenshot::create()->takeScreen(file));
-        return QImage(QString::fromStdString(file.string())).pixel(m_zone - QPoint(180, 0));
-    }
+    QRgb groundOfZone() { return screen().pixel(m_zone - QPoint(180, 0)); }
 
     QProcess* m_source = nullptr; // of what is dragged
     QPoint m_zone;                // a place in it

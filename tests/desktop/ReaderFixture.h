@@ -3,10 +3,21 @@
 #include "ApplicationFixture.h"
 #include "ScreenReader.h"
 
+#include <algorithm>
+#include <exception>
+
 /// The tray application, used with the keyboard and looked at through the eyes of a screen reader.
+/// Of a test that fails it prints what they saw.
 class ReaderFixture : public ApplicationFixture
 {
 protected:
+    void TearDown() override
+    {
+        if (HasFailure())
+            describe();
+        ApplicationFixture::TearDown();
+    }
+
     /// Starts the application and returns when it tells what it shows.
     QProcess& launchToRead() { return launchToReadOn(standin()); }
 
@@ -37,6 +48,45 @@ protected:
 
     void type(const QString& text) { m_session.xdotool({"type", "--delay", "1", text}); }
 
+    /// Opens one of the tabs or chooses a kind of summary.
+    void choose(const std::string& name)
+    {
+        m_reader.perform(m_reader.find("radio button", name), "Toggle");
+        m_session.waitUntil(("the choice of " + name).c_str(), [&] {
+            return m_reader.find("radio button", name).is(ScreenReader::focusable);
+        });
+    }
+
+    void waitUntilEnabled(const std::string& button)
+    {
+        m_session.waitUntil(("the button " + button).c_str(), [&] {
+            return m_reader.find("push button", button).is(ScreenReader::enabled);
+        });
+    }
+
+    /// Once it can be pressed.
+    void pressButton(const std::string& name)
+    {
+        waitUntilEnabled(name);
+        m_reader.perform(m_reader.find("push button", name), "Press");
+    }
+
+    /// Whether readers have been given reason to read `text` out.
+    bool isTold(const std::string& text)
+    {
+        QCoreApplication::processEvents();
+        const auto& events = m_reader.events();
+        return std::any_of(events.begin(), events.end(), [&](const ScreenReader::Event& event) {
+            return event.kind == "StateChanged showing" && event.value == 1 &&
+                   event.source.role == "notification" && event.source.name == text;
+        });
+    }
+
+    void waitUntilTold(const std::string& text)
+    {
+        m_session.waitUntil(("\"" + text + "\" to be told").c_str(), [&] { return isTold(text); });
+    }
+
     void waitUntilFocused(const std::string& role, const std::string& name)
     {
         m_session.waitUntil(("the focus on " + name).c_str(), [&] {
@@ -53,8 +103,41 @@ protected:
                             [&] { return m_reader.text(summary) == "• The takeaway."; });
     }
 
+    /// The text in the editor of the first tab, which is what is summarised.
+    std::string source()
+    {
+        choose("Clipboard");
+        return m_reader.text(m_reader.find("text", "Text to summarize"));
+    }
+
+    /// Types a text into the editor, which has the focus, and returns when it is all there.
+    void enter(const QString& text)
+    {
+        waitUntilFocused("text", "Text to summarize");
+        type(text);
+        m_session.waitUntil("the text", [&] { return source() == text.toStdString(); });
+    }
+
+    /// The summary as it is shown.
+    std::string summary() { return m_reader.text(m_reader.find("label", "Summary")); }
+
     // Qt applications tell nothing otherwise where the desktop has no screen reader running.
     static constexpr const char* tellsAll = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1";
 
     ScreenReader m_reader{m_session};
+
+private:
+    void describe()
+    {
+        try {
+            for (const ScreenReader::Node& node : m_reader.nodes()) {
+                std::cerr << node.role << ": " << node.name
+                          << (node.is(ScreenReader::enabled) ? "" : " (disabled)")
+                          << (node.is(ScreenReader::checked) ? " (checked)" : "")
+                          << (node.is(ScreenReader::focused) ? " (focused)" : "") << '\n';
+            }
+        } catch (const std::exception& error) {
+            std::cerr << "Nothing can be read of the application: " << error.what() << '\n';
+        }
+    }
 };

@@ -2,6 +2,7 @@
 
 #include "Accessibility.h"
 #include "DesktopSession.h"
+#include "ForeignClipboard.h"
 #include "KeyEvents.h"
 #include "Pasteboard.h"
 #include "SelectionGrabber.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 #include <QCoroTask>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -69,10 +69,7 @@ protected:
     /// What another program reads of a selection; empty where there is nothing.
     QByteArray selection(const QString& name, const QString& target = "UTF8_STRING")
     {
-        QProcess reader;
-        reader.setProcessEnvironment(m_session.environment());
-        reader.start("xclip", {"-o", "-selection", name, "-t", target}, QIODevice::ReadOnly);
-        return finished(reader) ? reader.readAllStandardOutput() : QByteArray();
+        return m_clipboard.read(name, target);
     }
 
     QByteArray clipboard(const QString& target = "UTF8_STRING")
@@ -81,15 +78,7 @@ protected:
     }
 
     /// Puts `text` on the clipboard, as another program's.
-    void putOnClipboard(const QByteArray& text)
-    {
-        QFile file(m_session.path("clipboard"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        file.close();
-        m_session.start("xclip", {"-quiet", "-selection", "clipboard", "-i", file.fileName()});
-        m_session.waitUntil("the clipboard to have an owner", [&] { return clipboard() == text; });
-    }
+    void putOnClipboard(const QByteArray& text) { m_clipboard.put(text); }
 
     /// The result of a grab, whose time and turns of the main thread's event loop are noted.
     Text grab()
@@ -112,16 +101,6 @@ protected:
     static void resume(const QProcess& process)
     {
         ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
-    }
-
-    /// Waits as the main thread of a program does, which answers other programs meanwhile.
-    static bool finished(QProcess& process)
-    {
-        const QDeadlineTimer deadline(30'000);
-        while (!process.waitForFinished(5) && process.state() != QProcess::NotRunning &&
-               !deadline.hasExpired())
-            QCoreApplication::processEvents();
-        return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
 
     /// As on a desktop where applications may tell what they show.
@@ -157,6 +136,7 @@ protected:
     char* m_argv[2] = {m_name, nullptr};
     DesktopSession m_session;
     QApplication m_application{m_argc, m_argv};
+    ForeignClipboard m_clipboard{m_session};
     SelectionGrabber::Ports m_ports = SelectionGrabber::systemPorts();
     qint64 m_milliseconds = 0;
     int m_turns = 0;
