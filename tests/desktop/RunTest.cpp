@@ -1,0 +1,281 @@
+#include "ReaderFixture.h"
+
+#include <QFile>
+
+namespace {
+
+/// Runs of the model: what starts one, what ends one, and what is shown meanwhile.
+class RunTest : public ReaderFixture
+{
+protected:
+    /// Has the popover show a summary of some text.
+    void summarize()
+    {
+        show();
+        enter("Some text.");
+        pressButton("Summarize");
+        waitForSummary();
+        waitUntilTold(m_told);
+        m_reader.forgetEvents();
+    }
+
+    /// Launches on a slow model, and returns when it begins to read a text that takes it seconds.
+    QProcess& launchReading(const QByteArray& text)
+    {
+        QProcess& process = launchToReadOn(slowModel(m_slow));
+        m_clipboard.put(text);
+        show();
+        pressButton("Use Clipboard");
+        return process;
+    }
+
+    /// Launches on a slow model, and returns when there is a part of its answer.
+    QProcess& launchAnswering()
+    {
+        QProcess& process = launchToReadOn(slowModel(m_slow));
+        show();
+        enter("Some text.");
+        pressButton("Summarize");
+        m_session.waitUntil("the first words", [this] {
+            const auto node = m_reader.lookFor("label", "Summary");
+            return node && !m_reader.text(*node).empty();
+        });
+        return process;
+    }
+
+    /// Whether the application is back to where a run can be started.
+    void expectStopped()
+    {
+        waitUntilEnabled("Summarize");
+        EXPECT_FALSE(m_reader.lookFor("push button", "Stop"));
+        EXPECT_FALSE(m_reader.lookFor("label", "Summarizing…"));
+    }
+
+    /// The time that the application has kept processors busy, in ticks.
+    qint64 processorTime()
+    {
+        QFile file(QString("/proc/%1/stat").arg(m_process->processId()));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray line = file.readAll();
+        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+        return fields.value(11).toLongLong() + fields.value(12).toLongLong();
+    }
+
+    /// In a quiet moment: what was asked for has reached the application by now.
+    void expectNoRun()
+    {
+        ASSERT_TRUE(isAnswering());
+        ASSERT_TRUE(isAnswering());
+        EXPECT_FALSE(isTold("Summarizing…"));
+        EXPECT_TRUE(m_reader.lookFor("push button", "Summarize"));
+    }
+
+    void moveSlider(const QString& key, const std::string& length)
+    {
+        const ScreenReader::Node slider = m_reader.find("slider", "Length");
+        m_reader.perform(slider, "SetFocus");
+        waitUntilFocused("slider", "Length");
+        press({key});
+        m_session.waitUntil(
+            "the length", [&] { return m_reader.find("slider", "Length").description == length; });
+    }
+
+    void clickOn(const std::string& button)
+    {
+        click(m_reader.find("push button", button).area.center());
+    }
+
+    /// How many bytes the answer of the slow model has in the end. Each of them is a token, so
+    /// that is what the kind and the length of the summary allow.
+    qsizetype sizeWhenDone()
+    {
+        m_reader.forgetEvents();
+        pressButton("Copy Markdown");
+        waitUntilTold("Markdown copied");
+        return m_clipboard.text().size();
+    }
+
+    /// The same of a run that this starts.
+    qsizetype sizeAfter(const std::function<void()>& change)
+    {
+        m_reader.forgetEvents();
+        change();
+        waitUntilTold("Summarizing…");
+        return sizeWhenDone();
+    }
+
+    // So that there are some ten milliseconds between two tokens of an answer.
+    const BenchModel::Shape m_slow = {16, 1024, 2048, 8, 2};
+    const std::string m_told = "Summary: • The takeaway.";
+};
+
+TEST_F(RunTest, AnotherKindSummarizesAgain)
+{
+    launchToRead();
+    summarize();
+    choose("Executive");
+    waitUntilTold(m_told);
+    waitUntilEnabled("Copy Markdown");
+}
+
+TEST_F(RunTest, AnotherLengthSummarizesAgain)
+{
+    launchToRead();
+    summarize();
+    moveSlider("Right", "Detailed");
+    waitUntilTold(m_told);
+    waitUntilEnabled("Copy Markdown");
+}
+
+TEST_F(RunTest, TheSameKindOnceMoreIsNoChange)
+{
+    launchToRead();
+    summarize();
+    m_reader.perform(m_reader.find("radio button", "3 Bullets"), "Toggle");
+    expectNoRun();
+}
+
+TEST_F(RunTest, WithoutASummaryAChangeStartsNothing)
+{
+    launchToRead();
+    show();
+    enter("Some text.");
+    choose("Actions");
+    moveSlider("Left", "Brief");
+    expectNoRun();
+    m_reader.find("label", "Your summary will appear here.");
+}
+
+TEST_F(RunTest, AChangeMakesASummaryOfThatKindAndLength)
+{
+    launchToReadOn(slowModel());
+    show();
+    enter("Some text.");
+    choose("TL;DR");
+    moveSlider("Left", "Brief");
+    EXPECT_EQ(sizeAfter([this] { pressButton("Summarize"); }), 60);
+    EXPECT_EQ(sizeAfter([this] { moveSlider("Right", "Balanced"); }), 110);
+    EXPECT_EQ(sizeAfter([this] { choose("3 Bullets"); }), 220);
+}
+
+TEST_F(RunTest, AChangeDuringARunDoesNotStartAnother)
+{
+    launchAnswering();
+    choose("TL;DR"); // which is half as long
+    EXPECT_EQ(sizeWhenDone(), 220);
+}
+
+TEST_F(RunTest, StopWhileSectionsAreRead)
+{
+    launchReading(QByteArray(60'000, 'x'));
+    m_reader.find("label", "Reading part 1 of 10…");
+    clickOn("Stop");
+    expectStopped();
+    m_reader.find("label", "Your summary will appear here.");
+    EXPECT_FALSE(m_reader.find("push button", "Copy Markdown").is(ScreenReader::enabled));
+}
+
+TEST_F(RunTest, StopInTheMiddleOfTheTextEndsTheReadingAtOnce)
+{
+    launchReading(QByteArray("long text ").repeated(740));
+    m_reader.find("label", "Summarizing…");
+    clickOn("Stop");
+    expectStopped();
+    QElapsedTimer timer;
+    timer.start();
+    m_session.waitUntil("the processors to be idle", [this] {
+        const qint64 before = processorTime();
+        EXPECT_TRUE(isAnswering());
+        return processorTime() == before;
+    });
+    EXPECT_LT(timer.elapsed(), 1'000);
+    m_reader.find("label", "Your summary will appear here.");
+}
+
+TEST_F(RunTest, StopInTheMiddleOfTheAnswerKeepsWhatIsThere)
+{
+    launchAnswering();
+    EXPECT_FALSE(m_reader.find("push button", "Copy Markdown").is(ScreenReader::enabled));
+    m_reader.find("label", "Summarizing…"); // below the buttons now
+    clickOn("Stop");
+    expectStopped();
+    const std::string part = summary();
+    EXPECT_FALSE(part.empty());
+    EXPECT_LT(part.size(), 200U); // of 220
+    pressButton("Copy Markdown");
+    waitUntilTold("Markdown copied");
+    EXPECT_FALSE(m_clipboard.text().isEmpty());
+    EXPECT_EQ(summary(), part);
+}
+
+TEST_F(RunTest, AfterAStopARunCanBeStartedAgain)
+{
+    launchAnswering();
+    clickOn("Stop");
+    expectStopped();
+    m_reader.forgetEvents();
+    pressButton("Summarize");
+    waitUntilTold("Summarizing…");
+    clickOn("Stop");
+    expectStopped();
+}
+
+TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoDuringARun)
+{
+    QProcess& process = launchAnswering();
+    clickOn("Quit");
+    ASSERT_TRUE(process.waitForFinished(1'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_EQ(process.readAllStandardError(), "");
+}
+
+TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileATextIsRead)
+{
+    QProcess& process = launchReading(QByteArray("long text ").repeated(740));
+    m_reader.find("label", "Summarizing…");
+    clickOn("Quit");
+    ASSERT_TRUE(process.waitForFinished(1'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.readAllStandardError(), "");
+}
+
+TEST_F(RunTest, ASecondStartDuringARunHidesAndShowsThePopoverOnly)
+{
+    launchAnswering();
+    choose("TL;DR"); // which is half as long
+    EXPECT_EQ(run({}), 0) << m_error;
+    waitUntilHidden();
+    EXPECT_EQ(run({}), 0) << m_error;
+    waitUntilShown();
+    EXPECT_EQ(sizeWhenDone(), 220);
+}
+
+TEST_F(RunTest, ARunThatFailsIsOneSentenceAndGoesWithTheNext)
+{
+    QFile file(m_session.path("damaged.gguf"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("no model") > 0);
+    file.close();
+    launchToReadOn(file.fileName());
+    show();
+    enter("Some text.");
+    pressButton("Summarize");
+    m_reader.find("text", "Could not load the language model.");
+    waitUntilEnabled("Summarize");
+    ASSERT_TRUE(file.remove() && QFile::copy(standin(), file.fileName()));
+    pressButton("Summarize");
+    waitForSummary();
+    EXPECT_FALSE(m_reader.lookFor("text", "Could not load the language model."));
+}
+
+TEST_F(RunTest, ALaterTextSupersedesTheRunOfAnEarlierOne)
+{
+    launchAnswering();
+    m_clipboard.put("Three other words.");
+    choose("TL;DR");
+    pressButton("Use Clipboard");
+    m_reader.find("label", "Clipboard · 3 words");
+    EXPECT_EQ(sizeWhenDone(), 110);
+}
+
+} // namespace
