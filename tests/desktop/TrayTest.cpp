@@ -188,6 +188,25 @@ TEST_F(TrayTest, AnXEmbedHostMayComeLateAndRestart)
     }
 }
 
+TEST_F(TrayTest, AnXEmbedHostMayRestartWhileThePopoverIsShown)
+{
+    QProcess* panel = &startXEmbedPanel();
+    launch();
+    nextIcon(*panel);
+    click(m_icon);
+    waitUntilShown();
+    for (int i = 0; i < 2; ++i) {
+        m_session.end(*panel);
+        panel = &startXEmbedPanel();
+        nextIcon(*panel);
+        EXPECT_TRUE(isShown());
+    }
+    click(m_icon);
+    waitUntilHidden();
+    click(m_icon);
+    waitUntilShown();
+}
+
 TEST_F(TrayTest, AnIconOnTheBusActivatedTwiceOpensAndCloses)
 {
     QProcess& panel = startStatusNotifierPanel();
@@ -244,6 +263,25 @@ TEST_F(TrayTest, AHostOnTheBusMayComeLateAndRestart)
         waitUntilHidden();
         m_session.end(panel);
     }
+}
+
+TEST_F(TrayTest, AHostOnTheBusMayRestartWhileThePopoverIsShown)
+{
+    QProcess* panel = &startStatusNotifierPanel();
+    launch();
+    QString item = nextItem(*panel);
+    activate(item);
+    waitUntilShown();
+    for (int i = 0; i < 2; ++i) {
+        m_session.end(*panel);
+        panel = &startStatusNotifierPanel();
+        item = nextItem(*panel);
+        EXPECT_TRUE(isShown());
+    }
+    activate(item);
+    waitUntilHidden();
+    activate(item);
+    waitUntilShown();
 }
 
 TEST_F(TrayTest, AHostOnTheBusMayComeAfterItsWatcher)
