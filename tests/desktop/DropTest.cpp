@@ -88,6 +88,18 @@ TEST_F(DropTest, OfSeveralFilesTheFirstIsSummarized)
     m_reader.find("label", "first.txt · 1 words");
 }
 
+TEST_F(DropTest, AFileThatCannotBeReadIsOneSentence)
+{
+    launchWithDocumentTab();
+    beginDrag({"--drags", fileWith("notes.pdf", "no PDF")});
+    moveToZone();
+    EXPECT_EQ(nextLine(*m_source), "over copy");
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    m_reader.find("text", "Could not open the PDF.");
+    EXPECT_FALSE(m_reader.lookFor("push button", "Stop"));
+}
+
 TEST_F(DropTest, TextIsNotAccepted)
 {
     launchWithDocumentTab();

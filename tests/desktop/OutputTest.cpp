@@ -97,6 +97,40 @@ TEST_F(OutputTest, WhatIsCopiedCanBeSummarized)
     EXPECT_EQ(source(), m_markdown);
 }
 
+TEST_F(OutputTest, TheSummaryAsItIsShownCanBeSelectedAndCopied)
+{
+    launchWithSummary();
+    m_reader.perform(m_reader.find("label", "Summary"), "SetFocus");
+    waitUntilFocused("label", "Summary");
+    press({"ctrl+a", "ctrl+c"});
+    m_session.waitUntil("the copy", [this] { return m_clipboard.text().toStdString() == m_shown; });
+}
+
+TEST_F(OutputTest, ALinkIsOpenedByTheDesktop)
+{
+    const QString opener = m_session.path("xdg-open");
+    QFile script(opener);
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\nprintf '%s\n' \"$@\" > \"$HOME/opened\"\n");
+    script.close();
+    ASSERT_TRUE(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    launchToReadOn(standin("[The source](https://example.com/a?b=c)"),
+                   {"PATH=" + m_session.path(".") + ":" + qEnvironmentVariable("PATH")});
+    show();
+    enter("Some text.");
+    pressButton("Summarize");
+    m_session.waitUntil("the summary", [this] { return summary() == "The source"; });
+    const QPoint intoTheFirstWord(20, 20);
+    click(m_reader.find("label", "Summary").area.topLeft() + intoTheFirstWord);
+    QFile opened(m_session.path("home/opened"));
+    m_session.waitUntil("the link to be opened", [&] {
+        const bool isThere = opened.open(QIODevice::ReadOnly);
+        const QByteArray address = opened.readAll();
+        opened.close();
+        return isThere && address == "https://example.com/a?b=c\n";
+    });
+}
+
 TEST_F(OutputTest, TheNoteOfTheDayGetsOneEntryAfterTheOther)
 {
     launchWithSummary();

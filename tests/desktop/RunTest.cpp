@@ -80,9 +80,9 @@ protected:
             "the length", [&] { return m_reader.find("slider", "Length").description == length; });
     }
 
-    void clickOn(const std::string& button)
+    void clickOn(const std::string& name, const std::string& role = "push button")
     {
-        click(m_reader.find("push button", button).area.center());
+        click(m_reader.find(role, name).area.center());
     }
 
     /// How many bytes the answer of the slow model has in the end. Each of them is a token, so
@@ -108,6 +108,34 @@ protected:
     const BenchModel::Shape m_slow = {16, 1024, 2048, 8, 2};
     const std::string m_told = "Summary: • The takeaway.";
 };
+
+TEST_F(RunTest, TheMouseAloneIsEnough)
+{
+    QProcess& process = launchToRead();
+    m_clipboard.put("Some copied text.");
+    show();
+    clickOn("Web", "radio button");
+    m_reader.find("text", "Web address");
+    clickOn("Clipboard", "radio button");
+    clickOn("Use Clipboard");
+    waitUntilTold(m_told);
+    for (const auto& [role, name] :
+         {std::pair{"radio button", "TL;DR"}, {"push button", "Summarize"}}) {
+        m_reader.forgetEvents();
+        clickOn(name, role);
+        waitUntilTold(m_told);
+    }
+    m_reader.forgetEvents();
+    const QRect slider = m_reader.find("slider", "Length").area;
+    click({slider.right() - 5, slider.center().y()});
+    waitUntilTold(m_told);
+    EXPECT_EQ(m_reader.find("slider", "Length").description, "Detailed");
+    clickOn("Copy Markdown");
+    waitUntilTold("Markdown copied");
+    EXPECT_EQ(m_clipboard.text(), "- The takeaway.");
+    clickOn("Quit");
+    EXPECT_TRUE(process.waitForFinished(1'000));
+}
 
 TEST_F(RunTest, AnotherKindSummarizesAgain)
 {

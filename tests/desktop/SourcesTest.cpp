@@ -155,6 +155,19 @@ TEST_F(SourcesTest, ReturnOnTheButtonSummarizes)
     waitForSummary();
 }
 
+TEST_F(SourcesTest, WhatIsPastedIsSummarized)
+{
+    launchToRead();
+    m_clipboard.put("Copied elsewhere.");
+    show();
+    waitUntilFocused("text", "Text to summarize");
+    press({"ctrl+v"});
+    m_reader.find("label", "Pasted text · 2 words");
+    EXPECT_EQ(source(), "Copied elsewhere.");
+    pressButton("Summarize");
+    waitForSummary();
+}
+
 TEST_F(SourcesTest, BlanksAreNothingToSummarize)
 {
     launchToRead();
