@@ -16,7 +16,7 @@
 namespace {
 
 /// More than this, at rest, is growth. Allocators and caches come and go by less.
-constexpr std::size_t mostKilobytes = 16 * 1024;
+constexpr std::size_t mostKilobytes = std::size_t{16} * 1024;
 
 class Soak
 {
