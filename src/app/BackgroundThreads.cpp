@@ -1,9 +1,12 @@
 #include "BackgroundThreads.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
 #include <utility>
+
+static std::atomic<int> allRunning = 0;
 
 struct BackgroundThreads::Running
 {
@@ -14,6 +17,7 @@ struct BackgroundThreads::Running
     void add(int difference)
     {
         const std::lock_guard lock(mutex);
+        allRunning += difference;
         count += difference;
         changed.notify_all();
     }
@@ -25,6 +29,11 @@ BackgroundThreads::~BackgroundThreads()
 {
     std::unique_lock lock(m_running->mutex);
     m_running->changed.wait_for(lock, patience, [this] { return m_running->count == 0; });
+}
+
+bool BackgroundThreads::isWorkLeft()
+{
+    return allRunning != 0;
 }
 
 void BackgroundThreads::start(std::function<void()> work)

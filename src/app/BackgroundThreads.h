@@ -25,6 +25,11 @@ public:
     BackgroundThreads(const BackgroundThreads&) = delete;
     BackgroundThreads& operator=(const BackgroundThreads&) = delete;
 
+    /// Whether work of any of these objects goes on, also of one that is destroyed. Then the
+    /// process must end without destroying anything more, such as the libraries' static objects,
+    /// because the work may be using it. Any thread.
+    static bool isWorkLeft();
+
     /// Throws std::system_error where there can be no more threads. `work` must not throw.
     void start(std::function<void()> work);
 

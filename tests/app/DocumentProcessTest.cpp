@@ -2,6 +2,7 @@
 
 #include "DocumentFolder.h"
 #include "DocumentReader.h"
+#include "Program.h"
 
 #include <QElapsedTimer>
 
@@ -16,7 +17,7 @@ class DocumentProcessTest : public testing::Test
 protected:
     std::string read(const std::filesystem::path& file)
     {
-        return DocumentProcess::read(file, PITHWISE_PROGRAM);
+        return DocumentProcess::read(file, Program::path().toStdString());
     }
 
     /// What is said of a program that does what the shell's `line` says.

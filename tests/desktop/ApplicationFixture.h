@@ -66,7 +66,7 @@ protected:
 
     QProcess& launchOn(const QString& model, const QStringList& variables = {})
     {
-        QStringList arguments = variables + QStringList(PITHWISE_PROGRAM);
+        QStringList arguments = variables + QStringList(Program::path());
         if (!model.isEmpty())
             arguments += {"--model", model};
         m_process = &m_session.start("env", arguments);
@@ -89,7 +89,7 @@ protected:
     /// Runs another process of the program to its end.
     int run(const QStringList& arguments)
     {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start(arguments);
         const int status = program.finish();
         m_error = program.error().toStdString();

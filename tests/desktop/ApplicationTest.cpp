@@ -34,7 +34,7 @@ TEST_F(ApplicationTest, NothingIsShownAtTheStart)
 
 TEST_F(ApplicationTest, ATerminalIsToldHowToShowIt)
 {
-    Program program(PITHWISE_PROGRAM, Program::Output::terminal);
+    Program program(Program::Output::terminal);
     program.start({"--model", standin()});
     ASSERT_TRUE(program.waitForOutput());
     program.interrupt();
@@ -219,7 +219,7 @@ TEST_F(ApplicationTest, ManyStartedAtOnceAreOne)
 {
     std::vector<QProcess*> processes;
     for (int i = 0; i < 6; ++i)
-        processes.push_back(&m_session.start(PITHWISE_PROGRAM, {"--model", standin()}));
+        processes.push_back(&m_session.start(Program::path(), {"--model", standin()}));
     const auto running = [&] {
         return std::count_if(processes.begin(), processes.end(), [](QProcess* process) {
             return !process->waitForFinished(1) && process->state() == QProcess::Running;
@@ -233,7 +233,7 @@ TEST_F(ApplicationTest, WithoutADisplayThatIsOneSentence)
 {
     for (const QStringList& variables :
          {QStringList{"-u", "DISPLAY"}, QStringList{"DISPLAY=:9999"}}) {
-        QProcess& process = m_session.start("env", variables + QStringList(PITHWISE_PROGRAM));
+        QProcess& process = m_session.start("env", variables + QStringList(Program::path()));
         ASSERT_TRUE(process.waitForFinished());
         EXPECT_EQ(process.exitCode(), 1);
         EXPECT_EQ(process.readAllStandardError(),
@@ -251,7 +251,7 @@ TEST_F(ApplicationTest, AModelFileThatIsNotThereIsOneSentence)
 TEST_F(ApplicationTest, WithoutASessionBusItRunsAllTheSame)
 {
     QProcess& panel = startPanel(PITHWISE_XEMBED_PANEL, {"1200", "0"});
-    m_session.start("env", {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere", PITHWISE_PROGRAM,
+    m_session.start("env", {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere", Program::path(),
                             "--model", standin()});
     EXPECT_TRUE(nextLine(panel).startsWith("icon "));
     click({1210, 10});

@@ -26,7 +26,7 @@ protected:
 
     static Result plan(const QStringList& arguments)
     {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start(QStringList("plan") + arguments);
         return finish(program);
     }
@@ -52,7 +52,7 @@ TEST_F(CaptureCommandTest, TheTextOfTheWindowIsPrinted)
                               "echo Pack my box; exec cat"});
     m_session.waitForWindow({"--class", "^XTerm$"});
     m_session.waitUntil("the text in the window", [] {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start({"read", "--capture", "window"});
         return finish(program).output == "Pack my box\n";
     });
@@ -77,7 +77,7 @@ TEST_F(CaptureCommandTest, AnEmptyDesktopHasNoText)
 TEST_F(CaptureCommandTest, TheUserSelectsOrCancels)
 {
     for (const bool isCancelled : {true, false}) {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start({"summarize", "--capture", "selection"});
         waitForOverlay();
         drag({100, 100}, {300, 200});
@@ -93,7 +93,7 @@ TEST_F(CaptureCommandTest, TheUserSelectsOrCancels)
 
 TEST_F(CaptureCommandTest, AnInterruptTakesTheOverlayAway)
 {
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"plan", "--capture", "selection"});
     waitForOverlay();
     program.interrupt();
@@ -106,7 +106,7 @@ TEST_F(CaptureCommandTest, AnInterruptTakesTheOverlayAway)
 
 TEST_F(CaptureCommandTest, TheDisplaysEndIsACancel)
 {
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"plan", "--capture", "selection"});
     waitForOverlay();
     m_session.killServer();
@@ -118,7 +118,7 @@ TEST_F(CaptureCommandTest, TheDisplaysEndIsACancel)
 
 TEST_F(CaptureCommandTest, ASecondProgramsSelectionIsCancelledAndTheFirstGoesOn)
 {
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"plan", "--capture", "selection"});
     waitForOverlay();
     EXPECT_EQ(plan({"--capture", "selection"}).error, "pithwise: Capture cancelled.\n");
@@ -131,7 +131,7 @@ TEST_F(CaptureCommandTest, ASecondProgramsSelectionIsCancelledAndTheFirstGoesOn)
 TEST_F(CaptureCommandTest, WhereThereIsNoWayEveryCaptureEndsAtOnce)
 {
     const auto errorOf = [](const QString& kind, const QString& display, const QString& wayland) {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.setEnvironment("DISPLAY", display);
         program.setEnvironment("WAYLAND_DISPLAY", wayland);
         program.start({"plan", "--capture", kind});

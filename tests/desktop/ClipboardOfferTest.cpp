@@ -16,7 +16,7 @@ QByteArrayList runningPrograms(const DesktopSession& session)
         QFile environment("/proc/" + entry + "/environ");
         QFile arguments("/proc/" + entry + "/cmdline");
         if (environment.open(QIODevice::ReadOnly) && arguments.open(QIODevice::ReadOnly) &&
-            QFile::symLinkTarget("/proc/" + entry + "/exe") == QStringLiteral(PITHWISE_PROGRAM) &&
+            QFile::symLinkTarget("/proc/" + entry + "/exe") == Program::path() &&
             environment.readAll().split('\0').contains(mark))
             programs.append(arguments.readAll());
     }
@@ -41,7 +41,7 @@ protected:
     /// Runs `pithwise summarize --copy` to its end; returns what it prints.
     QByteArray summarize(const std::string& summary)
     {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start({"summarize", "--copy", "--model", standin(m_session, summary), "-"},
                       "Text.");
         EXPECT_EQ(program.finish(), 0) << program.error().toStdString();
@@ -79,7 +79,7 @@ TEST_F(ClipboardOfferTest, NobodyWaitsForTheServer)
     const QString model = standin(m_session, "- A point.");
     const QByteArray output = m_session.run(
         "sh", {"-c", "echo Text. | \"$0\" summarize --copy --model \"$1\" - 3>&1 2>&1 | cat",
-               PITHWISE_PROGRAM, model});
+               Program::path(), model});
     EXPECT_TRUE(output.endsWith("- A point.\n")) << output.toStdString();
     EXPECT_EQ(clipboard(), "- A point.");
 }
@@ -107,7 +107,7 @@ TEST_F(ClipboardOfferTest, WhatAGrabHasPutBackIsHandedOverToo)
     const ClipboardManager manager;
     putOnClipboard("earlier");
     startApp({"--copies", "copied"});
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"plan", "--selection"});
     EXPECT_EQ(program.finish(), 0);
     EXPECT_THAT(program.output().toStdString(), testing::HasSubstr("copied"));
@@ -119,7 +119,7 @@ TEST_F(ClipboardOfferTest, TheServerOfAGrabEndsWhenAnotherProgramCopies)
 {
     putOnClipboard("earlier");
     startApp({"--copies", "copied"});
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"plan", "--selection"});
     EXPECT_EQ(program.finish(), 0);
     EXPECT_EQ(clipboard(), "earlier");
@@ -138,7 +138,7 @@ TEST_F(ClipboardOfferTest, AnEmptySummaryLeavesTheClipboardAlone)
 TEST(ClipboardOfferEndTest, TheServerEndsWithTheDesktop)
 {
     DesktopSession session;
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"summarize", "--copy", "--model", standin(session, "- A point."), "-"}, "Text.");
     ASSERT_EQ(program.finish(), 0);
     ASSERT_EQ(runningPrograms(session).size(), 1);
@@ -150,7 +150,7 @@ TEST(ClipboardOfferEndTest, WithoutADesktopTheSummaryIsPrintedAllTheSame)
 {
     DesktopSession session;
     qunsetenv("DISPLAY");
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.start({"summarize", "--copy", "--model", standin(session, "- A point."), "-"}, "Text.");
     EXPECT_EQ(program.finish(), 1);
     EXPECT_EQ(program.output(), "- A point.\n");

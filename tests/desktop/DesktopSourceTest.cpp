@@ -17,7 +17,7 @@ protected:
 
     static Result run(const QString& command, const QString& option)
     {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start({command, option});
         const int status = program.finish();
         return {status, program.output().toStdString(), program.error().toStdString()};

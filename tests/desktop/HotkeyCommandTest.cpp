@@ -32,7 +32,7 @@ protected:
 
     Result hotkey(const QStringList& options)
     {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start(QStringList("hotkey") + options);
         return finish(program);
     }
@@ -147,7 +147,7 @@ TEST_F(HotkeyCommandTest, AnInterruptKeepsTheTextSoFar)
     selectSomeText();
     const QString model = m_session.path("slow.gguf");
     BenchModel::write(model.toStdString(), {1, 256, 256, 4, 2});
-    Program program(PITHWISE_PROGRAM, Program::Output::terminal);
+    Program program(Program::Output::terminal);
     program.start({"hotkey", "--model", model});
     ASSERT_TRUE(program.waitForOutput());
     program.interrupt();

@@ -40,7 +40,7 @@ TEST_F(HotkeyTest, AWindowWithoutASelectionIsRead)
                               "echo Pack my box; exec cat"});
     waitUntilInFront(m_session.waitForWindow({"--class", "^XTerm$"}));
     m_session.waitUntil("the text in the window", [] {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.start({"read", "--capture", "window"});
         program.finish();
         return program.output() == "Pack my box\n";

@@ -19,14 +19,25 @@ protected:
         m_reader.forgetEvents();
     }
 
-    /// Launches on a slow model, and returns when it begins to read a text that takes it seconds.
-    QProcess& launchReading(const QByteArray& text)
+    /// Launches on a slow model that has yet to be loaded, and starts a run of a text.
+    QProcess& launchRunOf(const QByteArray& text)
     {
         QProcess& process = launchToReadOn(slowModel(m_slow));
         m_clipboard.put(text);
         show();
         pressButton("Use Clipboard");
         return process;
+    }
+
+    /// Milliseconds until there are the first words of a summary that the button starts.
+    qint64 timeToFirstWords(const std::string& button)
+    {
+        waitUntilEnabled(button);
+        QElapsedTimer timer;
+        timer.start();
+        pressButton(button);
+        m_session.waitUntil("the first words", [this] { return !summaryIfAny().empty(); });
+        return timer.elapsed();
     }
 
     /// Launches on a slow model, and returns when there is a part of its answer, which is of 260
@@ -77,6 +88,15 @@ protected:
         click(m_reader.find(role, name).area.center());
     }
 
+    void quit(QProcess& process)
+    {
+        clickOn("Quit");
+        ASSERT_TRUE(process.waitForFinished(1'000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 0);
+        EXPECT_EQ(process.readAllStandardError(), "");
+    }
+
     /// How many bytes the answer of the slow model has in the end. Each of them is a token, so
     /// that is what the kind and the length of the summary allow.
     qsizetype sizeWhenDone()
@@ -113,6 +133,7 @@ protected:
     // So that there are some ten milliseconds between two tokens of an answer, and seconds before
     // it where the text is of thousands of digits, each of them a token.
     const BenchModel::Shape m_slow = {8, 512, 1024, 8, 2};
+    const QByteArray m_longText = QByteArray(7'400, '7');
     const std::string m_told = "Summary: • The takeaway.";
 };
 
@@ -202,7 +223,7 @@ TEST_F(RunTest, AChangeDuringARunDoesNotStartAnother)
 
 TEST_F(RunTest, StopWhileSectionsAreRead)
 {
-    launchReading(QByteArray(60'000, 'x'));
+    launchRunOf(QByteArray(60'000, 'x'));
     m_reader.find("label", "Reading part 1 of 10…");
     clickOn("Stop");
     expectStopped();
@@ -212,11 +233,21 @@ TEST_F(RunTest, StopWhileSectionsAreRead)
 
 TEST_F(RunTest, StopInTheMiddleOfTheText)
 {
-    launchReading(QByteArray(7'400, '7'));
+    launchToReadOn(slowModel(m_slow));
+    m_clipboard.put(m_longText);
+    show();
+    const qint64 whole = timeToFirstWords("Use Clipboard");
+    clickOn("Stop");
+    expectStopped();
+    clickOn("Clear");
+    pressButton("Use Clipboard");
     m_reader.find("label", "Summarizing…");
     clickOn("Stop");
     expectStopped();
     m_reader.find("label", "Your summary will appear here.");
+    // The model takes one text at a time, so it is the other's turn when this one has ended.
+    m_clipboard.put("Some text.");
+    EXPECT_LT(timeToFirstWords("Use Clipboard"), whole / 2);
 }
 
 TEST_F(RunTest, StopInTheMiddleOfTheAnswerKeepsWhatIsThere)
@@ -247,24 +278,29 @@ TEST_F(RunTest, AfterAStopARunCanBeStartedAgain)
     expectStopped();
 }
 
-TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoDuringARun)
+TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileTheModelIsLoaded)
 {
-    QProcess& process = launchAnswering();
-    clickOn("Quit");
-    ASSERT_TRUE(process.waitForFinished(1'000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_EQ(process.readAllStandardError(), "");
+    QProcess& process = launchRunOf("Some text.");
+    m_reader.find("label", "Summarizing…");
+    quit(process);
 }
 
 TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileATextIsRead)
 {
-    QProcess& process = launchReading(QByteArray(7'400, '7'));
+    QProcess& process = launchAnswering(); // so that the model is there
+    clickOn("Stop");
+    expectStopped();
+    clickOn("Clear");
+    m_clipboard.put(m_longText);
+    pressButton("Use Clipboard");
     m_reader.find("label", "Summarizing…");
-    clickOn("Quit");
-    ASSERT_TRUE(process.waitForFinished(1'000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.readAllStandardError(), "");
+    quit(process);
+}
+
+TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileAnAnswerIsWritten)
+{
+    QProcess& process = launchAnswering();
+    quit(process);
 }
 
 TEST_F(RunTest, ASecondStartDuringARunHidesAndShowsThePopoverOnly)

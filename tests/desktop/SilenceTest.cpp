@@ -21,7 +21,7 @@ protected:
         // The tracer is the one that is started on the side, so that the process is the program.
         QProcess& process =
             m_session.start("env", {tellsAll, "strace", "-D", "-f", "-qq", "-e", "trace=network",
-                                    "-o", m_trace, PITHWISE_PROGRAM, "--model", standin()});
+                                    "-o", m_trace, Program::path(), "--model", standin()});
         m_session.waitUntil("the application", [this] { return isAnswering(); });
         m_reader.follow(process.processId());
         show();

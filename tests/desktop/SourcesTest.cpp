@@ -50,7 +50,7 @@ protected:
                          "sh", "-c", "echo The quick brown fox jumps over the dog; exec cat"});
         const std::uint32_t window = m_session.waitForWindow({"--class", "^XTerm$"});
         m_session.waitUntil("the text in the window", [&] {
-            Program program(PITHWISE_PROGRAM);
+            Program program;
             program.start({"read", "--capture", "window"});
             program.finish();
             return QString::fromUtf8(program.output()).contains(m_shown);
@@ -298,6 +298,26 @@ TEST_F(SourcesTest, TheAreaThatIsDraggedOutIsRead)
     EXPECT_FALSE(isShown());
     drag(terminal.topLeft(), terminal.bottomRight());
     expectTerminalsText("Selected area");
+}
+
+// The recognition knows no end but its own, which is seconds away.
+TEST_F(SourcesTest, QuitEndsTheProgramWithinASecondAlsoWhileAScreenIsRead)
+{
+    QProcess& process = launchToRead();
+    m_session.start("xterm", {"-fa", "DejaVu Sans Mono", "-fs", "7", "-geometry", "200x60+0+0",
+                              "-e", "sh", "-c",
+                              "yes 'Many words on one line.' | fmt -w 190 | "
+                              "head -60; exec cat"});
+    m_session.waitForWindow({"--class", "^XTerm$"});
+    show();
+    choose("Capture");
+    pressButton("Full Screen");
+    waitUntilHidden();
+    waitUntilShown();
+    click(m_reader.find("push button", "Quit").area.center());
+    ASSERT_TRUE(process.waitForFinished(1'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.readAllStandardError(), "");
 }
 
 TEST_F(SourcesTest, EscapeCancelsTheSelectionAndThePopoverComesBack)

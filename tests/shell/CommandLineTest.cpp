@@ -161,7 +161,7 @@ TEST_F(CommandLineTest, ABlankTextIsAnError)
 
 TEST_F(CommandLineTest, OutputThatCannotBeWrittenIsAnError)
 {
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     program.setOutputFile("/dev/full");
     program.start({"plan", "-"}, "text");
     EXPECT_EQ(program.finish(), 1);

@@ -100,7 +100,7 @@ TEST_F(ModelCommandTest, AnInterruptedDownloadLeavesNothing)
     m_server.setAnswer(
         "/model",
         {.body = QByteArray(1 << 20, 'x'), .size = 200'000'000, .stallAfter = 50'000'000});
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     prepare(program);
     program.start({"model", "download"});
     ASSERT_TRUE(program.waitForError("20 % of 200 MB"));

@@ -38,7 +38,7 @@ protected:
     Result run(const QStringList& arguments, const QByteArray& input = {},
                Program::Output output = Program::Output::pipe)
     {
-        Program program(PITHWISE_PROGRAM, output);
+        Program program(output);
         prepare(program);
         program.start(arguments, input);
         const int status = program.finish();

@@ -94,7 +94,7 @@ TEST_F(ReadCommandTest, WhatLibrariesPrintAboutADamagedFileIsNotShown)
 TEST_F(ReadCommandTest, OutputThatCannotBeWrittenIsAnError)
 {
     for (const QByteArray& text : {QByteArray("text"), QByteArray(1'000'000, 'x')}) {
-        Program program(PITHWISE_PROGRAM);
+        Program program;
         program.setOutputFile("/dev/full");
         program.start({"read", "-"}, text);
         EXPECT_EQ(program.finish(), 1);
@@ -164,7 +164,7 @@ TEST_F(ReadCommandTest, AFileIsReadThoughItsNameLooksLikeAnAddress)
 TEST_F(ReadCommandTest, AnInterruptEndsAFetchAtOnce)
 {
     m_server.setAnswer("/", {.body = m_paragraph, .stallAfter = 10});
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     prepare(program);
     program.start({"read", address()});
     const QDeadlineTimer deadline(std::chrono::seconds(30));

@@ -57,7 +57,7 @@ TEST_F(SummarizeCommandTest, ATerminalGetsTheSummaryWithoutItsControlCodes)
 
 TEST_F(SummarizeCommandTest, AnInterruptKeepsTheTextSoFar)
 {
-    Program program(PITHWISE_PROGRAM, Program::Output::terminal);
+    Program program(Program::Output::terminal);
     prepare(program);
     program.start(
         {"summarize", "--mode", "actions", "--length", "detailed", "--model", slowModel(), "-"},
@@ -73,7 +73,7 @@ TEST_F(SummarizeCommandTest, AnInterruptKeepsTheTextSoFar)
 
 TEST_F(SummarizeCommandTest, AnInterruptWhileSectionsAreReadPrintsNothing)
 {
-    Program program(PITHWISE_PROGRAM);
+    Program program;
     prepare(program);
     program.start({"summarize", "--model", slowModel(), "-"}, QByteArray(60'000, 'x'));
     ASSERT_TRUE(program.waitForError("Reading part 1 of"));

@@ -1,5 +1,6 @@
 #include "RandomUser.h"
 
+#include "Program.h"
 #include "TextImage.h"
 
 #include <QCoreApplication>
@@ -165,7 +166,7 @@ void RandomUser::click(int x, int y)
 
 void RandomUser::toggle()
 {
-    m_session.run(PITHWISE_PROGRAM, {"toggle"});
+    m_session.run(Program::path(), {"toggle"});
 }
 
 void RandomUser::clickIcon()

@@ -2,6 +2,7 @@
 // have given back. The language model is a stand-in.
 
 #include "Footprint.h"
+#include "Program.h"
 #include "RandomUser.h"
 #include "StandinModel.h"
 
@@ -65,7 +66,7 @@ private:
         m_session.start(PITHWISE_DESKTOP_APP, {"--title", "Foreign", "--editor", "Foreign text."});
         m_session.waitForWindow({"--name", "^Foreign$"});
         m_process = &m_session.start("env", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
-                                             "TMPDIR=" + m_temporaryFolder, PITHWISE_PROGRAM,
+                                             "TMPDIR=" + m_temporaryFolder, Program::path(),
                                              "--model", model});
     }
 

@@ -10,9 +10,14 @@
 #include <cstdlib>
 #include <stdexcept>
 
-Program::Program(const QString& path, Output output)
+QString Program::path()
 {
-    m_process.setProgram(path);
+    return qEnvironmentVariable("PITHWISE_PROGRAM", QStringLiteral(PITHWISE_BUILT_PROGRAM));
+}
+
+Program::Program(Output output)
+{
+    m_process.setProgram(path());
     m_process.setProcessEnvironment(QProcessEnvironment::systemEnvironment());
     // A test run in the background may have inherited that interrupts are ignored.
     m_process.setChildProcessModifier([] { ::signal(SIGINT, SIG_DFL); });

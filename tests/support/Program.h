@@ -11,7 +11,11 @@ class Program
 public:
     enum class Output { pipe, terminal };
 
-    explicit Program(const QString& path, Output output = Output::pipe);
+    /// Where it is: what the environment's PITHWISE_PROGRAM names, an installed one for instance,
+    /// else what was built here.
+    static QString path();
+
+    explicit Program(Output output = Output::pipe);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
