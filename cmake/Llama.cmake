@@ -13,8 +13,6 @@ option(PITHWISE_LLAMA_ALL_VARIANTS
        "Build llama.cpp with every CPU variant as loadable back ends (for packages)" OFF)
 set(PITHWISE_LLAMA_GPU "" CACHE STRING
     "With all variants: loadable GPU back ends to build as well, e.g. \"VULKAN;CUDA\"")
-set(PITHWISE_LIBRARY_DIR "" CACHE PATH
-    "With all variants: where a package installs llama.cpp; empty to run where it was built")
 if(DEFINED ENV{XDG_CACHE_HOME} AND NOT "$ENV{XDG_CACHE_HOME}" STREQUAL "")
   set(_default_cache "$ENV{XDG_CACHE_HOME}/pithwise")
 else()
@@ -162,8 +160,8 @@ else()
 endif()
 
 set(PITHWISE_LLAMA_LIBRARY_DIR "${_llama_backends}")
-if(PITHWISE_LIBRARY_DIR)
-  set(_llama_backends "${PITHWISE_LIBRARY_DIR}")
+if(PITHWISE_PACKAGE)
+  set(_llama_backends ".") # beside llama.cpp's library, wherever that is installed
 endif()
 if(GGML_BACKEND_DL)
   set_property(TARGET llama APPEND PROPERTY INTERFACE_COMPILE_DEFINITIONS

@@ -2,14 +2,12 @@
 
 #include "AbortTrap.h"
 #include "AppError.h"
+#include "Backends.h"
 #include "ModelCheck.h"
-
-#include <ggml-backend.h>
 
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <mutex>
 #include <string_view>
 #include <thread>
 
@@ -36,21 +34,10 @@ static auto trapped(Function function)
     }
 }
 
-/// Back ends that are libraries of their own are loaded once; a second time they would stand in
-/// llama.cpp's list twice.
-static void loadBackends()
-{
-#ifdef PITHWISE_BACKEND_DIR
-    // Only this folder: without one, llama.cpp would also look into the working directory.
-    static std::once_flag once;
-    std::call_once(once, [] { ggml_backend_load_all_from_path(PITHWISE_BACKEND_DIR); });
-#endif
-}
-
 static void prepareBackend()
 {
     llama_log_set([](ggml_log_level, const char*, void*) {}, nullptr);
-    loadBackends();
+    Backends::load();
     llama_backend_init();
 }
 

@@ -61,6 +61,13 @@ protected:
         EXPECT_FALSE(m_reader.lookFor("label", "Summarizing…"));
     }
 
+    void stopAndClear()
+    {
+        clickOn("Stop");
+        expectStopped();
+        clickOn("Clear");
+    }
+
     /// In a quiet moment: what was asked for has reached the application by now, and of a run it
     /// would have told something.
     void expectNoRun()
@@ -233,21 +240,23 @@ TEST_F(RunTest, StopWhileSectionsAreRead)
 
 TEST_F(RunTest, StopInTheMiddleOfTheText)
 {
-    launchToReadOn(slowModel(m_slow));
+    launchToReadOn(slowModel({12, 512, 1024, 8, 2})); // so that the text takes it some seconds
     m_clipboard.put(m_longText);
     show();
     const qint64 whole = timeToFirstWords("Use Clipboard");
-    clickOn("Stop");
-    expectStopped();
-    clickOn("Clear");
-    pressButton("Use Clipboard");
-    m_reader.find("label", "Summarizing…");
-    clickOn("Stop");
-    expectStopped();
-    m_reader.find("label", "Your summary will appear here.");
-    // The model takes one text at a time, so it is the other's turn when this one has ended.
-    m_clipboard.put("Some text.");
-    EXPECT_LT(timeToFirstWords("Use Clipboard"), whole / 2);
+    qint64 next = whole; // the shortest of some, for the sake of busy machines
+    for (int i = 0; i < 3; ++i) {
+        stopAndClear();
+        m_clipboard.put(m_longText);
+        pressButton("Use Clipboard");
+        m_reader.find("label", "Summarizing…");
+        stopAndClear();
+        m_reader.find("label", "Your summary will appear here.");
+        // The model takes one text at a time, so it is the next one's turn when this has ended.
+        m_clipboard.put("Some text.");
+        next = std::min(next, timeToFirstWords("Use Clipboard"));
+    }
+    EXPECT_LT(next, whole / 2);
 }
 
 TEST_F(RunTest, StopInTheMiddleOfTheAnswerKeepsWhatIsThere)
@@ -288,9 +297,7 @@ TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileTheModelIsLoaded)
 TEST_F(RunTest, QuitEndsTheProgramWithinASecondAlsoWhileATextIsRead)
 {
     QProcess& process = launchAnswering(); // so that the model is there
-    clickOn("Stop");
-    expectStopped();
-    clickOn("Clear");
+    stopAndClear();
     m_clipboard.put(m_longText);
     pressButton("Use Clipboard");
     m_reader.find("label", "Summarizing…");

@@ -1,0 +1,34 @@
+#include "Backends.h"
+
+#ifdef PITHWISE_BACKEND_DIR
+
+#include <dlfcn.h>
+#include <ggml-backend.h>
+#include <llama.h>
+
+#include <filesystem>
+#include <mutex>
+
+/// PITHWISE_BACKEND_DIR; where that is relative, it starts from the folder of llama.cpp's library,
+/// so that an installation works wherever it is put.
+static std::filesystem::path folder()
+{
+    Dl_info library = {};
+    if (::dladdr(reinterpret_cast<const void*>(&llama_backend_init), &library) == 0)
+        return PITHWISE_BACKEND_DIR;
+    return std::filesystem::path(library.dli_fname).parent_path() / PITHWISE_BACKEND_DIR;
+}
+
+void Backends::load()
+{
+    // A second time they would stand in llama.cpp's list twice. And only this folder: without one,
+    // llama.cpp would look into the working directory too.
+    static std::once_flag once;
+    std::call_once(once, [] { ggml_backend_load_all_from_path(folder().c_str()); });
+}
+
+#else
+
+void Backends::load() {}
+
+#endif
