@@ -4,6 +4,7 @@
 #include "TextImage.h"
 
 #include <QFile>
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -104,6 +105,27 @@ TEST(TextRecognizerTest, AFaintTextIsRead)
 {
     const TextImage::Look faint{.ink = QColor(150, 150, 150), .ground = QColor(190, 190, 190)};
     EXPECT_EQ(read(TextImage::render(harbour, faint)), harbourLines);
+}
+
+TEST(TextRecognizerTest, AFewWordsInAWindowAreReadWhateverIsAroundIt)
+{
+    const std::vector<TextImage::Look> windows = {
+        {},
+        {.ink = QColor(224, 224, 224), .ground = QColor(32, 32, 32)},
+        {.ink = QColor(101, 123, 131), .ground = QColor(253, 246, 227)}};
+    for (const int desktop : {34, 128, 192, 224}) {
+        for (const TextImage::Look& window : windows) {
+            QImage screen = grey(1280, 900, desktop).convertToFormat(QImage::Format_RGB32);
+            QPainter painter(&screen);
+            painter.fillRect(600, 60, 500, 200, window.ground);
+            painter.drawImage(600, 60, TextImage::render({harbour[1]}, window));
+            painter.end();
+            Lines lines = read(screen);
+            std::erase(lines, ""); // the edges of the window
+            EXPECT_EQ(lines, Lines{harbourLines[1]})
+                << window.ground.name().toStdString() << " on " << desktop;
+        }
+    }
 }
 
 TEST(TextRecognizerTest, ATextThatFillsItsPictureIsRead)

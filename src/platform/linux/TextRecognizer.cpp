@@ -65,6 +65,11 @@ TesseractRecognizer::TesseractRecognizer()
         throw std::runtime_error("Text recognition needs Tesseract's language data for English. "
                                  "Install it and try again.");
     m_tesseract.SetPageSegMode(tesseract::PSM_AUTO);
+    // Sauvola's method goes by the surroundings of each pixel: with one threshold for all, a window
+    // with little text is taken for a picture where the desktop is of another shade. The factor is
+    // lower than usual (0.34), so that faint text counts too.
+    m_tesseract.SetVariable("thresholding_method", "2");
+    m_tesseract.SetVariable("thresholding_kfactor", "0.1");
 }
 
 /// The line that `result` stands at, without the line end that Tesseract puts behind it; what it
