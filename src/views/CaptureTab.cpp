@@ -66,5 +66,26 @@ CaptureTab::CaptureTab(AppState& state, const Theme& theme, QWidget* parent)
 
 void CaptureTab::refresh()
 {
-    m_buttons->setEnabled(!state().isWorking);
+    if (m_buttons->isEnabledTo(this) != state().isWorking)
+        return;
+    if (state().isWorking)
+        disableButtons();
+    else
+        enableButtons();
+}
+
+void CaptureTab::disableButtons()
+{
+    QWidget* const focused = window()->focusWidget();
+    m_focused = m_buttons->isAncestorOf(focused) ? focused : nullptr;
+    m_buttons->setEnabled(false);
+    m_heir = window()->focusWidget();
+}
+
+/// The focus comes back, unless the user has moved it meanwhile.
+void CaptureTab::enableButtons()
+{
+    m_buttons->setEnabled(true);
+    if (m_focused && window()->focusWidget() == m_heir)
+        m_focused->setFocus();
 }

@@ -2,6 +2,8 @@
 
 #include "StateView.h"
 
+#include <QPointer>
+
 class Theme;
 
 /// The source that is read off the screen. Main thread.
@@ -16,5 +18,10 @@ protected:
     void refresh() final;
 
 private:
+    void disableButtons();
+    void enableButtons();
+
     QWidget* m_buttons;
+    QPointer<QWidget> m_focused; // the button that has lost the focus because it was disabled
+    QPointer<QWidget> m_heir;    // and who has got it
 };

@@ -76,6 +76,8 @@ TEST_F(SilenceTest, ASummaryOfAFileTouchesNoSocketButTheDesktops)
     const std::string accessibility = pathOf(QString::fromUtf8(
         m_session.run("dbus-send", {"--session", "--print-reply=literal", "--dest=org.a11y.Bus",
                                     "/org/a11y/bus", "org.a11y.Bus.GetAddress"})));
+    RecordProperty("sockets", static_cast<int>(kinds().size()));
+    RecordProperty("connections", static_cast<int>(addresses().size()));
     EXPECT_THAT(kinds(), Each("AF_UNIX"));
     EXPECT_THAT(addresses(), Not(IsEmpty()));
     for (const std::string& address : addresses()) {

@@ -566,6 +566,33 @@ TEST_F(CaptureTabTest, HasItsTextsAndSizes)
     FAIL() << "no note";
 }
 
+TEST_F(CaptureTabTest, AfterACaptureTheFocusIsBackOnTheButton)
+{
+    show();
+    button("captureScreen").setFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(state->isWorking);
+    settle();
+    EXPECT_FALSE(button("captureScreen").hasFocus());
+    captures.fail(0, "It failed.");
+    EXPECT_TRUE(waitUntil([&] { return !state->isWorking; }));
+    settle();
+    EXPECT_TRUE(button("captureScreen").hasFocus());
+}
+
+TEST_F(CaptureTabTest, AFocusThatTheUserHasMovedStaysThere)
+{
+    show();
+    button("captureScreen").setFocus();
+    press(Qt::Key_Space);
+    settle();
+    find("length").setFocus();
+    captures.fail(0, "It failed.");
+    EXPECT_TRUE(waitUntil([&] { return !state->isWorking; }));
+    settle();
+    EXPECT_TRUE(find("length").hasFocus());
+}
+
 TEST_F(CaptureTabTest, EachButtonCaptures)
 {
     show();
