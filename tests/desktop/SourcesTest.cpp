@@ -304,10 +304,9 @@ TEST_F(SourcesTest, TheAreaThatIsDraggedOutIsRead)
 TEST_F(SourcesTest, QuitEndsTheProgramWithinASecondAlsoWhileAScreenIsRead)
 {
     QProcess& process = launchToRead();
+    const QString fill = "yes 'Many words on one line.' | fmt -w 190 | head -60; exec cat";
     m_session.start("xterm", {"-fa", "DejaVu Sans Mono", "-fs", "7", "-geometry", "200x60+0+0",
-                              "-e", "sh", "-c",
-                              "yes 'Many words on one line.' | fmt -w 190 | "
-                              "head -60; exec cat"});
+                              "-e", "sh", "-c", fill});
     m_session.waitForWindow({"--class", "^XTerm$"});
     show();
     choose("Capture");
