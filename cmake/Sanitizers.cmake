@@ -3,6 +3,7 @@ set(PITHWISE_SANITIZE "" CACHE STRING "Sanitizers to build with")
 
 if(PITHWISE_SANITIZE)
   add_compile_options(-fsanitize=${PITHWISE_SANITIZE} -fno-omit-frame-pointer)
+  add_compile_definitions(PITHWISE_SANITIZED)
   add_link_options(-fsanitize=${PITHWISE_SANITIZE})
   if(PITHWISE_SANITIZE MATCHES "undefined")
     add_compile_options(-fno-sanitize-recover=undefined)

@@ -1,5 +1,7 @@
 #include "BackgroundThreads.h"
 
+#include "FreedMemory.h"
+
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -42,7 +44,8 @@ void BackgroundThreads::start(std::function<void()> work)
     try {
         std::thread([running = m_running, work = std::move(work)]() mutable {
             work();
-            work = nullptr; // so that all it held is gone when the thread no longer counts
+            work = nullptr;          // so that all it held is gone when the thread no longer counts
+            FreedMemory::giveBack(); // pictures, texts and models' answers leave much behind
             running->add(-1);
         }).detach();
     } catch (...) {

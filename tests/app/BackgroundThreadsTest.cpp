@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <fstream>
 #include <future>
+#include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 TEST(BackgroundThreadsTest, WorkIsLeftUntilTheLastOfItHasEnded)
 {
@@ -31,3 +36,36 @@ TEST(BackgroundThreadsTest, WorkThatEndsInTimeIsNotLeft)
     EXPECT_TRUE(isDone);
     EXPECT_FALSE(BackgroundThreads::isWorkLeft());
 }
+
+// The sanitizers' own allocator keeps what is freed on purpose.
+#ifndef PITHWISE_SANITIZED
+
+static std::size_t residentPages()
+{
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident;
+}
+
+TEST(BackgroundThreadsTest, MemoryThatWorkHasFreedIsGivenBack)
+{
+    using Block = std::array<char, 4096>;
+    constexpr std::size_t count = 8192; // 32 MB, some pages of which stay in use
+    const std::size_t before = residentPages();
+    std::vector<std::unique_ptr<Block>> blocks(count);
+    {
+        BackgroundThreads threads;
+        threads.start([&blocks] {
+            for (auto& block : blocks)
+                block = std::make_unique<Block>();
+            for (std::size_t i = 0; i < count; ++i) {
+                if (i % 256 != 0)
+                    blocks[i].reset();
+            }
+        });
+    }
+    EXPECT_LT(residentPages(), before + count / 4);
+}
+
+#endif
