@@ -6,7 +6,8 @@ namespace FreedMemory {
 
 void giveBack()
 {
-#ifdef __GLIBC__
+    // The sanitizers have an allocator of their own; glibc's must not be touched beside it.
+#if defined(__GLIBC__) && !defined(PITHWISE_SANITIZED)
     // Each thread gets one of several heaps. What one has left between two blocks in use is not
     // used by the next, and so they grow to tens of megabytes each.
     ::malloc_trim(0);
