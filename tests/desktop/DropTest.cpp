@@ -57,6 +57,16 @@ protected:
 
     void release() { m_session.xdotool({"mouseup", "1"}); }
 
+    /// Drags files from another application to the zone, where they are accepted.
+    void drop(const QStringList& dragged)
+    {
+        beginDrag(dragged);
+        moveToZone();
+        EXPECT_EQ(nextLine(*m_source), "over copy");
+        release();
+        EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    }
+
     /// What is on the screen at the zone's edge, left of its text.
     QRgb groundOfZone() { return screen().pixel(m_zone - QPoint(180, 0)); }
 
@@ -67,11 +77,7 @@ protected:
 TEST_F(DropTest, AFileThatWasDraggedBeforeThePopoverOpenedIsSummarized)
 {
     launchWithDocumentTab();
-    beginDrag({"--drags", fileWith("notes.txt", "Three short words.")});
-    moveToZone();
-    EXPECT_EQ(nextLine(*m_source), "over copy");
-    release();
-    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    drop({"--drags", fileWith("notes.txt", "Three short words.")});
     m_reader.find("label", "notes.txt · 3 words");
     waitForSummary();
     EXPECT_TRUE(isShown());
@@ -80,22 +86,14 @@ TEST_F(DropTest, AFileThatWasDraggedBeforeThePopoverOpenedIsSummarized)
 TEST_F(DropTest, OfSeveralFilesTheFirstIsSummarized)
 {
     launchWithDocumentTab();
-    beginDrag({"--drags", fileWith("first.txt", "One."), "--drags", fileWith("b.txt", "Two 2.")});
-    moveToZone();
-    EXPECT_EQ(nextLine(*m_source), "over copy");
-    release();
-    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    drop({"--drags", fileWith("first.txt", "One."), "--drags", fileWith("b.txt", "Two 2.")});
     m_reader.find("label", "first.txt · 1 words");
 }
 
 TEST_F(DropTest, AFileThatCannotBeReadIsOneSentence)
 {
     launchWithDocumentTab();
-    beginDrag({"--drags", fileWith("notes.pdf", "no PDF")});
-    moveToZone();
-    EXPECT_EQ(nextLine(*m_source), "over copy");
-    release();
-    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    drop({"--drags", fileWith("notes.pdf", "no PDF")});
     m_reader.find("text", "Could not open the PDF.");
     EXPECT_FALSE(m_reader.lookFor("push button", "Stop"));
 }
