@@ -5,17 +5,24 @@
 
 #include <stdexcept>
 
-static std::size_t residentKilobytes(const QString& folder)
+/// Pages of files, such as the program's own, do not count: the system may drop them at any time,
+/// and there are no more of them than the files have.
+static std::size_t ownKilobytes(const QString& folder)
 {
     QFile status(folder + "/status");
     if (!status.open(QIODevice::ReadOnly))
         throw std::runtime_error("The application has ended.");
-    const QByteArray name = "VmRSS:";
+    std::size_t kilobytes = 0;
+    bool isFound = false;
     for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(name.size()).trimmed().split(' ').front().toULong();
+        if (!line.startsWith("RssAnon:") && !line.startsWith("RssShmem:"))
+            continue;
+        isFound = true;
+        kilobytes += line.mid(line.indexOf(':') + 1).trimmed().split(' ').front().toULong();
     }
-    throw std::runtime_error("The application has ended.");
+    if (!isFound)
+        throw std::runtime_error("The application has ended.");
+    return kilobytes;
 }
 
 Footprint Footprint::of(qint64 process, const QString& temporaryFolder)
@@ -25,6 +32,6 @@ Footprint Footprint::of(qint64 process, const QString& temporaryFolder)
         return QDir(path).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
                                     QDir::NoDotAndDotDot);
     };
-    return {residentKilobytes(folder), entries(folder + "/task").size(),
-            entries(folder + "/fd").size(), entries(temporaryFolder)};
+    return {ownKilobytes(folder), entries(folder + "/task").size(), entries(folder + "/fd").size(),
+            entries(temporaryFolder)};
 }

@@ -8,7 +8,7 @@
 /// What a process has of the system's.
 struct Footprint
 {
-    std::size_t kilobytes = 0; // resident
+    std::size_t kilobytes = 0; // resident and not of a file
     qsizetype threads = 0;
     qsizetype descriptors = 0;
     QStringList files; // in the folder for temporary ones

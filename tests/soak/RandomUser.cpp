@@ -86,6 +86,11 @@ void RandomUser::rest()
     m_session.waitUntil("the application to rest", [this] {
         return m_reader.lookFor("push button", "Summarize").has_value();
     });
+    clear();
+    write();
+    m_session.waitUntil("a text to summarize", [this] { return isEnabled("Summarize"); });
+    summarize();
+    m_session.waitUntil("the summary", [this] { return isEnabled("Copy Markdown"); });
 }
 
 int RandomUser::random(int count)
@@ -111,6 +116,12 @@ bool RandomUser::comesTo(const std::function<bool()>& condition)
 bool RandomUser::isShown()
 {
     return m_reader.lookFor("push button", "Quit").has_value();
+}
+
+bool RandomUser::isEnabled(const char* button)
+{
+    const auto node = m_reader.lookFor("push button", button);
+    return node && node->is(ScreenReader::enabled);
 }
 
 void RandomUser::show()

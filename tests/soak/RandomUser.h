@@ -28,7 +28,8 @@ public:
     /// Each action, a few times.
     void actAll();
 
-    /// Returns once nothing is under way, with the popover shown.
+    /// Returns once nothing is under way, with the popover and the summary of a sentence shown: the
+    /// model is loaded, as it is from the first summary on.
     void rest();
 
 private:
@@ -39,6 +40,7 @@ private:
     int random(int count);
     const QString& randomOf(const QStringList& choices);
     bool isShown();
+    bool isEnabled(const char* button);
     void show();
     void press(const char* button);
     void choose(const char* button);
