@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QNetworkProxyFactory>
+#include <QPixmapCache>
 
 #include <iostream>
 #include <system_error>
@@ -131,6 +132,8 @@ int run(const std::string& model)
     QApplication::setApplicationName(QStringLiteral("Pithwise"));
     QGuiApplication::setDesktopFileName(QStringLiteral("local.pithwise.Pithwise"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // In kilobytes. Enough for all icons; each file dialog of Qt leaves some more there.
+    QPixmapCache::setCacheLimit(2 * 1024);
     quitRequest.allow();
     const int status = runApplication(model);
     quitRequest.forbid();
