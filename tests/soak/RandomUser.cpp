@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QImage>
+#include <QThread>
 
 #include <algorithm>
 #include <stdexcept>
@@ -109,6 +110,7 @@ bool RandomUser::comesTo(const std::function<bool()>& condition)
     while (!condition()) {
         if (deadline.hasExpired())
             return false;
+        QThread::msleep(5);
     }
     return true;
 }
