@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <mutex>
 
 namespace {
 
@@ -19,12 +20,21 @@ const xcb_screen_t* findScreen(xcb_connection_t* connection, int number)
     return screens.rem > 0 ? screens.data : nullptr;
 }
 
+/// One at a time: libXau keeps the name of the authority file in a static variable, and of two
+/// threads in there for the first time, one frees what the other uses.
+xcb_connection_t* connect(int& screenNumber)
+{
+    static std::mutex connecting;
+    const std::lock_guard lock(connecting);
+    return xcb_connect(nullptr, &screenNumber);
+}
+
 } // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open()
 {
     int number = 0;
-    xcb_connection_t* connection = xcb_connect(nullptr, &number);
+    xcb_connection_t* connection = connect(number);
     const bool isOpen = xcb_connection_has_error(connection) == 0;
     const xcb_screen_t* screen = isOpen ? findScreen(connection, number) : nullptr;
     // A connection that failed has to be given back too.

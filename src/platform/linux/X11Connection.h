@@ -40,7 +40,7 @@ public:
     };
     enum class Afterwards { keep, remove };
 
-    /// Null where no X server answers.
+    /// Null where no X server answers. Any thread.
     static std::unique_ptr<X11Connection> open();
 
     ~X11Connection();
