@@ -23,20 +23,9 @@ public:
         std::thread::id thread;
     };
 
-    ~ScriptedEngine()
-    {
-        release();
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_inside == 0; });
-    }
+    ~ScriptedEngine();
 
-    Pithwise::Generate generate()
-    {
-        return [this](const std::filesystem::path&, std::string_view, std::string_view user,
-                      int maxTokens, const CancelToken&, const Pithwise::TextCallback& onUpdate) {
-            return run({std::string(user), maxTokens, std::this_thread::get_id()}, onUpdate);
-        };
-    }
+    Pithwise::Generate generate();
 
     /// What the call of that number, present or future, does next.
     void update(std::size_t number, const std::string& text) { add(number, {Kind::update, text}); }
@@ -44,25 +33,12 @@ public:
     void fail(std::size_t number, const std::string& text) { add(number, {Kind::fail, text}); }
 
     /// Lets all calls fail.
-    void release()
-    {
-        const std::lock_guard lock(m_mutex);
-        m_isReleased = true;
-        m_changed.notify_all();
-    }
+    void release();
 
-    std::vector<Call> calls() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_calls;
-    }
+    std::vector<Call> calls() const;
 
     /// How many updates have been told, of all calls.
-    int updates() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_updates;
-    }
+    int updates() const;
 
 private:
     /// Counts a call while it lives, under the mutex.
@@ -84,35 +60,9 @@ private:
         std::string text;
     };
 
-    void add(std::size_t number, Step step)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_steps[number].push_back(std::move(step));
-        m_changed.notify_all();
-    }
+    void add(std::size_t number, Step step);
 
-    std::string run(Call call, const Pithwise::TextCallback& onUpdate)
-    {
-        std::unique_lock lock(m_mutex);
-        const Inside inside(*this);
-        const std::size_t number = m_calls.size();
-        m_calls.push_back(std::move(call));
-        for (;;) {
-            m_changed.wait(lock, [&] { return m_isReleased || !m_steps[number].empty(); });
-            if (m_isReleased)
-                throw std::runtime_error("The test is over.");
-            const Step step = m_steps[number].front();
-            m_steps[number].pop_front();
-            if (step.kind == Kind::finish)
-                return step.text;
-            if (step.kind == Kind::fail)
-                throw std::runtime_error(step.text);
-            lock.unlock();
-            onUpdate(step.text);
-            lock.lock();
-            ++m_updates;
-        }
-    }
+    std::string run(Call call, const Pithwise::TextCallback& onUpdate);
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -9,8 +9,10 @@
 #include "Theme.h"
 
 #include <QCoroFuture>
+#include <QElapsedTimer>
 #include <QPromise>
 
+#include <filesystem>
 #include <fstream>
 #include <future>
 #include <thread>

@@ -1,7 +1,13 @@
 #include "ApplicationFixture.h"
+#include "Program.h"
 #include "TestWindow.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+
+#include <signal.h>
+
+#include <algorithm>
 
 namespace {
 

@@ -3,6 +3,8 @@
 #include "SelectionFixture.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 
 namespace {
 

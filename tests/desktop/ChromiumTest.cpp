@@ -1,6 +1,9 @@
 #include "SelectionFixture.h"
 #include "linux/AtSpi.h"
 
+#include <QCoroTask>
+#include <QFile>
+
 namespace {
 
 constexpr std::chrono::milliseconds limit(1000);

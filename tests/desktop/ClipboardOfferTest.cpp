@@ -4,6 +4,7 @@
 #include "StandinModel.h"
 
 #include <QDir>
+#include <QFile>
 
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <signal.h>
+
 namespace {
 
 class FileChooserTest : public ReaderFixture

@@ -4,6 +4,8 @@
 #include "TestWindow.h"
 
 #include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
+#include <QTimer>
 
 namespace {
 

@@ -2,6 +2,8 @@
 #include "SelectionFixture.h"
 #include "X11Connection.h"
 
+#include <QElapsedTimer>
+
 #include <chrono>
 #include <future>
 #include <stdexcept>

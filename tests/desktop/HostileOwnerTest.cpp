@@ -1,6 +1,9 @@
 #include "SelectionFixture.h"
 #include "SelectionOwner.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
+
 namespace {
 
 using Answer = SelectionOwner::Answer;

@@ -1,3 +1,4 @@
+#include "Program.h"
 #include "ReaderFixture.h"
 
 namespace {

@@ -3,6 +3,10 @@
 #include "ClipboardManager.h"
 #include "SelectionFixture.h"
 
+#include <QElapsedTimer>
+
+#include <algorithm>
+
 namespace {
 
 class LastingPasteboardTest : public SelectionFixture

@@ -9,6 +9,11 @@
 #include "TrayHost.h"
 #include "WindowList.h"
 
+#include <QCoroTask>
+#include <QElapsedTimer>
+
+#include <filesystem>
+
 namespace {
 
 constexpr std::chrono::seconds limit(10);

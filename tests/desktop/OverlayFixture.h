@@ -1,9 +1,7 @@
 #pragma once
 
 #include "DesktopSession.h"
-#include "Screenshot.h"
 
-#include <QDir>
 #include <QImage>
 
 #include <gtest/gtest.h>
@@ -14,64 +12,34 @@
 class OverlayTest : public testing::Test
 {
 public:
-    ~OverlayTest() override { qunsetenv("TMPDIR"); }
+    ~OverlayTest() override;
 
 protected:
     static constexpr int grey = 0xC0;
 
-    explicit OverlayTest(const DesktopSession::Options& options = {}) : m_session(options)
-    {
-        QDir().mkpath(m_session.path("pictures"));
-        qputenv("TMPDIR", QFile::encodeName(m_session.path("pictures")));
-        m_session.run("xsetroot", {"-solid", "#C0C0C0"});
-        m_session.waitUntil("the grey", [this] { return cornerGrey() == grey; });
-    }
+    explicit OverlayTest(const DesktopSession::Options& options = {});
 
-    std::filesystem::path file(const char* name = "a.png") const
-    {
-        return m_session.path("pictures").toStdString() + "/" + name;
-    }
+    std::filesystem::path file(const char* name = "a.png") const;
 
     /// What lies in the folder for temporary files.
-    QStringList files() const
-    {
-        return QDir(m_session.path("pictures")).entryList(QDir::Files | QDir::Hidden);
-    }
+    QStringList files() const;
 
-    QImage screen()
-    {
-        EXPECT_TRUE(Screenshot::create()->takeScreen(file("screen.png")));
-        QImage image(QString::fromStdString(file("screen.png").string()), "png");
-        std::filesystem::remove(file("screen.png"));
-        return image;
-    }
+    QImage screen();
 
-    bool isDimmed() { return cornerGrey() < grey; }
+    bool isDimmed();
 
     /// From then on the user could drag.
-    void waitForOverlay()
-    {
-        m_session.waitUntil("the overlay", [this] { return isDimmed(); });
-    }
+    void waitForOverlay();
 
-    void moveTo(int x, int y)
-    {
-        m_session.xdotool({"mousemove", QString::number(x), QString::number(y)});
-    }
+    void moveTo(int x, int y);
 
     /// Without letting go.
-    void drag(QPoint from, QPoint to)
-    {
-        moveTo(from.x(), from.y());
-        m_session.xdotool({"mousedown", "1"});
-        moveTo((from.x() + to.x()) / 2, (from.y() + to.y()) / 2);
-        moveTo(to.x(), to.y());
-    }
+    void drag(QPoint from, QPoint to);
 
-    QByteArray focused() { return m_session.xdotool({"getwindowfocus"}); }
+    QByteArray focused();
 
     DesktopSession m_session;
 
 private:
-    int cornerGrey() { return qGray(screen().pixel(0, screen().height() - 1)); }
+    int cornerGrey();
 };

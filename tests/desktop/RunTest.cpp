@@ -1,5 +1,6 @@
 #include "ReaderFixture.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 namespace {

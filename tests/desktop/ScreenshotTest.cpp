@@ -7,6 +7,7 @@
 #include "TestWindow.h"
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QScopeGuard>
 

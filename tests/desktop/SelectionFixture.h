@@ -6,17 +6,11 @@
 #include "KeyEvents.h"
 #include "Pasteboard.h"
 #include "SelectionGrabber.h"
-#include "linux/AtSpi.h"
 
 #include <QApplication>
-#include <QCoroTask>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
-#include <QTimer>
 
 #include <gmock/gmock.h>
-#include <signal.h>
 
 #include <optional>
 #include <string>
@@ -25,111 +19,45 @@
 class SelectionFixture : public testing::Test
 {
 public:
-    ~SelectionFixture() override
-    {
-        // What a grab leaves to the next turn of the event loop.
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    ~SelectionFixture() override;
 
 protected:
     using Text = std::optional<std::string>;
 
-    SelectionFixture() : SelectionFixture(DesktopSession::Options{}) {}
-    explicit SelectionFixture(const DesktopSession::Options& options) : m_session(options) {}
+    SelectionFixture();
+    explicit SelectionFixture(const DesktopSession::Options& options);
 
     /// Starts a foreign application and returns when it is in front.
     QProcess& startApp(const QStringList& options, const QString& title = "Foreign",
-                       const QStringList& variables = {})
-    {
-        QProcess& process = m_session.start(
-            "env", variables + QStringList{PITHWISE_DESKTOP_APP, "--title", title} + options);
-        waitUntilInFront(m_session.waitForWindow({"--name", "^" + title + "$"}));
-        return process;
-    }
+                       const QStringList& variables = {});
 
-    void waitUntilInFront(std::uint32_t window)
-    {
-        m_session.waitUntil("a window to come to the front", [&] {
-            // Without this a small machine's test process would not answer as a client.
-            QCoreApplication::processEvents();
-            return m_session.isInFront(window);
-        });
-    }
+    void waitUntilInFront(std::uint32_t window);
 
     /// Selects all the text of the application in front and returns when it says so.
-    void selectAll(const QByteArray& text)
-    {
-        m_session.xdotool({"key", "ctrl+a"});
-        m_session.waitUntil("the text to be selected", [&] {
-            QCoreApplication::processEvents();
-            return selection("primary").contains(text);
-        });
-    }
+    void selectAll(const QByteArray& text);
 
     /// What another program reads of a selection; empty where there is nothing.
-    QByteArray selection(const QString& name, const QString& target = "UTF8_STRING")
-    {
-        return m_clipboard.read(name, target);
-    }
+    QByteArray selection(const QString& name, const QString& target = "UTF8_STRING");
 
-    QByteArray clipboard(const QString& target = "UTF8_STRING")
-    {
-        return selection("clipboard", target);
-    }
+    QByteArray clipboard(const QString& target = "UTF8_STRING");
 
     /// Puts `text` on the clipboard, as another program's.
-    void putOnClipboard(const QByteArray& text) { m_clipboard.put(text); }
+    void putOnClipboard(const QByteArray& text);
 
     /// The result of a grab, whose time and turns of the main thread's event loop are noted.
-    Text grab()
-    {
-        QTimer turn;
-        m_turns = 0;
-        QObject::connect(&turn, &QTimer::timeout, [this] { ++m_turns; });
-        turn.start(5);
-        QElapsedTimer timer;
-        timer.start();
-        Text text = QCoro::waitFor(SelectionGrabber::grab(m_ports));
-        m_milliseconds = timer.elapsed();
-        return text;
-    }
+    Text grab();
 
-    static void stop(const QProcess& process)
-    {
-        ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);
-    }
-    static void resume(const QProcess& process)
-    {
-        ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
-    }
+    static void stop(const QProcess& process);
+    static void resume(const QProcess& process);
 
     /// As on a desktop where applications may tell what they show.
-    void startAccessibilityBus()
-    {
-        m_session.run("dbus-send", {"--session", "--print-reply", "--dest=org.a11y.Bus",
-                                    "/org/a11y/bus", "org.a11y.Bus.GetAddress"});
-    }
+    void startAccessibilityBus();
 
     /// Starts a Qt application that tells what it shows.
-    QProcess& startAccessibleApp(const QStringList& options)
-    {
-        startAccessibilityBus();
-        return startApp(options, "Foreign", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
-    }
+    QProcess& startAccessibleApp(const QStringList& options);
 
     /// What `application`, which has text selected, tells, once the registry knows of it.
-    std::string waitUntilTold(const QProcess& application)
-    {
-        AtSpi atSpi;
-        Text text;
-        m_session.waitUntil("the application to tell its selection", [&] {
-            QCoreApplication::processEvents();
-            text = atSpi.selectedText(static_cast<pid_t>(application.processId()),
-                                      std::chrono::seconds(1));
-            return text.has_value();
-        });
-        return *text;
-    }
+    std::string waitUntilTold(const QProcess& application);
 
     int m_argc = 1;
     char m_name[5] = "test";

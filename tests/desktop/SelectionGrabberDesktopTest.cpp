@@ -1,5 +1,6 @@
 #include "SelectionFixture.h"
 
+#include <QFile>
 #include <QImage>
 
 namespace {

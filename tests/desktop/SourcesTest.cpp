@@ -1,4 +1,5 @@
 #include "LoopbackServer.h"
+#include "Program.h"
 #include "ReaderFixture.h"
 
 namespace {

@@ -1,5 +1,8 @@
 #include "SelectionFixture.h"
 
+#include <QCoroTask>
+#include <QFile>
+
 namespace {
 
 /// A terminal in front with a program in it that writes what is typed into a file.

@@ -2,8 +2,6 @@
 
 #include "Program.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -11,7 +9,12 @@
 /// Runs the built program with folders of its own in place of the user's.
 class ProgramTest : public testing::Test
 {
+public:
+    ~ProgramTest() override;
+
 protected:
+    ProgramTest();
+
     struct Result
     {
         int status;
@@ -19,31 +22,14 @@ protected:
         std::string error;
     };
 
-    QString file(const QString& name, const QByteArray& content)
-    {
-        QFile file(path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        return file.fileName();
-    }
+    QString file(const QString& name, const QByteArray& content);
 
-    QString path(const QString& name) const { return m_folder.filePath(name); }
+    QString path(const QString& name) const;
 
-    void prepare(Program& program) const
-    {
-        program.setEnvironment("XDG_DATA_HOME", path("data"));
-        program.setEnvironment("PITHWISE_MODEL_URL", m_modelURL);
-    }
+    void prepare(Program& program) const;
 
     Result run(const QStringList& arguments, const QByteArray& input = {},
-               Program::Output output = Program::Output::pipe)
-    {
-        Program program(output);
-        prepare(program);
-        program.start(arguments, input);
-        const int status = program.finish();
-        return {status, program.output().toStdString(), program.error().toStdString()};
-    }
+               Program::Output output = Program::Output::pipe);
 
     QTemporaryDir m_folder;
     QString m_modelURL = "http://127.0.0.1:9/"; // nobody answers there

@@ -17,41 +17,15 @@
 class ViewTest : public AppStateFixture
 {
 public:
-    ~ViewTest() override
-    {
-        view.reset(); // before the state, which it looks at
-        // A page that nobody answers would go on in the next test's event loop.
-        for (QPromise<std::string>& page : pages) {
-            if (!page.future().isFinished())
-                fail(page, "The test is over.");
-        }
-        settle();
-    }
+    ~ViewTest() override;
 
 protected:
-    ViewTest()
-    {
-        view = std::make_unique<ContentView>(
-            *state, theme,
-            ContentView::Actions{[this] { ++quits; },
-                                 [this](const QUrl& url) { opened.push_back(url); }});
-        view->setModelState(ModelManager::Ready{});
-    }
+    ViewTest();
 
-    void show()
-    {
-        view->show();
-        view->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(view.get()));
-        settle();
-    }
+    void show();
 
     /// Lets the views take over what has changed.
-    static void settle()
-    {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-    }
+    static void settle();
 
     template <typename Widget = QWidget>
     Widget& find(const char* name) const
@@ -69,43 +43,18 @@ protected:
     /// Whether it is on the page that is shown.
     bool isShown(const char* name) const { return find(name).isVisibleTo(view.get()); }
 
-    void click(const char* name) const
-    {
-        QTest::mouseClick(&button(name), Qt::LeftButton);
-        settle();
-    }
+    void click(const char* name) const;
 
     /// A key, to what has the focus or else to the window.
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
-    {
-        QWidget* const focused = view->focusWidget();
-        QTest::keyClick(focused ? focused : view.get(), key, modifiers);
-        settle();
-    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
 
-    void type(const QString& typed) const
-    {
-        QTest::keyClicks(view->focusWidget(), typed);
-        settle();
-    }
+    void type(const QString& typed) const;
 
-    void open(Tab tab)
-    {
-        state->tab = tab;
-        settle();
-    }
+    void open(Tab tab);
 
     /// The distance of the widget from the view's left, top, right and lower edge.
-    QMargins margins(const QWidget& widget) const
-    {
-        const QRect place(widget.mapTo(view.get(), QPoint()), widget.size());
-        return {place.left(), place.top(), view->width() - place.right() - 1,
-                view->height() - place.bottom() - 1};
-    }
-    QRect place(const QWidget& widget) const
-    {
-        return {widget.mapTo(view.get(), QPoint()), widget.size()};
-    }
+    QMargins margins(const QWidget& widget) const;
+    QRect place(const QWidget& widget) const;
 
     Theme theme{{false, false, true, {}}};
     std::unique_ptr<ContentView> view;

@@ -1,0 +1,109 @@
+#include "SelectionFixture.h"
+
+#include "linux/AtSpi.h"
+
+#include <QCoroTask>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <signal.h>
+
+SelectionFixture::~SelectionFixture()
+{
+    // What a grab leaves to the next turn of the event loop.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+SelectionFixture::SelectionFixture() : SelectionFixture(DesktopSession::Options{}) {}
+
+SelectionFixture::SelectionFixture(const DesktopSession::Options& options) : m_session(options) {}
+
+QProcess& SelectionFixture::startApp(const QStringList& options, const QString& title,
+                                     const QStringList& variables)
+{
+    QProcess& process = m_session.start(
+        "env", variables + QStringList{PITHWISE_DESKTOP_APP, "--title", title} + options);
+    waitUntilInFront(m_session.waitForWindow({"--name", "^" + title + "$"}));
+    return process;
+}
+
+void SelectionFixture::waitUntilInFront(std::uint32_t window)
+{
+    m_session.waitUntil("a window to come to the front", [&] {
+        // Without this a small machine's test process would not answer as a client.
+        QCoreApplication::processEvents();
+        return m_session.isInFront(window);
+    });
+}
+
+void SelectionFixture::selectAll(const QByteArray& text)
+{
+    m_session.xdotool({"key", "ctrl+a"});
+    m_session.waitUntil("the text to be selected", [&] {
+        QCoreApplication::processEvents();
+        return selection("primary").contains(text);
+    });
+}
+
+QByteArray SelectionFixture::selection(const QString& name, const QString& target)
+{
+    return m_clipboard.read(name, target);
+}
+
+QByteArray SelectionFixture::clipboard(const QString& target)
+{
+    return selection("clipboard", target);
+}
+
+void SelectionFixture::putOnClipboard(const QByteArray& text)
+{
+    m_clipboard.put(text);
+}
+
+SelectionFixture::Text SelectionFixture::grab()
+{
+    QTimer turn;
+    m_turns = 0;
+    QObject::connect(&turn, &QTimer::timeout, [this] { ++m_turns; });
+    turn.start(5);
+    QElapsedTimer timer;
+    timer.start();
+    Text text = QCoro::waitFor(SelectionGrabber::grab(m_ports));
+    m_milliseconds = timer.elapsed();
+    return text;
+}
+
+void SelectionFixture::stop(const QProcess& process)
+{
+    ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);
+}
+
+void SelectionFixture::resume(const QProcess& process)
+{
+    ::kill(static_cast<pid_t>(process.processId()), SIGCONT);
+}
+
+void SelectionFixture::startAccessibilityBus()
+{
+    m_session.run("dbus-send", {"--session", "--print-reply", "--dest=org.a11y.Bus",
+                                "/org/a11y/bus", "org.a11y.Bus.GetAddress"});
+}
+
+QProcess& SelectionFixture::startAccessibleApp(const QStringList& options)
+{
+    startAccessibilityBus();
+    return startApp(options, "Foreign", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
+}
+
+std::string SelectionFixture::waitUntilTold(const QProcess& application)
+{
+    AtSpi atSpi;
+    Text text;
+    m_session.waitUntil("the application to tell its selection", [&] {
+        QCoreApplication::processEvents();
+        text = atSpi.selectedText(static_cast<pid_t>(application.processId()),
+                                  std::chrono::seconds(1));
+        return text.has_value();
+    });
+    return *text;
+}
