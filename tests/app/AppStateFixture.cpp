@@ -5,8 +5,6 @@
 
 #include <QCoreApplication>
 #include <QCoroFuture>
-#include <QDeadlineTimer>
-#include <QTimer>
 
 AppStateFixture::AppStateFixture()
 {
@@ -59,19 +57,6 @@ AppServices AppStateFixture::services()
                 timers.emplace_back(clock + delay, std::move(function));
             },
     };
-}
-
-bool AppStateFixture::waitUntil(const std::function<bool()>& condition)
-{
-    QTimer wakeUp; // for conditions that no event goes with
-    wakeUp.start(std::chrono::milliseconds(2));
-    const QDeadlineTimer deadline(std::chrono::seconds(60));
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    return true;
 }
 
 void AppStateFixture::waitForEnd(const std::weak_ptr<const CancelToken>& token)

@@ -4,6 +4,7 @@
 #include "CancelToken.h"
 #include "ScriptedCalls.h"
 #include "ScriptedEngine.h"
+#include "WaitUntil.h"
 
 #include <QCoroTask>
 #include <QPromise>
@@ -37,9 +38,6 @@ protected:
     void makeState();
 
     AppServices services();
-
-    /// Runs the event loop until `condition` holds; false if that takes too long.
-    static bool waitUntil(const std::function<bool()>& condition);
 
     /// Returns when the run of that token has ended and all it told has arrived.
     static void waitForEnd(const std::weak_ptr<const CancelToken>& token);

@@ -2,14 +2,13 @@
 #include "HTMLText.h"
 #include "LoopbackServer.h"
 #include "PageTransfer.h"
+#include "WaitUntil.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QDirIterator>
 #include <QTcpServer>
 #include <QTemporaryFile>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -56,21 +55,6 @@ protected:
         auto outcome = std::make_shared<Outcome>();
         observe(std::move(task), outcome);
         return outcome;
-    }
-
-    /// Runs the event loop until `condition` is true; false if that takes too long.
-    template <typename Condition>
-    static bool waitUntil(Condition condition)
-    {
-        QTimer wakeUp; // for conditions that no event goes with
-        wakeUp.start(milliseconds(5));
-        const QDeadlineTimer deadline(std::chrono::seconds(60));
-        while (!condition()) {
-            if (deadline.hasExpired())
-                return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return true;
     }
 
     static Outcome wait(QCoro::Task<std::string> task)

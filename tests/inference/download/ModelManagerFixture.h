@@ -4,18 +4,16 @@
 #include "LoopbackServer.h"
 #include "ModelFile.h"
 #include "ModelManager.h"
+#include "WaitUntil.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -72,21 +70,6 @@ protected:
         QObject::connect(
             manager.get(), &ModelManager::progressed, manager.get(),
             [this](qint64 received, qint64 expected) { reports.emplace_back(received, expected); });
-    }
-
-    /// Runs the event loop until `condition` is true; false if that takes too long.
-    static bool waitUntil(const std::function<bool()>& condition)
-    {
-        // The loop has to wake up for conditions that no event goes with, such as files.
-        QTimer wakeUp;
-        wakeUp.start(std::chrono::milliseconds(5));
-        const QDeadlineTimer deadline(std::chrono::seconds(60));
-        while (!condition()) {
-            if (deadline.hasExpired())
-                return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return true;
     }
 
     bool hasEnded() const

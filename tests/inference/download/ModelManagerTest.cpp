@@ -2,6 +2,7 @@
 
 #include "ModelManagerFixture.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QNetworkProxy>
 
