@@ -69,6 +69,8 @@ endfunction()
 
 # The flags of the build; everything but the libraries is off.
 function(_pithwise_llama_flags out)
+  list(JOIN PITHWISE_HARDENING_FLAGS " " hardening)
+  list(JOIN PITHWISE_HARDENING_LINK_FLAGS " " hardened_links)
   set(flags -DCMAKE_BUILD_TYPE=Release -DCMAKE_POSITION_INDEPENDENT_CODE=ON
             -DLLAMA_BUILD_IS_DEV=OFF -DLLAMA_BUILD_TESTS=OFF -DLLAMA_BUILD_TOOLS=OFF
             -DLLAMA_BUILD_EXAMPLES=OFF -DLLAMA_BUILD_SERVER=OFF -DLLAMA_BUILD_APP=OFF
@@ -77,7 +79,9 @@ function(_pithwise_llama_flags out)
             # how Tesseract's OpenMP behaves beside it.
             -DGGML_OPENMP=OFF
             # ggml's C code calls back into C++ that may throw (see inference/AbortTrap.h).
-            -DCMAKE_C_FLAGS=-fexceptions)
+            "-DCMAKE_C_FLAGS=-fexceptions ${hardening}" "-DCMAKE_CXX_FLAGS=${hardening}"
+            "-DCMAKE_SHARED_LINKER_FLAGS=${hardened_links}"
+            "-DCMAKE_MODULE_LINKER_FLAGS=${hardened_links}")
   if(PITHWISE_LLAMA_ALL_VARIANTS)
     list(APPEND flags -DBUILD_SHARED_LIBS=ON -DGGML_BACKEND_DL=ON -DGGML_CPU_ALL_VARIANTS=ON
                       -DGGML_NATIVE=OFF)
