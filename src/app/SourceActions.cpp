@@ -4,6 +4,7 @@
 
 #include <QCoroFuture>
 #include <QPointer>
+#include <QPromise>
 
 #include <utility>
 
@@ -74,7 +75,11 @@ QFuture<Reading> AppState::inBackground(std::function<std::string()> read)
     try {
         return m_threads.run<Reading>(reading);
     } catch (const std::exception& error) {
-        return QtFuture::makeReadyFuture(Reading::failed(error));
+        QPromise<Reading> promise;
+        promise.start();
+        promise.addResult(Reading::failed(error));
+        promise.finish();
+        return promise.future();
     }
 }
 

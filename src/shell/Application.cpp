@@ -12,6 +12,7 @@
 #include "SelectionGrabber.h"
 #include "WindowList.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 
 #include <exception>

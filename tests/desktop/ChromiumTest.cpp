@@ -3,6 +3,7 @@
 
 #include <QCoroTask>
 #include <QFile>
+#include <QStandardPaths>
 
 namespace {
 
@@ -20,7 +21,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("<meta charset='utf-8'><title>Page</title>" + page);
         file.close();
-        QStringList arguments = {"chromium",
+        QStringList arguments = {program(),
                                  "--no-sandbox",
                                  "--disable-gpu",
                                  "--no-first-run",
@@ -66,6 +67,13 @@ protected:
             QCoreApplication::processEvents();
             return told() == text;
         });
+    }
+
+    /// Some distributions have it by its longer name only.
+    static QString program()
+    {
+        return QStandardPaths::findExecutable("chromium").isEmpty() ? "chromium-browser"
+                                                                    : "chromium";
     }
 
     pid_t process()

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <stdexcept>
 #include <thread>
 
 namespace {
@@ -94,6 +95,8 @@ heif_error append(heif_context*, const void* data, size_t size, void* bytes)
 /// `image` as a camera's file, with `orientation` as its notes and as a transformation.
 QByteArray heic(const QImage& image, int orientation = 1)
 {
+    if (heif_have_encoder_for_format(heif_compression_HEVC) == 0)
+        throw std::runtime_error("libheif cannot write HEIC here; scripts/setup test mends that.");
     const QImage pixels = image.convertToFormat(QImage::Format_RGBA8888);
     heif_image* source = nullptr;
     heif_image_create(pixels.width(), pixels.height(), heif_colorspace_RGB,
