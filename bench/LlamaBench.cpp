@@ -2,12 +2,11 @@
 
 #include "ChatPrompt.h"
 
+#include <QProcess>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <memory>
 #include <stdexcept>
 #include <thread>
 
@@ -15,36 +14,23 @@ namespace LlamaBench {
 
 namespace {
 
-struct Close
+QByteArray output(const QString& program, const QStringList& arguments)
 {
-    void operator()(std::FILE* pipe) const { pclose(pipe); }
-};
-
-std::string quoted(const std::string& text)
-{
-    std::string result = "'";
-    for (const char byte : text)
-        result += byte == '\'' ? std::string("'\\''") : std::string(1, byte);
-    return result + "'";
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    constexpr int forever = -1;
+    if (!process.waitForFinished(forever) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0)
+        throw std::runtime_error("Failed: " + program.toStdString() + ' ' +
+                                 arguments.join(' ').toStdString());
+    return process.readAllStandardOutput();
 }
 
-std::string output(const std::string& command)
+double tokensPerSecond(const QString& program, const QStringList& arguments)
 {
-    std::unique_ptr<std::FILE, Close> pipe{popen(command.c_str(), "r")};
-    if (!pipe)
-        throw std::runtime_error("Cannot run " + command);
-    std::string output;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t size = std::fread(buffer.data(), 1, buffer.size(), pipe.get()))
-        output.append(buffer.data(), size);
-    if (pclose(pipe.release()) != 0)
-        throw std::runtime_error("Failed: " + command);
-    return output;
-}
-
-double tokensPerSecond(const std::string& command)
-{
-    return nlohmann::json::parse(output(command)).at(0).at("avg_ts").get<double>();
+    const QByteArray answer = output(program, arguments);
+    return nlohmann::json::parse(answer.begin(), answer.end()).at(0).at("avg_ts").get<double>();
 }
 
 } // namespace
@@ -53,13 +39,18 @@ EngineRun::Speeds speeds(const std::filesystem::path& program, const std::filesy
                          int promptTokens, int answerTokens)
 {
     const unsigned threads = std::max(std::thread::hardware_concurrency(), 4U) - 2; // the engine's
-    const std::string prompt = std::to_string(promptTokens);
-    const std::string command = quoted(program.string()) + " -m " + quoted(model.string()) +
-                                " -b " + std::to_string(ChatPrompt::contextTokens) +
-                                " -ub 512 -ngl 99 -t " + std::to_string(threads) + " -r 1 -o json";
-    return {
-        tokensPerSecond(command + " -n 0 -p " + prompt),
-        tokensPerSecond(command + " -p 0 -n " + std::to_string(answerTokens) + " -d " + prompt)};
+    const QString prompt = QString::number(promptTokens);
+    const QString path = QString::fromStdString(program.string());
+    const QStringList all{"-m",   QString::fromStdString(model.string()),
+                          "-b",   QString::number(ChatPrompt::contextTokens),
+                          "-ub",  "512",
+                          "-ngl", "99",
+                          "-t",   QString::number(threads),
+                          "-r",   "1",
+                          "-o",   "json"};
+    const QString generated = QString::number(answerTokens);
+    return {tokensPerSecond(path, all + QStringList{"-n", "0", "-p", prompt}),
+            tokensPerSecond(path, all + QStringList{"-p", "0", "-n", generated, "-d", prompt})};
 }
 
 } // namespace LlamaBench

@@ -76,9 +76,10 @@ std::vector<QString> stream()
         QStringLiteral("- **Budget:** the project gets *twelve* percent more, as the "
                        "[report](https://a.example) and `audit.txt` say.\n");
     std::vector<QString> texts;
-    const QString whole = sentence.repeated(summaryTokens * 5 / sentence.size() + 1);
+    constexpr qsizetype tokenSize = 5;
+    const QString whole = sentence.repeated(summaryTokens * tokenSize / sentence.size() + 1);
     for (int token = 1; token <= summaryTokens; ++token)
-        texts.push_back(whole.first(token * 5));
+        texts.push_back(whole.first(token * tokenSize));
     return texts;
 }
 

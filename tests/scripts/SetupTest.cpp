@@ -1,13 +1,9 @@
-#include <QDir>
+#include "ScriptFixture.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
 
 namespace {
 
@@ -22,7 +18,7 @@ constexpr const char* please = "Please install what is missing here, then run th
 
 /// scripts/setup on a system on which nothing is installed but what a test puts there, and where
 /// apt-get only notes how it was called.
-class SetupTest : public testing::Test
+class SetupTest : public ScriptFixture
 {
 protected:
     struct Result
@@ -40,38 +36,17 @@ protected:
         addCommand("apt-get", "echo apt-get \"$@\" >>\"$CALLS\"");
     }
 
-    void add(const QString& path, const QByteArray& content)
-    {
-        QDir().mkpath(QFileInfo(m_root.filePath(path)).path());
-        QFile file(m_root.filePath(path));
-        if (!file.open(QIODevice::WriteOnly))
-            throw std::runtime_error("Could not write a file of the system.");
-        file.write(content);
-        file.setPermissions(file.permissions() | QFile::ExeOwner);
-    }
-
-    void addCommand(const QString& name, const QByteArray& script = {})
-    {
-        add("bin/" + name, "#!" + m_bash.toLocal8Bit() + '\n' + script + '\n');
-    }
-
     Result setUp(const QByteArray& osRelease, const QString& section)
     {
         add("etc/os-release", osRelease);
         add("calls", {});
-        QProcess setup;
         QProcessEnvironment environment;
         environment.insert("CALLS", m_root.filePath("calls"));
         environment.insert("PATH", m_root.filePath("bin"));
         environment.insert("PITHWISE_SETUP_ROOT", m_root.path());
-        setup.setProcessEnvironment(environment);
-        setup.start(m_bash, {PITHWISE_SCRIPTS "/setup", section});
-        if (!setup.waitForFinished())
-            throw std::runtime_error("scripts/setup did not end.");
-        QFile calls(m_root.filePath("calls"));
-        EXPECT_TRUE(calls.open(QIODevice::ReadOnly));
-        return {setup.exitCode(), setup.readAllStandardOutput().toStdString(),
-                setup.readAllStandardError().toStdString(), calls.readAll().toStdString()};
+        const auto [status, output, error] =
+            run(m_bash, {PITHWISE_SCRIPTS "/setup", section}, environment);
+        return {status, output, error, content("calls")};
     }
 
     /// The packages that Debian 13 gets.
@@ -84,10 +59,6 @@ protected:
         words.removeIf([](const QString& word) { return word.startsWith('-'); });
         return words.mid(2); // without "apt-get install"
     }
-
-    const QTemporaryDir m_folder;
-    const QDir m_root{m_folder.path()};
-    const QString m_bash = QStandardPaths::findExecutable("bash");
 };
 
 TEST_F(SetupTest, OnFedoraOneCommandHasAllThatIsMissing)
