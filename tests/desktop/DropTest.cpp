@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <functional>
+
 namespace {
 
 class DropTest : public ReaderFixture
@@ -13,7 +15,7 @@ protected:
         launchToRead();
         show();
         m_reader.perform(m_reader.find("radio button", "Document"), "Toggle");
-        m_zone = m_reader.find("label", "Drop a PDF, TXT, DOCX, RTF or image here").area.center();
+        m_reader.find("label", m_invitation);
         toggle();
         waitUntilHidden();
     }
@@ -41,13 +43,34 @@ protected:
         EXPECT_EQ(nextLine(*m_source), "dragging none");
     }
 
-    /// Opens the popover and moves what is dragged over the drop zone.
-    void moveToZone()
+    /// Opens the popover, with what is dragged not over it yet.
+    void open()
     {
         toggle();
         waitUntilShown();
-        moveTo(m_zone - QPoint(40, 10));
-        moveTo(m_zone);
+        m_zone = m_reader.find("label", m_invitation).area.center();
+    }
+
+    /// Keeps what is dragged moving about `point` until `condition` holds. Its application asks
+    /// about one place at a time and passes over those that it comes to before the answer: only
+    /// with a hand that does not stand still it is sure to ask about the last one too.
+    void dragAbout(const QPoint& point, const char* what, const std::function<bool()>& condition)
+    {
+        int step = 0;
+        m_session.waitUntil(what, [&] {
+            moveTo(point + QPoint(++step % 2, 0));
+            return condition();
+        });
+    }
+
+    /// The same until its application tells something, which is `line`.
+    void dragUntilTold(const QPoint& point, const QByteArray& line)
+    {
+        dragAbout(point, line, [this] {
+            m_source->waitForReadyRead(10);
+            return m_source->canReadLine();
+        });
+        EXPECT_EQ(nextLine(*m_source), line);
     }
 
     void moveTo(const QPoint& point)
@@ -61,8 +84,8 @@ protected:
     void drop(const QStringList& dragged)
     {
         beginDrag(dragged);
-        moveToZone();
-        EXPECT_EQ(nextLine(*m_source), "over copy");
+        open();
+        dragUntilTold(m_zone, "over copy");
         release();
         EXPECT_EQ(nextLine(*m_source), "dropped copy");
     }
@@ -70,8 +93,10 @@ protected:
     /// What is on the screen at the zone's edge, left of its text.
     QRgb groundOfZone() { return screen().pixel(m_zone - QPoint(180, 0)); }
 
-    QProcess* m_source = nullptr; // of what is dragged
-    QPoint m_zone;                // a place in it
+    QProcess* m_source = nullptr;    // of what is dragged
+    QPoint m_zone;                   // where it can be dropped
+    const QPoint m_below = {0, 300}; // from there to a place where it cannot
+    const std::string m_invitation = "Drop a PDF, TXT, DOCX, RTF or image here";
 };
 
 TEST_F(DropTest, AFileThatWasDraggedBeforeThePopoverOpenedIsSummarized)
@@ -102,7 +127,9 @@ TEST_F(DropTest, TextIsNotAccepted)
 {
     launchWithDocumentTab();
     beginDrag({"--drags-text", "some text"});
-    moveToZone();
+    open();
+    moveTo(m_zone - QPoint(40, 10));
+    moveTo(m_zone);
     release();
     EXPECT_EQ(nextLine(*m_source), "dropped none");
     EXPECT_TRUE(isShown());
@@ -112,10 +139,9 @@ TEST_F(DropTest, AFileIsAcceptedNowhereElse)
 {
     launchWithDocumentTab();
     beginDrag({"--drags", fileWith("notes.txt", "text")});
-    moveToZone();
-    EXPECT_EQ(nextLine(*m_source), "over copy");
-    moveTo(m_zone + QPoint(0, 300));
-    EXPECT_EQ(nextLine(*m_source), "over none");
+    open();
+    dragUntilTold(m_zone, "over copy");
+    dragUntilTold(m_zone + m_below, "over none");
     release();
     EXPECT_EQ(nextLine(*m_source), "dropped none");
     EXPECT_FALSE(m_reader.lookFor("label", "notes.txt · 1 words"));
@@ -125,16 +151,12 @@ TEST_F(DropTest, TheZoneIsHighlightedWhileAFileIsOverIt)
 {
     launchWithDocumentTab();
     beginDrag({"--drags", fileWith("notes.txt", "text")});
-    toggle();
-    waitUntilShown();
+    open();
     waitUntilInFront(popover());
     const QRgb before = groundOfZone();
     for (int i = 0; i < 2; ++i) {
-        moveTo(m_zone - QPoint(40, 10));
-        moveTo(m_zone);
-        m_session.waitUntil("the highlight", [&] { return groundOfZone() != before; });
-        moveTo(m_zone + QPoint(0, 300));
-        m_session.waitUntil("the highlight to go", [&] { return groundOfZone() == before; });
+        dragAbout(m_zone, "the highlight", [&] { return groundOfZone() != before; });
+        dragAbout(m_zone + m_below, "its end", [&] { return groundOfZone() == before; });
     }
     release();
 }
