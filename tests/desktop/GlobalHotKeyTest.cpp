@@ -4,10 +4,25 @@
 #include "TestWindow.h"
 
 #include <QAbstractEventDispatcher>
-#include <QElapsedTimer>
-#include <QTimer>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 namespace {
+
+/// The number that the next file to be opened gets.
+int nextDescriptor()
+{
+    const int descriptor = ::dup(STDIN_FILENO);
+    ::close(descriptor);
+    return descriptor;
+}
+
+/// Handles what there is to be handled; whether that was anything.
+bool handleEvents()
+{
+    return QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
+}
 
 class GlobalHotKeyTest : public SelectionFixture
 {
@@ -29,6 +44,13 @@ protected:
         EXPECT_EQ(m_presses, count);
     }
 
+    /// Presses the hotkey and does not let go of it, so that it repeats every ten milliseconds.
+    void hold()
+    {
+        m_session.run("xset", {"r", "rate", "50", "100"});
+        keys("keydown", {"37", "64", "39"});
+    }
+
     /// What came before the press that this makes has been told by then.
     void expectPressesSoFar(int count)
     {
@@ -39,6 +61,7 @@ protected:
     }
 
     int m_presses = 0;
+    int m_descriptor = nextDescriptor(); // of the hotkey's connection to the server
     std::unique_ptr<GlobalHotKey> m_hotKey = GlobalHotKey::create([this] { ++m_presses; });
 };
 
@@ -59,25 +82,26 @@ TEST_F(GlobalHotKeyTest, PressesThatCameWhileTheProgramWasBusyAreAllTold)
 
 TEST_F(GlobalHotKeyTest, AHeldKeyIsOnePress)
 {
-    m_session.run("xset", {"r", "rate", "50", "100"});
-    keys("keydown", {"37", "64", "39"});
+    hold();
     waitForPresses(1);
-    // Forty repetitions, during which the program is busy now and then.
-    QElapsedTimer timer;
-    for (timer.start(); timer.elapsed() < 400;) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-        if (timer.elapsed() % 3 == 0)
-            m_session.property(0, "_NET_ACTIVE_WINDOW");
-    }
+    // There is nothing else that the event loop would have to do.
+    int repetitions = 0;
+    m_session.waitUntil("the repetitions", [&] {
+        if (handleEvents() && ++repetitions % 3 == 0)
+            m_session.property(0, "_NET_ACTIVE_WINDOW"); // the program is busy now and then
+        return repetitions >= 40;
+    });
     expectPressesSoFar(1);
 }
 
 TEST_F(GlobalHotKeyTest, AKeyHeldWhileTheProgramIsBusyIsOnePress)
 {
-    m_session.run("xset", {"r", "rate", "50", "100"});
-    keys("keydown", {"37", "64", "39"});
-    QProcess& busy = m_session.start("sleep", {"0.4"}); // while nothing is handled
-    ASSERT_TRUE(busy.waitForFinished());
+    constexpr int repetition = 2 * 32; // the bytes of a release and a press
+    hold();
+    m_session.waitUntil("repetitions that nobody has handled", [this] {
+        int bytes = 0;
+        return ::ioctl(m_descriptor, FIONREAD, &bytes) == 0 && bytes >= 30 * repetition;
+    });
     expectPressesSoFar(1);
 }
 
@@ -171,13 +195,9 @@ TEST(GlobalHotKey, TheEndOfTheServerIsNoEndlessWork)
     const QCoreApplication application(argc, nullptr); // one with windows would end too
     const auto hotKey = GlobalHotKey::create([] {});
     session.killServer();
-    int turns = 0;
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
-                     [&turns] { ++turns; });
-    QEventLoop loop;
-    QTimer::singleShot(200, &loop, &QEventLoop::quit);
-    loop.exec();
-    EXPECT_LT(turns, 100);
+    session.waitUntil("nothing to do", [] { return !handleEvents(); });
+    for (int i = 0; i < 100; ++i)
+        ASSERT_FALSE(handleEvents()) << i;
 }
 
 } // namespace
