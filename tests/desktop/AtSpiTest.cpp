@@ -3,16 +3,22 @@
 #include "SelectionFixture.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
+
+#include <future>
 
 namespace {
 
-constexpr std::chrono::milliseconds limit(1000);
+constexpr std::chrono::seconds limit(20);
 
 class AtSpiTest : public SelectionFixture
 {
 protected:
+    static Text ask(AtSpi& atSpi, const QProcess& application, std::chrono::milliseconds patience)
+    {
+        return atSpi.selectedText(static_cast<pid_t>(application.processId()), patience);
+    }
+
     AtSpi m_atSpi;
 };
 
@@ -41,14 +47,16 @@ TEST_F(AtSpiTest, AnApplicationThatIsFrozenIsNotWaitedFor)
     selectAll("text");
     EXPECT_EQ(waitUntilTold(editor), "text");
     stop(editor);
-    QElapsedTimer timer;
-    timer.start();
-    EXPECT_EQ(m_atSpi.selectedText(static_cast<pid_t>(editor.processId()),
-                                   std::chrono::milliseconds(150)),
-              std::nullopt);
-    EXPECT_GE(timer.elapsed(), 100);
-    EXPECT_LT(timer.elapsed(), 400);
+    // Somebody with more patience still waits when the others have given up.
+    std::future<Text> patient = std::async(std::launch::async, [&editor] {
+        AtSpi atSpi;
+        return ask(atSpi, editor, limit);
+    });
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(ask(m_atSpi, editor, std::chrono::milliseconds(150)), std::nullopt);
+    EXPECT_EQ(patient.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     resume(editor);
+    EXPECT_EQ(patient.get(), "text");
 }
 
 TEST_F(AtSpiTest, TheSessionsBusIsFoundInTheFolderForSocketsToo)
@@ -84,8 +92,7 @@ TEST_F(AtSpiTest, TheDesktopsSettingIsNotChanged)
                                   "string:org.a11y.Status",
                                   "string:IsEnabled"};
     const QByteArray before = m_session.run("dbus-send", question);
-    EXPECT_EQ(m_atSpi.selectedText(static_cast<pid_t>(application.processId()), limit),
-              std::nullopt);
+    EXPECT_EQ(ask(m_atSpi, application, limit), std::nullopt);
     EXPECT_EQ(m_session.run("dbus-send", question), before);
 }
 

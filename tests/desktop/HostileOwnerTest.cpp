@@ -1,16 +1,14 @@
 #include "SelectionFixture.h"
 #include "SelectionOwner.h"
 
-#include <QElapsedTimer>
-#include <QTimer>
-
 namespace {
 
 using Answer = SelectionOwner::Answer;
 
-constexpr std::chrono::milliseconds limit(500);
+constexpr std::chrono::seconds limit(5);
 
-/// An owner of the clipboard that answers as a test says, with `targets` for what it has.
+/// An owner of the clipboard that answers as a test says, with `targets` for what it has. What it
+/// does not answer ends only by a limit of time: that something comes at all is what is tried.
 class HostileOwnerTest : public SelectionFixture
 {
 protected:
@@ -24,14 +22,7 @@ protected:
         });
     }
 
-    std::vector<Pasteboard::Item> items()
-    {
-        QElapsedTimer timer;
-        timer.start();
-        auto result = m_ports.pasteboard->items(limit);
-        EXPECT_LT(timer.elapsed(), 900);
-        return result;
-    }
+    std::vector<Pasteboard::Item> items() { return m_ports.pasteboard->items(limit); }
 
     std::unique_ptr<SelectionOwner> m_owner;
 };
@@ -76,17 +67,20 @@ TEST_F(HostileOwnerTest, AListOfTargetsThatIsNoneIsAnEmptyItem)
 
 TEST_F(HostileOwnerTest, AThousandSlowTargetsEndWithTheLimit)
 {
+    using namespace std::chrono_literals;
+    constexpr auto slowness = 20ms; // the owner's, of which a busy machine can only make more
+    constexpr auto shortLimit = 1s;
     std::vector<std::string> targets;
     for (int i = 0; i < 1000; ++i)
         targets.push_back("target" + std::to_string(i));
-    own(targets, [](const std::string& target) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    own(targets, [=](const std::string& target) {
+        std::this_thread::sleep_for(slowness);
         return Answer{target, 8, target};
     });
-    const auto saved = items();
+    const auto saved = m_ports.pasteboard->items(shortLimit);
     ASSERT_EQ(saved.size(), 1U);
-    EXPECT_GT(saved[0].size(), 2U);
-    EXPECT_LT(saved[0].size(), 30U);
+    EXPECT_GT(saved[0].size(), 0U);
+    EXPECT_LE(saved[0].size(), std::size_t{shortLimit / slowness});
 }
 
 TEST_F(HostileOwnerTest, TextOfAnUnexpectedKindIsNone)
@@ -107,29 +101,28 @@ TEST_F(HostileOwnerTest, ALateAnswerIsNotTakenForTheNextOne)
 {
     std::atomic<bool> isLate = true;
     own({"first", "second"}, [&](const std::string& target) {
-        if (target == "first" && isLate.exchange(false)) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(400));
-            return Answer{"first", 8, "late"};
-        }
+        if (target == "first" && isLate.exchange(false))
+            return Answer{"first", 8, "late", false, true};
         return Answer{target, 8, "in time"};
     });
-    for (int i = 0; i < 2; ++i) {
-        for (const Pasteboard::Item& item : items()) {
-            for (const Pasteboard::Representation& representation : item)
-                EXPECT_EQ(representation.data, "in time");
-        }
-    }
+    const Pasteboard::Representation first = {"first", "in time", "first 8"};
+    const Pasteboard::Representation second = {"second", "in time", "second 8"};
+    EXPECT_EQ(items(), (std::vector<Pasteboard::Item>{{second}}));
+    EXPECT_EQ(items(), (std::vector<Pasteboard::Item>{{first, second}}));
 }
 
 TEST_F(HostileOwnerTest, OneThatDiesInTheMiddleIsLeftOut)
 {
-    own({"first", "second"}, [](const std::string& target) {
-        return target == "first" ? Answer{"first", 8, "data"} : Answer{"INCR", 32, "long"};
+    own({"first", "second"}, [this](const std::string& target) {
+        if (target == "first")
+            return Answer{"first", 8, "data"};
+        QMetaObject::invokeMethod(
+            qApp, [this] { m_owner.reset(); }, Qt::QueuedConnection);
+        return Answer{"INCR", 32, "long"};
     });
-    QTimer::singleShot(50, qApp, [this] { m_owner.reset(); });
     startApp({"--copies", "copied"});
     EXPECT_EQ(grab(), "copied");
-    EXPECT_LT(m_milliseconds, 900);
+    EXPECT_EQ(m_owner, nullptr);
 }
 
 } // namespace

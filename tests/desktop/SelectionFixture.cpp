@@ -3,7 +3,6 @@
 #include "linux/AtSpi.h"
 
 #include <QCoroTask>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <signal.h>
@@ -66,11 +65,7 @@ SelectionFixture::Text SelectionFixture::grab()
     m_turns = 0;
     QObject::connect(&turn, &QTimer::timeout, [this] { ++m_turns; });
     turn.start(5);
-    QElapsedTimer timer;
-    timer.start();
-    Text text = QCoro::waitFor(SelectionGrabber::grab(m_ports));
-    m_milliseconds = timer.elapsed();
-    return text;
+    return QCoro::waitFor(SelectionGrabber::grab(m_ports));
 }
 
 void SelectionFixture::stop(const QProcess& process)

@@ -44,9 +44,10 @@ protected:
     /// Puts `text` on the clipboard, as another program's.
     void putOnClipboard(const QByteArray& text);
 
-    /// The result of a grab, whose time and turns of the main thread's event loop are noted.
+    /// The result of a grab, during which the turns of the main thread's event loop are counted.
     Text grab();
 
+    /// Freezes a program. Until it is resumed, only a limit of time ends a wait for it.
     static void stop(const QProcess& process);
     static void resume(const QProcess& process);
 
@@ -66,6 +67,5 @@ protected:
     QApplication m_application{m_argc, m_argv};
     ForeignClipboard m_clipboard{m_session};
     SelectionGrabber::Ports m_ports = SelectionGrabber::systemPorts();
-    qint64 m_milliseconds = 0;
     int m_turns = 0;
 };

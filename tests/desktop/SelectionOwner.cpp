@@ -71,7 +71,7 @@ void SelectionOwner::serve()
     while (!m_isEnding && xcb_connection_has_error(m_connection) == 0) {
         while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
             if ((event->response_type & 0x7F) == XCB_SELECTION_REQUEST)
-                answer(*reinterpret_cast<xcb_selection_request_event_t*>(event));
+                take(*reinterpret_cast<xcb_selection_request_event_t*>(event));
             std::free(event);
         }
         pollfd descriptor = {xcb_get_file_descriptor(m_connection), POLLIN, 0};
@@ -79,16 +79,26 @@ void SelectionOwner::serve()
     }
 }
 
-void SelectionOwner::answer(const xcb_selection_request_event_t& request)
+void SelectionOwner::take(const xcb_selection_request_event_t& request)
 {
     const std::string target = name(request.target);
     {
         const std::lock_guard lock(m_mutex);
         m_asked.push_back(target);
     }
-    const Answer answer = m_answer(target);
-    if (answer.isSilent)
+    const Answer present = m_answer(target);
+    if (present.isLate) {
+        m_late.emplace_back(request, present);
         return;
+    }
+    for (const auto& [earlier, late] : std::exchange(m_late, {}))
+        answer(earlier, late);
+    if (!present.isSilent)
+        answer(request, present);
+}
+
+void SelectionOwner::answer(const xcb_selection_request_event_t& request, const Answer& answer)
+{
     xcb_selection_notify_event_t notify{};
     notify.response_type = XCB_SELECTION_NOTIFY;
     notify.requestor = request.requestor;

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 /// Owns the clipboard as badly as a test wants: a client of its own, on a thread of its own.
@@ -20,6 +21,7 @@ public:
         int format = 8;   // bits
         std::string bytes;
         bool isSilent = false; // answers nothing at all
+        bool isLate = false;   // answers right before the next question's answer
     };
 
     /// `answer` is called on the thread.
@@ -37,13 +39,15 @@ private:
     xcb_atom_t atom(const std::string& name);
     std::string name(xcb_atom_t atom);
     void serve();
-    void answer(const xcb_selection_request_event_t& request);
+    void take(const xcb_selection_request_event_t& request);
+    void answer(const xcb_selection_request_event_t& request, const Answer& answer);
 
     std::function<Answer(const std::string&)> m_answer;
     xcb_connection_t* m_connection;
     xcb_window_t m_window;
     std::mutex m_mutex;
     std::vector<std::string> m_asked; // under m_mutex
+    std::vector<std::pair<xcb_selection_request_event_t, Answer>> m_late;
     std::atomic<bool> m_isEnding = false;
     std::thread m_thread;
 };
