@@ -10,6 +10,12 @@
 #include <thread>
 #include <vector>
 
+static void waitForWork()
+{
+    while (BackgroundThreads::isWorkLeft()) // or the test's time limit
+        std::this_thread::yield();
+}
+
 TEST(BackgroundThreadsTest, WorkIsLeftUntilTheLastOfItHasEnded)
 {
     std::promise<void> release;
@@ -22,8 +28,7 @@ TEST(BackgroundThreadsTest, WorkIsLeftUntilTheLastOfItHasEnded)
     }
     EXPECT_TRUE(BackgroundThreads::isWorkLeft()); // of threads that nobody waits for any more
     release.set_value();
-    while (BackgroundThreads::isWorkLeft()) // or the test's time limit
-        std::this_thread::yield();
+    waitForWork();
 }
 
 TEST(BackgroundThreadsTest, WorkThatEndsInTimeIsNotLeft)
@@ -65,6 +70,7 @@ TEST(BackgroundThreadsTest, MemoryThatWorkHasFreedIsGivenBack)
             }
         });
     }
+    waitForWork();
     EXPECT_LT(residentPages(), before + count / 4);
 }
 

@@ -34,7 +34,8 @@ protected:
         return count;
     }
 
-    /// Kills `child` after so long without a pause, and returns how many more bytes it has sent.
+    /// Kills `child` after so long without a pause, and returns how many more bytes it has sent. By
+    /// the clock, as it is to come at any moment of the work, and nothing tells of most of them.
     static int kill(pid_t child, std::chrono::microseconds delay, const FileDescriptor& sent)
     {
         const auto end = std::chrono::steady_clock::now() + delay;

@@ -2,6 +2,8 @@
 
 #include "Accessibility.h"
 
+#include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,8 @@ public:
 
     bool trusted = true;
     std::optional<std::string> selection;
+    /// Called with the limit of a question, for the time that it takes.
+    std::function<void(std::chrono::milliseconds)> wait = [](std::chrono::milliseconds) {};
 
     bool isTrusted() override
     {
@@ -21,8 +25,9 @@ public:
         return trusted;
     }
 
-    std::optional<std::string> selectedText(std::chrono::milliseconds) override
+    std::optional<std::string> selectedText(std::chrono::milliseconds limit) override
     {
+        wait(limit);
         m_calls.emplace_back("selectedText");
         return selection;
     }

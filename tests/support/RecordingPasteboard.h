@@ -2,7 +2,9 @@
 
 #include "Pasteboard.h"
 
+#include <chrono>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +23,8 @@ public:
     std::vector<Item> copied;
     /// What handOver() says.
     bool isHandedOver = false;
+    /// Called with the limit of a question, for the time that it takes.
+    std::function<void(std::chrono::milliseconds)> wait = [](std::chrono::milliseconds) {};
 
     std::uint64_t changeCount() override
     {
@@ -32,14 +36,16 @@ public:
         return m_count;
     }
 
-    std::vector<Item> items(std::chrono::milliseconds) override
+    std::vector<Item> items(std::chrono::milliseconds limit) override
     {
+        wait(limit);
         m_calls.emplace_back("items");
         return contents;
     }
 
-    std::optional<std::string> plainText(std::chrono::milliseconds) override
+    std::optional<std::string> plainText(std::chrono::milliseconds limit) override
     {
+        wait(limit);
         m_calls.emplace_back("plainText");
         for (const Item& item : contents) {
             for (const Representation& representation : item) {
