@@ -55,13 +55,17 @@ QProcess& ApplicationFixture::launchOn(const QString& model, const QStringList& 
     return *m_process;
 }
 
+QStringList ApplicationFixture::introspection()
+{
+    return {"--session", "--print-reply", "--dest=local.pithwise.Pithwise",
+            "/local/pithwise/Pithwise", "org.freedesktop.DBus.Introspectable.Introspect"};
+}
+
 bool ApplicationFixture::isAnswering()
 {
     QProcess question;
     question.setProcessEnvironment(m_session.environment());
-    question.start("dbus-send",
-                   {"--session", "--print-reply", "--dest=local.pithwise.Pithwise",
-                    "/local/pithwise/Pithwise", "org.freedesktop.DBus.Introspectable.Introspect"});
+    question.start("dbus-send", introspection());
     question.waitForFinished();
     return question.exitCode() == 0;
 }
@@ -150,6 +154,12 @@ QByteArray ApplicationFixture::nextLine(QProcess& process)
         return process.canReadLine();
     });
     return process.readLine().trimmed();
+}
+
+void ApplicationFixture::waitForEndDuringWork(QProcess& process)
+{
+    constexpr int limit = 15'000; // milliseconds
+    EXPECT_TRUE(process.waitForFinished(limit));
 }
 
 QImage ApplicationFixture::screen()

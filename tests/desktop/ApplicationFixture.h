@@ -39,6 +39,9 @@ protected:
 
     QProcess& launchOn(const QString& model, const QStringList& variables = {});
 
+    /// The arguments with which `dbus-send` asks the application something.
+    static QStringList introspection();
+
     /// Whether the application has come to answer, which it does once it is set up.
     bool isAnswering();
 
@@ -69,6 +72,16 @@ protected:
     QByteArray nextLine(QProcess& process);
 
     QImage screen();
+
+    /// Waits for the end of the application, which has work left for a minute or more. It ends
+    /// within a second where nothing else has to be done; of a busy machine it can only be told
+    /// that it does not wait for the work.
+    static void waitForEndDuringWork(QProcess& process);
+
+    // Some ten milliseconds between two tokens of an answer, and minutes before it where the text
+    // is of so many digits, each of them a token.
+    static constexpr BenchModel::Shape slow = {8, 512, 1024, 8, 2};
+    static QString longText() { return QString(60'000, '7'); }
 
     DesktopSession m_session;
     int m_argc = 1;

@@ -134,7 +134,7 @@ TEST_F(FileChooserTest, ItEndsWithTheApplication)
     for (const int signal : {SIGTERM, SIGINT}) {
         QProcess& process = launchWithChooser();
         ::kill(static_cast<pid_t>(process.processId()), signal);
-        ASSERT_TRUE(process.waitForFinished(1'000));
+        m_session.waitForEnd(process);
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 0);
         EXPECT_EQ(process.readAllStandardError(), "");

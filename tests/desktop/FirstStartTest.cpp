@@ -169,7 +169,7 @@ TEST_F(FirstStartTest, QuittingDuringTheDownloadLeavesNothing)
 {
     QProcess& process = launchStalledAfter(size / 4);
     pressButton("Quit");
-    ASSERT_TRUE(process.waitForFinished(1'000));
+    m_session.waitForEnd(process);
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.readAllStandardError(), "");
     EXPECT_EQ(m_folder.entryList(QDir::Files), QStringList());

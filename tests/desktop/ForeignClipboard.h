@@ -42,7 +42,7 @@ public:
 private:
     static bool hasSucceeded(QProcess& process)
     {
-        const QDeadlineTimer deadline(30'000);
+        const QDeadlineTimer deadline(60'000);
         while (!process.waitForFinished(5) && process.state() != QProcess::NotRunning &&
                !deadline.hasExpired())
             QCoreApplication::processEvents();

@@ -104,7 +104,7 @@ TEST_F(HotkeyTest, OverThePopoverItTakesWhatIsSelectedThere)
 
 TEST_F(HotkeyTest, ItSupersedesARunThatGoesOn)
 {
-    launchToReadOn(slowModel({8, 512, 1024, 8, 2}));
+    launchToReadOn(slowModel(slow));
     show();
     enter("Earlier.");
     pressButton("Summarize");

@@ -81,7 +81,7 @@ TEST_F(OutputTest, WhatIsCopiedOutlivesTheApplication)
     pressButton("Replace Clipboard");
     waitUntilTold("Clipboard replaced");
     pressButton("Quit");
-    ASSERT_TRUE(process.waitForFinished(1'000));
+    m_session.waitForEnd(process);
     EXPECT_EQ(m_clipboard.text().toStdString(), m_plain);
     m_clipboard.put("later");
     EXPECT_EQ(m_clipboard.text(), "later");

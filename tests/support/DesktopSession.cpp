@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int patience = 30'000; // milliseconds
+constexpr int patience = 60'000; // milliseconds
 
 [[noreturn]] void fail(const QString& sentence)
 {
@@ -116,6 +116,12 @@ void DesktopSession::end(QProcess& process)
         process.kill();
         process.waitForFinished();
     }
+}
+
+void DesktopSession::waitForEnd(QProcess& process)
+{
+    if (!process.waitForFinished(patience) && process.state() != QProcess::NotRunning)
+        fail(process.program() + " does not end.");
 }
 
 QByteArray DesktopSession::run(const QString& program, const QStringList& arguments)

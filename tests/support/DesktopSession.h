@@ -19,7 +19,7 @@
 /// manager. While it lives, this process's environment names them too. Many can run on a machine
 /// at once, one in a process. Whatever was started in it ends with it.
 ///
-/// Calls wait for at most 30 seconds and throw std::runtime_error with a sentence when in vain. One
+/// Calls wait for at most a minute and throw std::runtime_error with a sentence when in vain. One
 /// thread. Requires: an application object with windows is made after it and destroyed before it.
 class DesktopSession
 {
@@ -60,6 +60,9 @@ public:
 
     /// Ends one that `start` returned: asks, and kills it where that is no use.
     void end(QProcess& process);
+
+    /// Returns once `process` has ended by itself.
+    void waitForEnd(QProcess& process);
 
     /// Runs a program to its end and returns its standard output. Throws when it fails.
     QByteArray run(const QString& program, const QStringList& arguments = {});

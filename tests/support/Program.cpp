@@ -68,7 +68,7 @@ void Program::read()
 template <typename Condition>
 bool Program::waitFor(Condition condition)
 {
-    const QDeadlineTimer deadline(30'000);
+    const QDeadlineTimer deadline(60'000);
     for (;;) {
         // Before reading, so that what came with the end is read still.
         const bool ended = m_process.state() == QProcess::NotRunning;

@@ -5,7 +5,7 @@
 #include <QStringList>
 
 /// The program under test as a process of its own, in the test's environment. Calls wait for at
-/// most 30 seconds. One thread.
+/// most a minute. One thread.
 class Program
 {
 public:
