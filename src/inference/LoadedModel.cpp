@@ -68,8 +68,6 @@ static LlamaHandles::Context createContext(llama_model& model)
     llama_context_params parameters = llama_context_default_params();
     parameters.n_ctx = ChatPrompt::contextTokens;
     parameters.n_batch = ChatPrompt::contextTokens;
-    parameters.n_threads = threadCount();
-    parameters.n_threads_batch = threadCount();
     try {
         const AbortTrap trap;
         LlamaHandles::Context context{llama_init_from_model(&model, parameters)};

@@ -17,7 +17,7 @@ Function backendFunction(const char* name)
 
 } // namespace
 
-ThreadPool::ThreadPool(int threads)
+ThreadPool::ThreadPool(int threads) : m_threads(threads)
 {
     using Create = ggml_threadpool* (*)(ggml_threadpool_params*);
     ggml_threadpool_params parameters = ggml_threadpool_params_default(threads);
@@ -34,6 +34,7 @@ ThreadPool::~ThreadPool()
 
 void ThreadPool::attachTo(llama_context& context)
 {
+    llama_set_n_threads(&context, m_threads, m_threads);
     if (m_pool != nullptr)
         llama_attach_threadpool(&context, m_pool, nullptr);
 }

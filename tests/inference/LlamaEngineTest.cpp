@@ -1,15 +1,11 @@
 #include "LlamaEngine.h"
 
-#include "AppError.h"
 #include "BenchModel.h"
 #include "ChatPrompt.h"
+#include "EngineFixture.h"
 #include "LoadedModel.h"
-#include "StandinModel.h"
-
-#include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <future>
 #include <vector>
 
@@ -32,46 +28,7 @@ std::string marked(int count, int marks)
     return text;
 }
 
-class LlamaEngineTest : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        m_folder = fs::path(std::getenv("HOME")) /
-                   testing::UnitTest::GetInstance()->current_test_info()->name();
-        fs::create_directories(m_folder);
-    }
-
-    fs::path model(const StandinModel::Script& script, const std::string& name = "model.gguf")
-    {
-        StandinModel::write(script, m_folder / name);
-        return m_folder / name;
-    }
-
-    /// Generates and keeps the updates.
-    std::string generate(const fs::path& path, int maxTokens = 500,
-                         const std::string& user = "Please spell it.")
-    {
-        m_updates.clear();
-        return m_engine.generate(path, "You spell.", user, maxTokens, m_token,
-                                 [this](const std::string& text) { m_updates.push_back(text); });
-    }
-
-    std::string errorOf(const fs::path& path, const std::string& user = "Please spell it.")
-    {
-        try {
-            generate(path, 10, user);
-        } catch (const AppError& error) {
-            return error.message();
-        }
-        return "no error";
-    }
-
-    fs::path m_folder;
-    LlamaEngine m_engine;
-    CancelToken m_token;
-    std::vector<std::string> m_updates;
-};
+using LlamaEngineTest = EngineFixture;
 
 TEST_F(LlamaEngineTest, TheAnswerStreamsAndIsTheScript)
 {
@@ -138,6 +95,22 @@ TEST_F(LlamaEngineTest, ABudgetOfNothingGivesAnEmptyAnswer)
 {
     EXPECT_EQ(generate(model({{{"a"}}, Ending::never}), 0), "");
     EXPECT_TRUE(m_updates.empty());
+}
+
+TEST_F(LlamaEngineTest, ABudgetOfNothingStillTriesTheModelAndThePrompt)
+{
+    try {
+        generate(m_folder / "missing.gguf", 0);
+        ADD_FAILURE() << "no error";
+    } catch (const AppError& error) {
+        EXPECT_EQ(error.message(), "Could not load the language model.");
+    }
+    try {
+        generate(model({{{"a"}}}), 0, marked(150, 20)); // does not fit
+        ADD_FAILURE() << "no error";
+    } catch (const AppError& error) {
+        EXPECT_EQ(error.message(), "Model evaluation failed (1).");
+    }
 }
 
 TEST_F(LlamaEngineTest, CancellingDuringGenerationKeepsTheTextSoFar)

@@ -3,6 +3,7 @@
 #include "ByteTrie.h"
 #include "GgufWriter.h"
 #include "Qwen2Layout.h"
+#include "StandinVocabulary.h"
 
 #include <llama.h>
 
@@ -22,42 +23,13 @@
 namespace {
 
 constexpr std::size_t promptState = 0;
-constexpr std::size_t byteTokens = 256;
 constexpr int headWidth = 64;
 
-struct Token
+struct Token : StandinVocabulary::Token
 {
-    std::string text;
-    llama_token_type type = LLAMA_TOKEN_TYPE_NORMAL;
     std::size_t state = promptState;      // where this token leads
     std::optional<std::size_t> follows{}; // the state this token is generated in, if any
 };
-
-/// `bytes` in the alphabet of byte-level vocabularies: bytes that print as Latin-1 stand for
-/// themselves, the others for the characters from U+0100 on, in order.
-std::string spelled(std::string_view bytes)
-{
-    const auto prints = [](unsigned byte) {
-        return (byte > 0x20 && byte < 0x7F) || (byte > 0xA0 && byte != 0xAD);
-    };
-    std::string text;
-    for (const char character : bytes) {
-        const unsigned byte = static_cast<unsigned char>(character);
-        unsigned codePoint = byte;
-        if (!prints(byte)) {
-            codePoint = 0x100;
-            for (unsigned other = 0; other < byte; ++other)
-                codePoint += prints(other) ? 0 : 1;
-        }
-        if (codePoint < 0x80) {
-            text += static_cast<char>(codePoint);
-        } else {
-            text += static_cast<char>(0xC0 | (codePoint >> 6));
-            text += static_cast<char>(0x80 | (codePoint & 0x3F));
-        }
-    }
-    return text;
-}
 
 /// Whether llama.cpp might find `piece` among the names it knows control tokens by.
 bool readsLikeControlToken(std::string_view piece)
@@ -93,22 +65,19 @@ void check(const std::vector<StandinModel::Piece>& pieces)
 std::vector<Token> chainedTokens(const StandinModel::Script& script)
 {
     std::vector<Token> tokens;
-    for (std::size_t byte = 0; byte < byteTokens; ++byte)
-        tokens.push_back({spelled(std::string(1, static_cast<char>(byte)))});
-    for (const char* name : {"<|endoftext|>", "<|im_start|>", "<|im_end|>"})
-        tokens.push_back({name, LLAMA_TOKEN_TYPE_CONTROL});
-    const std::size_t endToken = tokens.size() - 1;
+    for (const StandinVocabulary::Token& token : StandinVocabulary::base())
+        tokens.push_back({token});
 
     std::size_t state = promptState;
     for (std::size_t i = 0; i < script.pieces.size(); ++i) {
         const auto& [bytes, kind] = script.pieces[i];
         std::size_t token = tokens.size();
         if (kind == StandinModel::Piece::Kind::control)
-            tokens.push_back({"<|piece_" + std::to_string(i) + "|>", LLAMA_TOKEN_TYPE_CONTROL});
+            tokens.push_back({{"<|piece_" + std::to_string(i) + "|>", LLAMA_TOKEN_TYPE_CONTROL}});
         else if (bytes.size() == 1)
             token = static_cast<unsigned char>(bytes.front());
         else
-            tokens.push_back({spelled(bytes)});
+            tokens.push_back({{StandinVocabulary::spelled(bytes)}});
         tokens[token].follows = state;
         ++state;
         if (script.ending == StandinModel::Ending::never && i + 1 == script.pieces.size())
@@ -116,28 +85,8 @@ std::vector<Token> chainedTokens(const StandinModel::Script& script)
         tokens[token].state = state;
     }
     if (script.ending == StandinModel::Ending::endOfGeneration || script.pieces.empty())
-        tokens[endToken].follows = state;
+        tokens[StandinVocabulary::endToken].follows = state;
     return tokens;
-}
-
-void setVocabulary(gguf_context* metadata, const std::vector<Token>& tokens)
-{
-    std::vector<const char*> texts;
-    std::vector<std::int32_t> types;
-    for (const Token& token : tokens) {
-        texts.push_back(token.text.c_str());
-        types.push_back(token.type);
-    }
-    gguf_set_val_str(metadata, "tokenizer.ggml.model", "gpt2");
-    gguf_set_val_str(metadata, "tokenizer.ggml.pre", "qwen2");
-    gguf_set_arr_str(metadata, "tokenizer.ggml.tokens", texts.data(), texts.size());
-    gguf_set_arr_data(metadata, "tokenizer.ggml.token_type", GGUF_TYPE_INT32, types.data(),
-                      types.size());
-    // Without merges a prompt becomes byte tokens, never a piece of the script.
-    gguf_set_arr_str(metadata, "tokenizer.ggml.merges", nullptr, 0);
-    gguf_set_val_u32(metadata, "tokenizer.ggml.bos_token_id", byteTokens);
-    gguf_set_val_u32(metadata, "tokenizer.ggml.eos_token_id", byteTokens + 2);
-    gguf_set_val_bool(metadata, "tokenizer.ggml.add_bos_token", false);
 }
 
 /// The mark of a state: a one in two of the embedding's columns. One column a state would do as
@@ -268,7 +217,7 @@ void StandinModel::write(const Script& script, const std::filesystem::path& path
     GgufWriter writer;
     Qwen2Layout::setHyperparameters(writer.metadata(), shape);
     gguf_set_val_str(writer.metadata(), "general.name", "Pithwise stand-in");
-    setVocabulary(writer.metadata(), tokens);
+    StandinVocabulary::set(writer.metadata(), {tokens.begin(), tokens.end()});
     addVocabularyTensors(writer, tokens, marks, shape.width);
     writer.addConstant("output_norm.weight", shape.width, 1);
     addLayer(writer, shape);
