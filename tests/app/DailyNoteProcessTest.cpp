@@ -3,6 +3,8 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
 
 #include <array>
 #include <chrono>
@@ -32,6 +34,27 @@ protected:
             rest.remove_prefix(end + 2);
         }
         return count;
+    }
+
+    /// A process that runs `work` and is held in its first attempt to write.
+    static pid_t startAndHold(const std::function<void()>& work)
+    {
+        const pid_t child = start([&work] {
+            ASSERT_EQ(::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr), 0);
+            ::raise(SIGSTOP);
+            work();
+        });
+        __ptrace_syscall_info call = {};
+        int status = 0;
+        do {
+            EXPECT_EQ(::waitpid(child, &status, 0), child);
+            EXPECT_TRUE(WIFSTOPPED(status));
+            ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD);
+            ::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
+            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && call.entry.nr == SYS_write)
+                break;
+        } while (WIFSTOPPED(status) && ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) == 0);
+        return child;
     }
 
     /// Kills `child` after so long without a pause, and returns how many more bytes it has sent. By
@@ -79,6 +102,29 @@ TEST_F(DailyNoteProcessTest, ProcessesThatMakeTheNoteAtOnceLoseNothing)
         ASSERT_EQ(wholeEntries(content(note)), 4);
         ASSERT_EQ(names(folder), std::set<std::string>{"2026-11-21.md"});
     }
+}
+
+TEST_F(DailyNoteProcessTest, WhileOneProcessWritesToTheNoteAnotherWaits)
+{
+    makeNote();
+    const pid_t child = startAndHold([this] { append("theirs"); });
+    EXPECT_EQ(failure(), "Another program is writing to it.");
+    EXPECT_EQ(content(note), earlier);
+    EXPECT_EQ(::ptrace(PTRACE_DETACH, child, nullptr, nullptr), 0);
+    EXPECT_EQ(finish(child), 0);
+    append("ours");
+    EXPECT_EQ(content(note), earlier + entry("theirs") + entry("ours"));
+}
+
+TEST_F(DailyNoteProcessTest, WhileOneProcessMakesTheNoteAnotherWaits)
+{
+    std::filesystem::create_directory(folder);
+    const pid_t child = startAndHold([this] { append("theirs"); });
+    EXPECT_EQ(failure(), "Another program is writing to it.");
+    EXPECT_EQ(names(folder), std::set<std::string>());
+    EXPECT_EQ(::ptrace(PTRACE_DETACH, child, nullptr, nullptr), 0);
+    EXPECT_EQ(finish(child), 0);
+    EXPECT_EQ(content(note), header + entry("theirs"));
 }
 
 TEST_F(DailyNoteProcessTest, AProgramThatKnowsNoLockLosesNothing)

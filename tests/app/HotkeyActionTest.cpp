@@ -102,6 +102,26 @@ TEST_F(HotkeyActionTest, WithNothingAtAllThatIsExplained)
     }
 }
 
+TEST_F(HotkeyActionTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
+{
+    mayCapture = false;
+    startRun("text");
+    EXPECT_TRUE(waitUntil([&] { return state->status.get() == "Summarizing…"; }));
+    state->errorMessage = "earlier";
+    trace.clear();
+    press();
+    expectWorking("Summarizing…");
+    EXPECT_EQ(trace.size(), 1U); // the error's
+    answer(selections[0], Grabbed());
+    waitForDone();
+    EXPECT_TRUE(state->isWorking);
+    EXPECT_EQ(state->status.get(), "Summarizing…");
+    EXPECT_EQ(state->errorMessage.get(), m_nothing);
+    EXPECT_FALSE(state->token()->isCancelled());
+    engine.finish(0, "summary");
+    waitForOutput("summary");
+}
+
 TEST_F(HotkeyActionTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
 {
     clipboard = "copied";

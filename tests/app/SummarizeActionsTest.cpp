@@ -273,15 +273,4 @@ TEST_F(SummarizeActionsTest, AStateMayGoInTheMiddleOfARun)
     EXPECT_TRUE(waitUntil([&] { return token.expired(); }));
 }
 
-TEST_F(SummarizeActionsTest, AMegabyteIsTrimmedAndConvertedOffTheMainThread)
-{
-    const QString text = QString("word ").repeated(200'000);
-    state->sourceText = text;
-    state->summarize();
-    // Neither the state nor the run has made a copy on this thread.
-    EXPECT_TRUE(state->sourceText->isSharedWith(text));
-    waitForCalls(1);
-    EXPECT_NE(engine.calls()[0].thread, std::this_thread::get_id());
-}
-
 } // namespace

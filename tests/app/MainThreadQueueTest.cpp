@@ -1,0 +1,89 @@
+#include "MainThreadQueue.h"
+
+#include "WaitUntil.h"
+
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+
+class MainThreadQueueTest : public testing::Test
+{
+protected:
+    /// Posts a function that is called `name`.
+    void post(const std::string& name)
+    {
+        m_queue->post([this, name] { m_called.push_back(name); });
+    }
+
+    /// Lets everything run that has been posted to another queue after this.
+    static void waitForTurn()
+    {
+        const auto other = MainThreadQueue::create();
+        bool isOver = false;
+        other->post([&] { other->post([&isOver] { isOver = true; }); });
+        EXPECT_TRUE(waitUntil([&isOver] { return isOver; }));
+        other->close();
+    }
+
+    std::vector<std::string> m_called;
+    const std::shared_ptr<MainThreadQueue> m_queue = MainThreadQueue::create();
+};
+
+TEST_F(MainThreadQueueTest, FunctionsOfAnotherThreadRunOnTheMainThreadInTheirOrder)
+{
+    QThread* ranOn = nullptr;
+    std::thread([&] {
+        m_queue->post([&ranOn] { ranOn = QThread::currentThread(); });
+        post("second");
+        post("third");
+    }).join();
+    EXPECT_THAT(m_called, ElementsAre());
+    EXPECT_TRUE(waitUntil([this] { return m_called.size() == 2; }));
+    EXPECT_EQ(ranOn, QThread::currentThread());
+    EXPECT_THAT(m_called, ElementsAre("second", "third"));
+}
+
+TEST_F(MainThreadQueueTest, WhatAFunctionPostsRunsInAnotherTurn)
+{
+    m_queue->post([this] {
+        post("later");
+        m_called.emplace_back("first");
+    });
+    post("second");
+    EXPECT_TRUE(waitUntil([this] { return !m_called.empty(); }));
+    EXPECT_THAT(m_called, ElementsAre("first", "second"));
+    EXPECT_TRUE(waitUntil([this] { return m_called.size() == 3; }));
+    EXPECT_EQ(m_called.back(), "later");
+}
+
+TEST_F(MainThreadQueueTest, ClosedByOneOfItsFunctionsItRunsNoneOfTheOthers)
+{
+    post("first");
+    m_queue->post([this] { m_queue->close(); });
+    post("dropped");
+    waitForTurn();
+    EXPECT_THAT(m_called, ElementsAre("first"));
+}
+
+TEST_F(MainThreadQueueTest, ClosedItDropsWhatWaitsAndWhatStillComes)
+{
+    const auto held = std::make_shared<int>();
+    m_queue->post([this, held] { m_called.emplace_back("dropped"); });
+    m_queue->close();
+    EXPECT_EQ(held.use_count(), 1);
+    m_queue->post([this, held] { m_called.emplace_back("too late"); });
+    EXPECT_EQ(held.use_count(), 1);
+    m_queue->close();
+    waitForTurn();
+    EXPECT_THAT(m_called, ElementsAre());
+}
+
+} // namespace
