@@ -18,7 +18,7 @@ using Logits = std::map<char, float>;
 class SamplingTest : public EngineFixture
 {
 protected:
-    static constexpr int m_draws = 1500; // fit into the context behind the prompt
+    static constexpr int m_draws = 500; // enough for each of forty letters
     static constexpr std::string_view m_letters =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
 
@@ -77,13 +77,12 @@ TEST_F(SamplingTest, EveryTokenIsTheOneThatTheFixedChainAndSeedDraw)
 
 TEST_F(SamplingTest, OnlyTheFortyLikeliestTokensCount)
 {
-    // One letter is three times as likely as each other. Nine tenths of 42, which the first forty
-    // weigh, are that one and 34.8 more; of 41 or 43 they would be 33.9 or 35.7 more.
+    // Thirty letters are somewhat likelier than the others. The first forty weigh 39, of which nine
+    // tenths are those thirty and 5.7 more; for 39 or 41 of them it would be 4.8 or 6.6 more.
     Logits logits = alike(m_letters.size());
-    logits['k'] = std::log(3.0F);
-    const std::set<char> letters = lettersDrawn(logits);
-    EXPECT_EQ(letters.size(), 36U);
-    EXPECT_TRUE(letters.contains('k'));
+    for (const char letter : m_letters.substr(30))
+        logits[letter] = std::log(0.9F);
+    EXPECT_EQ(lettersDrawn(logits).size(), 36U);
 }
 
 TEST_F(SamplingTest, OnlyTheLikeliestTokensThatMakeUpNineTenthsAreDrawn)
@@ -102,7 +101,7 @@ TEST_F(SamplingTest, TheTemperatureSharpensTheOdds)
     // At the temperature of 0.3 these odds are three to one; at 1 they would be 1.4 to one.
     const std::string answer = drawn({{'a', 0.3F * std::log(3.0F)}, {'b', 0.0F}});
     const auto count = std::count(answer.begin(), answer.end(), 'a');
-    EXPECT_NEAR(static_cast<double>(count), 0.75 * m_draws, 0.04 * m_draws);
+    EXPECT_NEAR(static_cast<double>(count), 0.75 * m_draws, 0.08 * m_draws);
 }
 
 TEST_F(SamplingTest, ATokenThatMakesUpNineTenthsIsTheOnlyOneDrawn)

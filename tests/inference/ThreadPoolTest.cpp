@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <fstream>
 #include <set>
 
 namespace {
@@ -26,8 +27,17 @@ protected:
         return names;
     }
 
-    /// Waits until this many threads have come since `before`.
-    static void expectNew(std::size_t count, const std::set<std::string>& before)
+    /// How many threads a model is to have besides the calling one: all processors but two compute,
+    /// and two at least.
+    static std::size_t poolThreads()
+    {
+        const auto processors = static_cast<std::size_t>(::sysconf(_SC_NPROCESSORS_ONLN));
+        return std::max(processors, std::size_t{4}) - 2 - 1;
+    }
+
+    /// Those that have come since `before`; waits until they are `count`.
+    static std::vector<std::string> newThreads(std::size_t count,
+                                               const std::set<std::string>& before)
     {
         std::vector<std::string> come;
         const auto look = [&] {
@@ -39,6 +49,25 @@ protected:
         };
         // Those that only helped to load may be on their way out still.
         EXPECT_TRUE(waitUntil(look)) << come.size() << " new threads in place of " << count;
+        return come;
+    }
+
+    static bool isAsleep(const std::string& thread)
+    {
+        std::ifstream file("/proc/self/task/" + thread + "/status");
+        for (std::string line; std::getline(file, line);) {
+            if (line.starts_with("State:"))
+                return line.find("sleeping") != std::string::npos;
+        }
+        return false;
+    }
+
+    /// How long it has had a processor.
+    static long long nanoseconds(const std::string& thread)
+    {
+        long long time = 0;
+        std::ifstream("/proc/self/task/" + thread + "/schedstat") >> time;
+        return time;
     }
 };
 
@@ -47,7 +76,7 @@ TEST_F(ThreadPoolTest, TheCallingThreadIsOneOfThePool)
     const auto loaded = LoadedModel::create(model({{{"a"}}})); // so that there is a back end
     const std::set<std::string> before = threads();
     const ThreadPool pool(4);
-    expectNew(3, before);
+    newThreads(3, before);
 }
 
 TEST_F(ThreadPoolTest, AllOfThePoolComputeForTheContext)
@@ -68,9 +97,22 @@ TEST_F(ThreadPoolTest, AModelComputesOnAllProcessorsButTwoAndOnTwoAtLeast)
     const fs::path path = model({{{"a"}}});
     const std::set<std::string> before = threads();
     const auto loaded = LoadedModel::create(path);
-    const auto processors = static_cast<std::size_t>(::sysconf(_SC_NPROCESSORS_ONLN));
-    const std::size_t computing = processors > 4 ? processors - 2 : 2;
-    expectNew(computing - 1, before); // besides this one
+    newThreads(poolThreads(), before);
+}
+
+TEST_F(ThreadPoolTest, TheModelComputesOnThem)
+{
+    const fs::path path = model({{{"a"}}});
+    const std::set<std::string> before = threads();
+    const auto loaded = LoadedModel::create(path);
+    const std::vector<std::string> come = newThreads(poolThreads(), before);
+    ASSERT_FALSE(come.empty());
+    const std::string& thread = come.front();
+    EXPECT_TRUE(waitUntil([&] { return isAsleep(thread); }));
+    const long long idle = nanoseconds(thread);
+    std::vector<ChatPrompt::Token> prompt = loaded->tokenize("Some text.");
+    EXPECT_EQ(loaded->evaluate(prompt, m_token), 0);
+    EXPECT_TRUE(waitUntil([&] { return nanoseconds(thread) > idle; }));
 }
 
 TEST_F(ThreadPoolTest, ThreadsStayFromOneAnswerToTheNextAndGoWithTheEngine)
@@ -87,7 +129,7 @@ TEST_F(ThreadPoolTest, ThreadsStayFromOneAnswerToTheNextAndGoWithTheEngine)
         EXPECT_EQ(answer(), "a");
         EXPECT_EQ(threads(), first);
     }
-    expectNew(0, before);
+    newThreads(0, before);
 }
 
 } // namespace
