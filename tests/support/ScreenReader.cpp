@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDBusArgument>
+#include <QDBusPendingCall>
 #include <QDBusVariant>
 
 #include <stdexcept>
@@ -14,6 +15,7 @@ const QString connectionName = QStringLiteral("screen-reader");
 const QString registry = QStringLiteral("org.a11y.atspi.Registry");
 const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
 const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
+const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
 
 struct Reference
 {
@@ -39,6 +41,14 @@ std::vector<Reference> references(const QVariant& answer)
     return result;
 }
 
+QStringList pathsOf(const QVariant& answer)
+{
+    QStringList result;
+    for (const Reference& reference : references(answer))
+        result.append(reference.path);
+    return result;
+}
+
 quint64 statesOf(const QVariant& answer)
 {
     QList<uint> words;
@@ -58,6 +68,25 @@ QRect areaOf(const QVariant& answer)
     argument >> x >> y >> width >> height;
     argument.endStructure();
     return {x, y, width, height};
+}
+
+QVariant propertyOf(const QVariant& answer)
+{
+    return answer.value<QDBusVariant>().variant();
+}
+
+/// Throws std::runtime_error where there is none.
+QDBusMessage answerTo(QDBusPendingCall call)
+{
+    call.waitForFinished();
+    if (call.isError())
+        throw std::runtime_error(call.error().message().toStdString());
+    return call.reply();
+}
+
+QVariant valueOf(const QDBusPendingCall& call)
+{
+    return answerTo(call).arguments().value(0);
 }
 
 QDBusConnection connectToBus(DesktopSession& session)
@@ -86,17 +115,20 @@ ScreenReader::~ScreenReader()
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
+QDBusPendingCall ScreenReader::begin(const QString& service, const QString& path,
+                                     const QString& interface, const QString& member,
+                                     const QVariantList& arguments)
+{
+    QDBusMessage request = QDBusMessage::createMethodCall(service, path, interface, member);
+    request.setArguments(arguments);
+    return m_bus.asyncCall(request);
+}
+
 QDBusMessage ScreenReader::call(const QString& service, const QString& path,
                                 const QString& interface, const QString& member,
                                 const QVariantList& arguments)
 {
-    QDBusMessage request = QDBusMessage::createMethodCall(service, path, interface, member);
-    request.setArguments(arguments);
-    QDBusMessage answer = m_bus.call(request);
-    if (answer.type() != QDBusMessage::ReplyMessage)
-        throw std::runtime_error(
-            QString("%1 of %2: %3").arg(member, path, answer.errorMessage()).toStdString());
-    return answer;
+    return answerTo(begin(service, path, interface, member, arguments));
 }
 
 QVariant ScreenReader::ask(const QString& path, const QString& interface, const QString& member,
@@ -107,9 +139,7 @@ QVariant ScreenReader::ask(const QString& path, const QString& interface, const 
 
 QVariant ScreenReader::property(const QString& path, const QString& interface, const QString& name)
 {
-    return ask(path, "org.freedesktop.DBus.Properties", "Get", {interface, name})
-        .value<QDBusVariant>()
-        .variant();
+    return propertyOf(ask(path, properties, "Get", {interface, name}));
 }
 
 std::optional<QString> ScreenReader::serviceOf(qint64 process)
@@ -134,46 +164,70 @@ void ScreenReader::follow(qint64 process)
     });
 }
 
-std::vector<QString> ScreenReader::children(const QString& path)
+/// The questions about an object, which are all on their way before the first answer is awaited.
+struct ScreenReader::Questions
 {
-    std::vector<QString> result;
-    for (const Reference& child : references(ask(path, accessible, "GetChildren")))
-        result.push_back(child.path);
-    return result;
-}
+    QString path;
+    QDBusPendingCall role;
+    QDBusPendingCall name;
+    QDBusPendingCall description;
+    QDBusPendingCall states;
+    QDBusPendingCall area;
+    QDBusPendingCall children;
+};
 
-ScreenReader::Node ScreenReader::read(const QString& path)
+ScreenReader::Questions ScreenReader::askAbout(const QString& path)
 {
     constexpr uint onScreen = 0;
+    const auto ask = [&](const QString& interface, const QString& member,
+                         const QVariantList& arguments = {}) {
+        return begin(m_service, path, interface, member, arguments);
+    };
+    return {path,
+            ask(accessible, "GetRoleName"),
+            ask(properties, "Get", {accessible, "Name"}),
+            ask(properties, "Get", {accessible, "Description"}),
+            ask(accessible, "GetState"),
+            ask("org.a11y.atspi.Component", "GetExtents", {onScreen}),
+            ask(accessible, "GetChildren")};
+}
+
+ScreenReader::Node ScreenReader::read(const Questions& questions)
+{
     Node node;
-    node.path = path;
-    node.role = ask(path, accessible, "GetRoleName").toString().toStdString();
-    node.name = property(path, accessible, "Name").toString().toStdString();
-    node.description = property(path, accessible, "Description").toString().toStdString();
-    node.states = statesOf(ask(path, accessible, "GetState"));
-    node.area = areaOf(ask(path, "org.a11y.atspi.Component", "GetExtents", {onScreen}));
+    node.path = questions.path;
+    node.role = valueOf(questions.role).toString().toStdString();
+    node.name = propertyOf(valueOf(questions.name)).toString().toStdString();
+    node.description = propertyOf(valueOf(questions.description)).toString().toStdString();
+    node.states = statesOf(valueOf(questions.states));
+    node.area = areaOf(valueOf(questions.area));
     return node;
 }
 
 std::vector<ScreenReader::Node> ScreenReader::nodes()
 {
     std::vector<Node> result;
-    std::vector<QString> waiting = children(rootPath);
-    while (!waiting.empty()) {
-        const QString path = waiting.back();
-        waiting.pop_back();
+    addAll(pathsOf(ask(rootPath, accessible, "GetChildren")), result);
+    return result;
+}
+
+void ScreenReader::addAll(const QStringList& siblings, std::vector<Node>& result)
+{
+    std::vector<Questions> questions;
+    for (const QString& path : siblings)
+        questions.push_back(askAbout(path));
+    for (const Questions& asked : questions) {
         try {
-            const Node node = read(path);
+            const Node node = read(asked);
             if (!node.is(showing))
                 continue;
-            const std::vector<QString> below = children(path);
+            const QStringList children = pathsOf(valueOf(asked.children));
             result.push_back(node);
-            waiting.insert(waiting.end(), below.rbegin(), below.rend());
+            addAll(children, result);
         } catch (const std::runtime_error&) {
             // It is gone by now.
         }
     }
-    return result;
 }
 
 std::optional<ScreenReader::Node> ScreenReader::lookFor(const std::string& role,
@@ -237,7 +291,7 @@ void ScreenReader::take(const QDBusMessage& signal)
     const QString kind = signal.member() + ' ' + arguments.value(0).toString();
     Event event{kind.trimmed().toStdString(), arguments.value(1).toInt(), {}};
     try {
-        event.source = read(signal.path());
+        event.source = read(askAbout(signal.path()));
     } catch (const std::runtime_error&) {
         event.source.path = signal.path(); // gone already
     }

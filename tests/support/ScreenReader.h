@@ -2,9 +2,11 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QObject>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
@@ -77,14 +79,20 @@ private slots:
     void take(const QDBusMessage& signal);
 
 private:
+    struct Questions;
+
+    QDBusPendingCall begin(const QString& service, const QString& path, const QString& interface,
+                           const QString& member, const QVariantList& arguments = {});
     QDBusMessage call(const QString& service, const QString& path, const QString& interface,
                       const QString& member, const QVariantList& arguments = {});
     QVariant ask(const QString& path, const QString& interface, const QString& member,
                  const QVariantList& arguments = {});
     QVariant property(const QString& path, const QString& interface, const QString& name);
     std::optional<QString> serviceOf(qint64 process);
-    std::vector<QString> children(const QString& path);
-    Node read(const QString& path);
+    Questions askAbout(const QString& path);
+    static Node read(const Questions& questions);
+    /// With all that is below them.
+    void addAll(const QStringList& siblings, std::vector<Node>& result);
 
     DesktopSession& m_session;
     QDBusConnection m_bus;
