@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds limit(1000);
+constexpr std::chrono::seconds limit(10);
 
 /// Chromium with a page of ours in front.
 class ChromiumTest : public SelectionFixture
@@ -90,20 +90,19 @@ protected:
 
 TEST_F(ChromiumTest, TheSelectionOnAPageComesByPrimary)
 {
-    putOnClipboard("earlier");
-    const std::uint64_t count = m_ports.pasteboard->changeCount();
     show(m_page);
     selectAllOf("Second.");
-    EXPECT_EQ(grab(), m_text);
-    EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
+    expectGrabWithoutCopy(m_text);
 }
 
 TEST_F(ChromiumTest, ASelectedPageIsCopiedAndTheClipboardPutBack)
 {
-    putOnClipboard("earlier");
     show(m_page);
     selectAllOf("Second.");
-    EXPECT_EQ(QCoro::waitFor(SelectionGrabber::copySelection(m_ports)), m_text);
+    m_session.waitUntil("the copy", [&] {
+        putOnClipboard("earlier");
+        return QCoro::waitFor(SelectionGrabber::copySelection(m_ports)) == m_text;
+    });
     EXPECT_EQ(clipboard(), "earlier");
 }
 
@@ -112,7 +111,7 @@ TEST_F(ChromiumTest, TheSelectionInAFieldIsToldOverAtSpi)
     show("<textarea autofocus>a naïve text</textarea>", Accessibility::on);
     selectAllOf("a naïve text");
     waitUntilTold("a naïve text");
-    EXPECT_EQ(grab(), "a naïve text");
+    expectGrab("a naïve text");
 }
 
 TEST_F(ChromiumTest, WhereItTellsAWrongRangeTheTextIsWholeAllTheSame)
@@ -121,9 +120,9 @@ TEST_F(ChromiumTest, WhereItTellsAWrongRangeTheTextIsWholeAllTheSame)
     selectPart("ctrl+Home", "shift+Right", "p");
     waitUntilTold("p");
     selectPart("ctrl+End", "shift+Home", "plain 👩👩 text");
-    EXPECT_EQ(grab(), "plain 👩👩 text");
+    expectGrab("plain 👩👩 text");
     selectPart("ctrl+End", "shift+ctrl+Left", "text");
-    EXPECT_EQ(grab(), "text");
+    expectGrab("text");
     EXPECT_EQ(told(), std::nullopt);
 }
 
@@ -131,7 +130,7 @@ TEST_F(ChromiumTest, APageWithLinksComesWholeAlsoWhereItTellsItsSelection)
 {
     show(m_page, Accessibility::on);
     selectAllOf("Second.");
-    EXPECT_EQ(grab(), m_text);
+    expectGrab(m_text);
 }
 
 } // namespace

@@ -26,10 +26,13 @@ protected:
 
 TEST_F(DesktopSourceTest, TheSelectionIsReadAndTheClipboardOutlivesTheProgram)
 {
-    putOnClipboard("earlier");
     startApp({"--copies", "copied"});
-    const Result result = plan("--selection");
-    EXPECT_EQ(result.status, 0);
+    Result result;
+    m_session.waitUntil("a copy in time", [&] {
+        putOnClipboard("earlier");
+        result = plan("--selection");
+        return result.status == 0;
+    });
     EXPECT_THAT(result.output, testing::HasSubstr("\\n\\nText:\\ncopied\""));
     EXPECT_EQ(clipboard(), "earlier");
     putOnClipboard("later");
@@ -53,10 +56,14 @@ TEST_F(DesktopSourceTest, ThereIsNothingToSummarizeWithoutText)
 
 TEST_F(DesktopSourceTest, TheClipboardOutlivesOneProgramAfterTheOther)
 {
-    putOnClipboard("earlier");
     startApp({"--copies", "copied"});
     for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(run("read", "--selection").output, "copied\n");
+        // The clipboard of the last round, unless the application was too late in it.
+        m_session.waitUntil("a copy in time", [&] {
+            if (clipboard() != "earlier")
+                putOnClipboard("earlier");
+            return run("read", "--selection").output == "copied\n";
+        });
         EXPECT_EQ(clipboard(), "earlier");
     }
 }

@@ -68,6 +68,28 @@ SelectionFixture::Text SelectionFixture::grab()
     return QCoro::waitFor(SelectionGrabber::grab(m_ports));
 }
 
+void SelectionFixture::expectGrab(const std::string& text)
+{
+    m_session.waitUntil("the selected text", [&] { return grab() == text; });
+}
+
+void SelectionFixture::expectGrabWithoutCopy(const std::string& text)
+{
+    m_session.waitUntil("the selected text without a copy", [&] {
+        const std::uint64_t count = m_ports.pasteboard->changeCount();
+        return grab() == text && m_ports.pasteboard->changeCount() == count;
+    });
+}
+
+void SelectionFixture::expectGrabOver(const QByteArray& earlier, const std::string& text)
+{
+    m_session.waitUntil("the selected text", [&] {
+        putOnClipboard(earlier);
+        return grab() == text;
+    });
+    EXPECT_EQ(clipboard(), earlier);
+}
+
 void SelectionFixture::stop(const QProcess& process)
 {
     ::kill(static_cast<pid_t>(process.processId()), SIGSTOP);

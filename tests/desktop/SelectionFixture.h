@@ -47,6 +47,16 @@ protected:
     /// The result of a grab, during which the turns of the main thread's event loop are counted.
     Text grab();
 
+    /// Expects that a grab comes to `text`. Where the machine is busy, an application may take
+    /// longer than a grab may wait for it, so there may be several.
+    void expectGrab(const std::string& text);
+
+    /// The same of one that asks nobody to copy anything.
+    void expectGrabWithoutCopy(const std::string& text);
+
+    /// The same of one that leaves `earlier` on the clipboard, where it has been before.
+    void expectGrabOver(const QByteArray& earlier, const std::string& text);
+
     /// Freezes a program. Until it is resumed, only a limit of time ends a wait for it.
     static void stop(const QProcess& process);
     static void resume(const QProcess& process);

@@ -5,6 +5,7 @@
 #include <QImage>
 
 #include <atomic>
+#include <thread>
 
 namespace {
 
@@ -24,18 +25,14 @@ protected:
 
 TEST_F(SelectionGrabberDesktopTest, TheSelectionOfAnApplicationComesByPrimary)
 {
-    putOnClipboard("earlier");
-    const std::uint64_t count = m_ports.pasteboard->changeCount();
     startApp({"--editor", " a naïve 👩 text \n"});
     selectAll("naïve");
-    EXPECT_EQ(grab(), "a naïve 👩 text");
-    EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
+    expectGrabWithoutCopy("a naïve 👩 text");
 }
 
 TEST_F(SelectionGrabberDesktopTest, AWordSurroundedByBlanksComesBareFromAGtkEditor)
 {
     putOnClipboard("earlier");
-    const std::uint64_t count = m_ports.pasteboard->changeCount();
     QFile file(m_session.path("note.txt"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("  word \n");
@@ -43,8 +40,7 @@ TEST_F(SelectionGrabberDesktopTest, AWordSurroundedByBlanksComesBareFromAGtkEdit
     m_session.start("mousepad", {"--disable-server", file.fileName()});
     waitUntilInFront(m_session.waitForWindow({"--name", "Mousepad$"}));
     selectAll("word");
-    EXPECT_EQ(grab(), "word");
-    EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
+    expectGrabWithoutCopy("word");
     EXPECT_EQ(clipboard(), "earlier");
 }
 
@@ -53,9 +49,14 @@ TEST_F(SelectionGrabberDesktopTest, AnApplicationThatTakesItsTimeToCopyIsWaitedF
     putOnClipboard("earlier");
     QProcess& application = startApp({"--copies", " copied \n"});
     stop(application);
-    watch([&application](int look) {
-        if (look == 6)
-            resume(application);
+    const std::shared_ptr<Pasteboard> pasteboard = m_ports.pasteboard;
+    watch([&](int look) {
+        if (look != 6)
+            return;
+        const std::uint64_t count = pasteboard->changeCount();
+        resume(application);
+        while (pasteboard->changeCount() == count)
+            std::this_thread::yield(); // for as long as a busy machine takes
     });
     EXPECT_EQ(grab(), "copied");
     EXPECT_EQ(clipboard(), "earlier");
@@ -142,10 +143,8 @@ TEST_F(SelectionGrabberDesktopTest, TheOtherProgramsContentsAreThereAfterManyGra
 {
     putOnClipboard("earlier");
     startApp({"--copies", "copied"});
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(grab(), "copied");
-        EXPECT_EQ(clipboard(), "earlier");
-    }
+    for (int i = 0; i < 5; ++i)
+        expectGrabOver("earlier", "copied");
 }
 
 TEST_F(SelectionGrabberDesktopTest, AFrozenOwnerOfTheClipboardIsNotWaitedFor)

@@ -57,7 +57,7 @@ TEST_F(TerminalTest, AProgramSurvivesWithNothingSelected)
 TEST_F(TerminalTest, TheSelectionComesWithoutAKey)
 {
     selectWord();
-    EXPECT_EQ(grab(), "selected");
+    expectGrab("selected");
     expectSurvival();
 }
 
@@ -76,7 +76,7 @@ TEST_F(TerminalTest, ATerminalThatIsFrozenIsNotWaitedFor)
     stop(m_terminal);
     EXPECT_EQ(grab(), std::nullopt);
     resume(m_terminal);
-    EXPECT_EQ(grab(), "selected");
+    expectGrab("selected");
     expectSurvival();
 }
 
