@@ -160,7 +160,9 @@ TEST_F(ApplicationTest, TheHotkeyPressedTwiceQuicklyShowsOnce)
     m_session.xdotool({"key", "ctrl+a"});
     m_session.xdotool({"key", "ctrl+alt+s", "key", "ctrl+alt+s"});
     waitUntilShown();
-    expectStillShown();
+    ASSERT_TRUE(isAnswering());
+    ASSERT_TRUE(isAnswering());
+    waitUntilShown(); // it may have been away for a picture of what is below it
     EXPECT_EQ(process.state(), QProcess::Running);
 }
 
@@ -277,7 +279,10 @@ TEST_F(ApplicationTest, ItEndsWhenItIsAskedTo)
     }
 }
 
-TEST_F(ApplicationTest, ItDoesNotEndTheLaterForARun)
+// On a model that keeps the processors busy.
+using LongRunApplicationTest = ApplicationTest;
+
+TEST_F(LongRunApplicationTest, ItDoesNotEndTheLaterForARun)
 {
     QProcess& process = launchOn(slowModel(slow));
     startApp({"--editor", longText()});

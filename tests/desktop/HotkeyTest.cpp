@@ -102,7 +102,10 @@ TEST_F(HotkeyTest, OverThePopoverItTakesWhatIsSelectedThere)
     m_reader.find("label", "Selected text · 4 words");
 }
 
-TEST_F(HotkeyTest, ItSupersedesARunThatGoesOn)
+// On a model that keeps the processors busy.
+using LongRunHotkeyTest = HotkeyTest;
+
+TEST_F(LongRunHotkeyTest, ItSupersedesARunThatGoesOn)
 {
     launchToReadOn(slowModel(slow));
     show();

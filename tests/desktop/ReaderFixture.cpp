@@ -6,6 +6,9 @@
 
 ReaderFixture::ReaderFixture() = default;
 
+ReaderFixture::ReaderFixture(const DesktopSession::Options& options) : ApplicationFixture(options)
+{}
+
 ReaderFixture::~ReaderFixture() = default;
 
 void ReaderFixture::TearDown()

@@ -12,6 +12,7 @@ public:
 
 protected:
     ReaderFixture();
+    explicit ReaderFixture(const DesktopSession::Options& options);
     void TearDown() override;
 
     /// Starts the application and returns when it tells what it shows.
