@@ -6,12 +6,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <set>
 
 namespace {
 
-namespace fs = std::filesystem;
 using Logits = std::map<char, float>;
 
 /// Draws from distributions that the test makes, through llama.cpp's own samplers.
@@ -26,9 +26,17 @@ protected:
     std::string drawn(const Logits& logits)
     {
         StandinVariants::writeDice(logits, m_folder / "dice.gguf");
-        const std::string answer = generate(m_folder / "dice.gguf", m_draws);
+        std::string answer = generate(m_folder / "dice.gguf", m_draws);
         EXPECT_EQ(answer.size(), std::size_t{m_draws});
         return answer;
+    }
+
+    /// The code of the first evaluation.
+    int evaluationOf(const std::filesystem::path& path) const
+    {
+        const auto loaded = LoadedModel::create(path);
+        std::vector<ChatPrompt::Token> tokens = loaded->tokenize("text");
+        return loaded->evaluate(tokens, m_token);
     }
 
     std::set<char> lettersDrawn(const Logits& logits)
@@ -107,6 +115,16 @@ TEST_F(SamplingTest, TheTemperatureSharpensTheOdds)
 TEST_F(SamplingTest, ATokenThatMakesUpNineTenthsIsTheOnlyOneDrawn)
 {
     EXPECT_EQ(lettersDrawn({{'a', std::log(9.5F)}, {'b', 0.0F}}), std::set<char>{'a'});
+}
+
+TEST_F(SamplingTest, ALogitThatIsNoNumberIsNoticedFromTheFirstTokenOn)
+{
+    for (const char letter : {'\0', 'a'}) {
+        for (const float logit : {std::nanf(""), std::numeric_limits<float>::infinity()}) {
+            StandinVariants::writeDice({{letter, logit}, {'b', 0.0F}}, m_folder / "damaged.gguf");
+            EXPECT_EQ(evaluationOf(m_folder / "damaged.gguf"), -3);
+        }
+    }
 }
 
 TEST_F(SamplingTest, EveryAnswerBeginsTheDrawsAnew)

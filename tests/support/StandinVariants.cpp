@@ -26,6 +26,11 @@ struct Weights
     Entries output;    // a row for each token
 };
 
+std::int64_t tokenOf(char character)
+{
+    return static_cast<unsigned char>(character);
+}
+
 GgufWriter::FillRow filledWith(const Entries& entries)
 {
     return [entries](std::int64_t index, std::span<std::byte> row) {
@@ -77,7 +82,7 @@ void StandinVariants::writeDice(const std::map<char, float>& logits,
     for (std::int64_t token = 0; token < std::int64_t{StandinVocabulary::baseTokens}; ++token)
         weights.embedding[{token, 0}] = 1;
     for (const auto& [character, logit] : logits)
-        weights.output[{character, 0}] = (lead + logit) / mark;
+        weights.output[{tokenOf(character), 0}] = (lead + logit) / mark;
     write(weights, path);
 }
 
@@ -89,7 +94,7 @@ void StandinVariants::writeTally(std::string_view letters, const std::filesystem
     constexpr std::size_t said = 32;
     Weights weights;
     for (std::size_t i = 0; i < letters.size(); ++i) {
-        const std::int64_t token = letters[i];
+        const std::int64_t token = tokenOf(letters[i]);
         weights.embedding[{token, i}] = 1;
         weights.embedding[{token, said}] = 1;
         weights.values[{static_cast<std::int64_t>(i), i}] = 1;
