@@ -51,6 +51,19 @@ TEST_F(MainThreadQueueTest, FunctionsOfAnotherThreadRunOnTheMainThreadInTheirOrd
     EXPECT_THAT(m_called, ElementsAre("second", "third"));
 }
 
+TEST_F(MainThreadQueueTest, AQueueThatAnotherThreadHasMadeIsTheMainThreadsToo)
+{
+    std::shared_ptr<MainThreadQueue> queue;
+    QThread* ranOn = nullptr;
+    std::thread([&] {
+        queue = MainThreadQueue::create();
+        queue->post([&ranOn] { ranOn = QThread::currentThread(); });
+    }).join();
+    EXPECT_TRUE(waitUntil([&ranOn] { return ranOn != nullptr; }));
+    EXPECT_EQ(ranOn, QThread::currentThread());
+    queue->close();
+}
+
 TEST_F(MainThreadQueueTest, WhatAFunctionPostsRunsInAnotherTurn)
 {
     m_queue->post([this] {
