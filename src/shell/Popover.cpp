@@ -41,6 +41,15 @@ void Popover::showAt(const QRect& area)
     show();
 }
 
+// Deprecated since Qt 6.5, with nothing in its place that does the same.
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+static void makeActive(QWidget* window)
+{
+    QApplication::setActiveWindow(window);
+}
+QT_WARNING_POP
+
 void Popover::takeFocus()
 {
     raise();
@@ -48,7 +57,7 @@ void Popover::takeFocus()
     // Qt takes a moment to notice that a hidden window has lost the focus, and does not notice that
     // it has got it back where that comes sooner.
     if (QGuiApplication::focusWindow() == windowHandle())
-        QApplication::setActiveWindow(this);
+        makeActive(this);
 }
 
 QRect Popover::card() const

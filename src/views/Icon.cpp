@@ -111,15 +111,17 @@ public:
         return scaledPixmap(size, mode, state, 1);
     }
 
-    /// `size` is in pixels of the result.
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
-        QPixmap result(size);
+        // Qt gives the size in pixels of the result, from 6.8 on before it is scaled.
+        constexpr bool isScaled = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);
+        QPixmap result(isScaled ? size : (QSizeF(size) * scale).toSize());
         result.fill(Qt::transparent);
         result.setDevicePixelRatio(scale);
         QPainter painter(&result);
-        paint(&painter, QRect(QPoint(), (QSizeF(size) / scale).toSize()), mode, state);
+        const QSize area = isScaled ? (QSizeF(size) / scale).toSize() : size;
+        paint(&painter, QRect(QPoint(), area), mode, state);
         return result;
     }
 

@@ -123,10 +123,10 @@ TEST_F(AppStateTest, WordsAreWhatStandsBetweenWhiteSpace)
     EXPECT_EQ(wordsOf("one two\nthree\tfour"), 4);
     EXPECT_EQ(wordsOf("one  two\r\n\nthree \t four "), 4);
     EXPECT_EQ(wordsOf(""), 0);
-    EXPECT_EQ(wordsOf(u" \n\t\u00A0\u2029"_qs), 0);
+    EXPECT_EQ(wordsOf(QStringLiteral(" \n\t\u00A0\u2029")), 0);
     EXPECT_EQ(wordsOf("well-known, he said"), 3);
-    EXPECT_EQ(wordsOf(u"one\u00A0two\u2028three\u3000four\u0085five"_qs), 5);
-    EXPECT_EQ(wordsOf(u"\U0001F469\U0001F469 \u200B x"_qs), 3);
+    EXPECT_EQ(wordsOf(QStringLiteral("one\u00A0two\u2028three\u3000four\u0085five")), 5);
+    EXPECT_EQ(wordsOf(QStringLiteral("\U0001F469\U0001F469 \u200B x")), 3);
 }
 
 TEST_F(AppStateTest, ASourceIsNormalisedAndStoredWithItsLabel)
