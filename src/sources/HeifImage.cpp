@@ -42,6 +42,11 @@ QImage wrapped(Image image, QImage::Format format)
         [](void* owned) { heif_image_release(static_cast<heif_image*>(owned)); }, image.release());
 }
 
+bool isSize(std::int64_t width, std::int64_t height, std::int64_t mostPixels)
+{
+    return width > 0 && height > 0 && width <= mostPixels / height;
+}
+
 } // namespace
 
 bool isOne(std::string_view bytes)
@@ -61,9 +66,11 @@ QImage decoded(const std::string& bytes, std::int64_t mostPixels)
     if (!succeeded(heif_context_get_primary_image_handle(context.get(), &mainPicture)))
         return {};
     const Handle handle(mainPicture);
-    const std::int64_t width = heif_image_handle_get_width(handle.get());
-    const std::int64_t height = heif_image_handle_get_height(handle.get());
-    if (width <= 0 || height <= 0 || width > mostPixels / height)
+    // Decoding takes the memory of the whole picture, of which only a part may be meant to be seen.
+    if (!isSize(heif_image_handle_get_width(handle.get()),
+                heif_image_handle_get_height(handle.get()), mostPixels) ||
+        !isSize(heif_image_handle_get_ispe_width(handle.get()),
+                heif_image_handle_get_ispe_height(handle.get()), mostPixels))
         return {};
     const bool isTransparent = heif_image_handle_has_alpha_channel(handle.get()) != 0;
     heif_image* pixels = nullptr;
