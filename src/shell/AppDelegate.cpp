@@ -53,8 +53,8 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::togglePopover()
 {
-    if (m_popover->isVisible())
-        m_popover->hide();
+    if (m_popover->isOpen())
+        m_popover->dismiss();
     else if (!wasClosedByThisClick())
         showPopover();
 }
@@ -76,8 +76,8 @@ void AppDelegate::clickedIcon()
 
 void AppDelegate::clickedOutside()
 {
-    if (m_popover->isVisible()) {
-        m_popover->hide();
+    if (m_popover->isOpen()) {
+        m_popover->dismiss();
         m_sinceClosed.start();
     } else {
         m_sinceClosed.invalidate();
@@ -129,7 +129,7 @@ void AppDelegate::resumeOutsideClicks()
 
 bool AppDelegate::hideForCapture()
 {
-    const bool isShown = m_popover->isVisible();
+    const bool isShown = m_popover->isOpen();
     if (m_captures++ == 0)
         m_isShownAfterCapture = false;
     m_isShownAfterCapture |= isShown;

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -31,6 +32,7 @@ Popover::Popover(std::unique_ptr<QWidget> content)
 
 void Popover::showAt(const QRect& area)
 {
+    m_isClosing = false;
     if (isVisible())
         return;
     m_shadow = Desktop::isComposited() ? shadowWidth : 0;
@@ -39,6 +41,37 @@ void Popover::showAt(const QRect& area)
     setGeometry(area.marginsAdded({m_shadow, m_shadow, m_shadow, m_shadow}));
     layout()->activate();
     show();
+    windowHandle()->installEventFilter(this); // again has no effect
+}
+
+/// A window that is hidden and shown again while the window manager is still about to take it in
+/// may be shown nowhere afterwards: with openbox on a busy machine 9 times out of 160.
+void Popover::dismiss()
+{
+    constexpr int patience = 500; // milliseconds, for desktops that show it on no screen
+    if (!isVisible() || windowHandle()->isExposed())
+        return hide();
+    m_isClosing = true;
+    QTimer::singleShot(patience, this, [this] { finishClosing(); });
+}
+
+void Popover::finishClosing()
+{
+    if (m_isClosing)
+        hide();
+}
+
+bool Popover::eventFilter(QObject* window, QEvent* event)
+{
+    if (m_isClosing && event->type() == QEvent::Expose && windowHandle()->isExposed())
+        QMetaObject::invokeMethod(this, &Popover::finishClosing, Qt::QueuedConnection);
+    return QWidget::eventFilter(window, event);
+}
+
+void Popover::hideEvent(QHideEvent* event)
+{
+    m_isClosing = false;
+    QWidget::hideEvent(event);
 }
 
 // Deprecated since Qt 6.5, with nothing in its place that does the same.
@@ -68,7 +101,7 @@ QRect Popover::card() const
 void Popover::keyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Cancel))
-        hide();
+        dismiss();
     else
         QWidget::keyPressEvent(event);
 }
@@ -76,7 +109,7 @@ void Popover::keyPressEvent(QKeyEvent* event)
 void Popover::mousePressEvent(QMouseEvent* event)
 {
     if (!card().contains(event->position().toPoint()))
-        hide(); // the shadow is not the popover
+        dismiss(); // the shadow is not the popover
 }
 
 void Popover::paintEvent(QPaintEvent*)

@@ -18,8 +18,14 @@ public:
     /// popover's to paint.
     explicit Popover(std::unique_ptr<QWidget> content);
 
-    /// Shows it with its content at `area` of the desktop. Does nothing where it is shown.
+    /// Shows it with its content at `area` of the desktop. Does nothing where it is open.
     void showAt(const QRect& area);
+
+    /// Whether it is shown and shall stay.
+    bool isOpen() const { return isVisible() && !m_isClosing; }
+
+    /// Hides it once the window manager has taken it in, which may be a moment after showAt().
+    void dismiss();
 
     /// Brings it to the front with the keyboard.
     void takeFocus();
@@ -28,11 +34,15 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    bool eventFilter(QObject* window, QEvent* event) override;
 
 private:
+    void finishClosing();
     QRect card() const;
     void paintShadow(QPainter& painter) const;
 
-    QWidget* m_content; // a child
-    int m_shadow = 0;   // its width; 0 where the desktop does not compose windows
+    QWidget* m_content;       // a child
+    int m_shadow = 0;         // its width; 0 where the desktop does not compose windows
+    bool m_isClosing = false; // as soon as it may
 };

@@ -29,8 +29,9 @@ TEST_F(DemoTest, WithoutADisplayItSummarizesTheReadmeAndSaysWhoDoes)
 {
     const Result result = demo({});
     EXPECT_EQ(result.status, 0) << result.error;
-    EXPECT_THAT(result.error, StartsWith(says));
-    EXPECT_THAT(result.error, HasSubstr("README.md"));
+    EXPECT_THAT(result.error, HasSubstr("it summarizes README.md.\n"));
+    EXPECT_THAT(result.error, HasSubstr(says));
+    EXPECT_THAT(result.error, HasSubstr("\nSummarizing…\n"));
     EXPECT_THAT(result.output, StartsWith("- **This is no summary:** a stand-in for the language"));
 }
 
