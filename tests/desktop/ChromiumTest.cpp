@@ -99,10 +99,10 @@ TEST_F(ChromiumTest, ASelectedPageIsCopiedAndTheClipboardPutBack)
 {
     show(m_page);
     selectAllOf("Second.");
-    m_session.waitUntil("the copy", [&] {
+    EXPECT_TRUE(succeeds([&] {
         putOnClipboard("earlier");
         return QCoro::waitFor(SelectionGrabber::copySelection(m_ports)) == m_text;
-    });
+    }));
     EXPECT_EQ(clipboard(), "earlier");
 }
 

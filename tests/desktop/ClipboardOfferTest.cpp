@@ -53,12 +53,12 @@ protected:
     /// before: as often as it takes an application on a busy machine to be in time.
     void planSelectionOver(const QByteArray& text)
     {
-        m_session.waitUntil("a copy in time", [&] {
+        EXPECT_TRUE(succeeds([&] {
             putOnClipboard(text);
             Program program;
             program.start({"plan", "--selection"});
             return program.finish() == 0 && program.output().contains("copied");
-        });
+        }));
     }
 };
 

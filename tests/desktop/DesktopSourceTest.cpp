@@ -28,11 +28,11 @@ TEST_F(DesktopSourceTest, TheSelectionIsReadAndTheClipboardOutlivesTheProgram)
 {
     startApp({"--copies", "copied"});
     Result result;
-    m_session.waitUntil("a copy in time", [&] {
+    EXPECT_TRUE(succeeds([&] {
         putOnClipboard("earlier");
         result = plan("--selection");
         return result.status == 0;
-    });
+    }));
     EXPECT_THAT(result.output, testing::HasSubstr("\\n\\nText:\\ncopied\""));
     EXPECT_EQ(clipboard(), "earlier");
     putOnClipboard("later");
@@ -59,11 +59,11 @@ TEST_F(DesktopSourceTest, TheClipboardOutlivesOneProgramAfterTheOther)
     startApp({"--copies", "copied"});
     for (int i = 0; i < 3; ++i) {
         // The clipboard of the last round, unless the application was too late in it.
-        m_session.waitUntil("a copy in time", [&] {
+        EXPECT_TRUE(succeeds([&] {
             if (clipboard() != "earlier")
                 putOnClipboard("earlier");
             return run("read", "--selection").output == "copied\n";
-        });
+        }));
         EXPECT_EQ(clipboard(), "earlier");
     }
 }

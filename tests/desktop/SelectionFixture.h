@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -47,8 +48,11 @@ protected:
     /// The result of a grab, during which the turns of the main thread's event loop are counted.
     Text grab();
 
-    /// Expects that a grab comes to `text`. Where the machine is busy, an application may take
-    /// longer than a grab may wait for it, so there may be several.
+    /// Whether one of a few attempts succeeds: where the machine is busy, an application may take
+    /// longer than a grab may wait for it.
+    static bool succeeds(const std::function<bool()>& attempt);
+
+    /// Expects that a grab comes to `text`, after a few attempts at the latest.
     void expectGrab(const std::string& text);
 
     /// The same of one that asks nobody to copy anything.
