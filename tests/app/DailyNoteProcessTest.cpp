@@ -50,8 +50,18 @@ protected:
         return count;
     }
 
+    /// Whether a process is about to write to a file in the folder, one without a name too.
+    bool isAboutToWrite(pid_t process, const __ptrace_syscall_info& call) const
+    {
+        if (call.op != PTRACE_SYSCALL_INFO_ENTRY || call.entry.nr != SYS_write)
+            return false;
+        const std::string descriptor = std::to_string(call.entry.args[0]);
+        const Path file = "/proc/" + std::to_string(process) + "/fd/" + descriptor;
+        return std::filesystem::read_symlink(file).parent_path() == folder;
+    }
+
     /// A process that runs `work` and is held in its first attempt to write.
-    static pid_t startAndHold(const std::function<void()>& work)
+    pid_t startAndHold(const std::function<void()>& work) const
     {
         const pid_t child = start([&work] {
             ASSERT_EQ(::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr), 0);
@@ -65,7 +75,7 @@ protected:
             EXPECT_TRUE(WIFSTOPPED(status));
             ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD);
             ::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof call, &call);
-            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && call.entry.nr == SYS_write)
+            if (isAboutToWrite(child, call))
                 break;
         } while (WIFSTOPPED(status) && ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) == 0);
         return child;

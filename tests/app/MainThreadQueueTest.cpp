@@ -2,6 +2,8 @@
 
 #include "WaitUntil.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QThread>
 
 #include <gmock/gmock.h>
@@ -17,6 +19,13 @@ using testing::ElementsAre;
 class MainThreadQueueTest : public testing::Test
 {
 protected:
+    ~MainThreadQueueTest() override
+    {
+        m_queue->close();
+        QCoreApplication::sendPostedEvents(nullptr,
+                                           QEvent::DeferredDelete); // what queues wait with
+    }
+
     /// Posts a function that is called `name`.
     void post(const std::string& name)
     {
