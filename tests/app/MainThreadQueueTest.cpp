@@ -19,7 +19,7 @@ using testing::ElementsAre;
 class MainThreadQueueTest : public testing::Test
 {
 protected:
-    ~MainThreadQueueTest() override
+    void TearDown() override
     {
         m_queue->close();
         QCoreApplication::sendPostedEvents(nullptr,

@@ -18,13 +18,14 @@ using testing::ElementsAre;
 /// A run whose model writes once and then waits for the test.
 class SummaryRunTest : public testing::Test
 {
-protected:
+public:
     ~SummaryRunTest() override
     {
         m_mayEnd.set_value();
         waitForEnd();
     }
 
+protected:
     /// Returns once the model has written, so that the main thread has not heard of anything yet.
     void start()
     {
