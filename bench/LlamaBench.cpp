@@ -19,8 +19,8 @@ QByteArray output(const QString& program, const QStringList& arguments)
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
-    constexpr int forever = -1;
-    if (!process.waitForFinished(forever) || process.exitStatus() != QProcess::NormalExit ||
+    constexpr int noLimit = -1;
+    if (!process.waitForFinished(noLimit) || process.exitStatus() != QProcess::NormalExit ||
         process.exitCode() != 0)
         throw std::runtime_error("Failed: " + program.toStdString() + ' ' +
                                  arguments.join(' ').toStdString());

@@ -90,6 +90,8 @@ TEST_F(LintTest, EachChangeAsksAgain)
     EXPECT_EQ(lint(), source()) << "command line";
     add("tree/.clang-tidy", "Checks: other\n");
     EXPECT_EQ(lint(), source()) << "configuration";
+    add("tree/src/.clang-tidy", "Checks: fewer\n");
+    EXPECT_EQ(lint(), source()) << "configuration of a folder";
     addCommand("clang-tidy", "if [ $1 = --version ]; then echo 15; exit; fi\n"
                              "echo ${@: -1} >>\"$CALLS\"");
     EXPECT_EQ(lint(), source()) << "version";
