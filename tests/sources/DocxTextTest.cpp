@@ -116,6 +116,18 @@ TEST_F(DocxFileTest, TheMainPartIsTheText)
     EXPECT_EQ(read(zip.bytes()), "Größe 😀 & more\n");
 }
 
+TEST_F(DocxFileTest, AnotherMembersNameMayBeNoText)
+{
+    ZipWriter zip;
+    zip.add("\xE9.png", "picture");
+    zip.add("word/document.xml", "text");
+    std::string bytes = zip.bytes();
+    // Calls the first name UTF-8, where it is and in the table of contents.
+    bytes.at(bytes.find("PK\x03\x04") + 7) |= 0x08;
+    bytes.at(bytes.find("PK\x01\x02") + 9) |= 0x08;
+    EXPECT_EQ(read(bytes), "text");
+}
+
 TEST_F(DocxFileTest, TheFirstOfSeveralMainPartsIsTaken)
 {
     ZipWriter zip;

@@ -9,6 +9,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 
 namespace {
@@ -137,6 +138,14 @@ TEST_F(PlainTextTest, AFileThatChangesItsSizeIsReadAsItIsThen)
     const std::string longer(100'000, 'x');
     folder.write("text.txt", longer);
     EXPECT_EQ(file->bytes(), longer);
+}
+
+TEST_F(PlainTextTest, AnInterruptionBeforeTheReadingDoesNotMatter)
+{
+    const std::optional<RegularFile> file = RegularFile::open(folder.write("text.txt", "text"));
+    ASSERT_TRUE(file);
+    errno = EINTR;
+    EXPECT_EQ(file->bytes(), "text");
 }
 
 TEST_F(PlainTextTest, AFileOfMoreThanAGibibyteIsRefusedBeforeItIsRead)

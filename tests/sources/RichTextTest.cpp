@@ -147,6 +147,16 @@ TEST(RichTextTest, WhatIsNotTextIsLeftOut)
         EXPECT_EQ(textOf(std::string("a") + group + "b"), "ab") << group;
 }
 
+TEST(RichTextTest, TheMarkOfAnOptionalGroupIsForTheNextWordOnly)
+{
+    EXPECT_EQ(textOf("a{\\*\\unheard b}c"), "ac");
+    EXPECT_EQ(textOf("a{\\*{\\unheard b}}c"), "abc");
+    EXPECT_EQ(textOf("a{{\\*}\\unheard b}c"), "abc");
+    EXPECT_EQ(textOf("a{\\*\\~\\unheard b}c"), "a\u00A0bc");
+    EXPECT_EQ(textOf("a{\\*b\\unheard c}d"), "abcd");
+    EXPECT_EQ(textOf("a{\\~\\unheard b}c"), "a\u00A0bc");
+}
+
 TEST(RichTextTest, ListMarkersAreShown)
 {
     EXPECT_EQ(textOf("{\\listtext\\pard 1.\\tab}one\\par{\\pntext\\u8226 *\\tab}"
@@ -271,6 +281,13 @@ TEST(RichTextTest, SymbolFontsShowWhatTheyLookLike)
     EXPECT_EQ(textOf(fonts + "\\f0 a\\'b7\\f3 a\\'b7\\u-3913?"), "a·a·•");
 }
 
+TEST(RichTextTest, WhatOnlyASymbolFontCanShowIsAMarkWithoutOneToo)
+{
+    EXPECT_EQ(textOf("\\u-4064?\\u-4063?\\u-3841?\\u-3840?"), "\uF020••\uF100");
+    EXPECT_EQ(textOf("{\\fonttbl{\\f2\\fcharset2 Wingdings;}}\\f2\\u-8192?\\u-1793?\\u-1792?"),
+              "••\uF900");
+}
+
 TEST(RichTextTest, AttachmentsLeaveNothingBehind)
 {
     EXPECT_EQ(textOf("a{{\\NeXTGraphic p.png \\width20 \\height20\n}\\'ac}b"), "ab");
@@ -310,9 +327,18 @@ TEST(RichTextTest, AMarkOrBlanksMayStandInFront)
 
 TEST(RichTextTest, AnotherKindOfFileFailsWithASentence)
 {
-    for (const char* text : {"", "{", "{\\rt", "a", "{\\rtfx1 a}", "{ \\rtf1 a}", "\xFF\xFF",
-                             "%PDF", "PK\x03\x04", "x{\\rtf1 a}", "\xEF\xBB\xBF", "  "})
+    for (const char* text :
+         {"", "{", "{\\rt", "a", "{\\rtfx1 a}", "{ \\rtf1 a}", "\xFF\xFF", "%PDF", "PK\x03\x04",
+          "x{\\rtf1 a}", "\xEF\xBB\xBF", "  ", "{\\rtfa}", "{\\rtfz}", "{\\rtfA}", "{\\rtfZ}"})
         EXPECT_EQ(messageOf([&] { plainText(text); }), wrongKind) << text;
+}
+
+TEST(RichTextTest, TheFirstWordEndsWithWhatIsNoLetter)
+{
+    EXPECT_EQ(plainText("{\\rtf@a}"), "@a");
+    EXPECT_EQ(plainText("{\\rtf[a}"), "[a");
+    EXPECT_EQ(plainText("{\\rtf`a}"), "`a");
+    EXPECT_EQ(plainText("{\\rtf{a}}"), "a");
 }
 
 TEST(RichTextTest, AnyDepthIsTolerated)

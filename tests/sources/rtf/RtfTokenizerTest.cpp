@@ -37,6 +37,19 @@ TEST(RtfTokenizerTest, AWordEndsWithWhatBelongsToItsNumber)
     EXPECT_EQ(tokensOf("\\a-1\\b-\\c \\d  \\e0x\\f--1"), "wa,-1|wb|=-|wc|wd|= |we,0|=x|wf|=--1|");
 }
 
+TEST(RtfTokenizerTest, AWordIsLettersOfEitherCase)
+{
+    EXPECT_EQ(tokensOf("\\azAZ1\\a@\\a[\\a`\\a{"), "wazAZ,1|wa|=@|wa|=[|wa|=`|wa|{|");
+    EXPECT_EQ(tokensOf("\\a0\\a9\\a/\\a:"), "wa,0|wa,9|wa|=/|wa|=:|");
+}
+
+TEST(RtfTokenizerTest, HexadecimalDigitsMakeAByte)
+{
+    EXPECT_EQ(tokensOf("\\'40\\'49\\'4a\\'4f\\'4A\\'4F\\'5a"), "=@|=I|=J|=O|=J|=O|=Z|");
+    for (const char other : {'/', ':', '@', 'G', '`', 'g'})
+        EXPECT_EQ(tokensOf(std::string("\\'4") + other), std::string("s'|=4") + other + '|');
+}
+
 TEST(RtfTokenizerTest, HugeNumbersAreCutDown)
 {
     EXPECT_EQ(tokensOf("\\a99999999999999999999\\b-99999999999999999999"),
@@ -46,6 +59,7 @@ TEST(RtfTokenizerTest, HugeNumbersAreCutDown)
 TEST(RtfTokenizerTest, BinaryDataIsPartOfItsWord)
 {
     EXPECT_EQ(tokensOf("\\bin3 \\{}a\\bin-1 b\\bin9 c"), "wbin,3|=a|wbin,-1|=b|wbin,9|");
+    EXPECT_EQ(tokensOf("\\bin1 {a\\bin0 b\\bin c"), "wbin,1|=a|wbin,0|=b|wbin|=c|");
 }
 
 TEST(RtfTokenizerTest, BrokenEscapesAreSymbols)
