@@ -1,12 +1,14 @@
 #include "BackgroundThreads.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <array>
 #include <fstream>
 #include <future>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -40,6 +42,38 @@ TEST(BackgroundThreadsTest, WorkThatEndsInTimeIsNotLeft)
     }
     EXPECT_TRUE(isDone);
     EXPECT_FALSE(BackgroundThreads::isWorkLeft());
+}
+
+TEST(BackgroundThreadsTest, WhatWorkHasHeldIsGoneWhenItIsNotLeftAnyMore)
+{
+    struct Held
+    {
+        std::promise<bool>& wasLeft;
+        explicit Held(std::promise<bool>& promise) : wasLeft(promise) {}
+        Held(const Held&) = delete;
+        Held& operator=(const Held&) = delete;
+        ~Held() { wasLeft.set_value(BackgroundThreads::isWorkLeft()); }
+    };
+    std::promise<bool> wasLeft;
+    BackgroundThreads threads;
+    threads.start([held = std::make_shared<Held>(wasLeft)] {});
+    EXPECT_TRUE(wasLeft.get_future().get());
+}
+
+TEST(BackgroundThreadsTest, WorkThatCannotBeStartedIsNotLeft)
+{
+    pthread_attr_t usual;
+    pthread_attr_t huge;
+    ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
+    ASSERT_EQ(::pthread_getattr_default_np(&huge), 0);
+    ASSERT_EQ(::pthread_attr_setstacksize(&huge, std::size_t{1} << 46), 0);
+    ASSERT_EQ(::pthread_setattr_default_np(&huge), 0); // for which there is no room
+    BackgroundThreads threads;
+    EXPECT_THROW(threads.start([] {}), std::system_error);
+    ASSERT_EQ(::pthread_setattr_default_np(&usual), 0);
+    EXPECT_FALSE(BackgroundThreads::isWorkLeft());
+    ::pthread_attr_destroy(&usual);
+    ::pthread_attr_destroy(&huge);
 }
 
 // The sanitizers' own allocator keeps what is freed on purpose.

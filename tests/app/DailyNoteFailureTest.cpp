@@ -127,6 +127,17 @@ TEST_F(DailyNoteFailureTest, ALimitOnFileSizesTakesTheEntryBack)
     EXPECT_EQ(content(note), earlier);
 }
 
+TEST_F(DailyNoteFailureTest, ANoteThatIsBeyondTheLimitAlreadyStaysAsItIs)
+{
+    makeNote();
+    const pid_t child = start([this] {
+        limitFileSizes(earlier.size() - 1);
+        EXPECT_EQ(failure(), sentence(EFBIG));
+    });
+    EXPECT_EQ(finish(child), 0);
+    EXPECT_EQ(content(note), earlier);
+}
+
 TEST_F(DailyNoteFailureTest, ALimitOnFileSizesLeavesNothingOfANewNote)
 {
     const pid_t child = start([this] {

@@ -162,6 +162,16 @@ void ApplicationFixture::waitForEndDuringWork(QProcess& process)
     EXPECT_TRUE(process.waitForFinished(limit));
 }
 
+std::string ApplicationFixture::complaints(QProcess& process)
+{
+    std::string result;
+    for (const QByteArray& line : process.readAllStandardError().split('\n')) {
+        if (!line.isEmpty() && !line.startsWith("QSpiApplication::keyEventError"))
+            result += line.toStdString() + '\n';
+    }
+    return result;
+}
+
 QImage ApplicationFixture::screen()
 {
     const std::filesystem::path file = m_session.path("screen.png").toStdString();

@@ -78,6 +78,10 @@ protected:
     /// that it does not wait for the work.
     static void waitForEndDuringWork(QProcess& process);
 
+    /// What the application has said on its standard error, but for what Qt says of a registry of
+    /// accessibility that has not acknowledged a key in time, as on a busy machine.
+    static std::string complaints(QProcess& process);
+
     // Some ten milliseconds between two tokens of an answer, and minutes before it where the text
     // is of so many digits, each of them a token.
     static constexpr BenchModel::Shape slow = {8, 512, 1024, 8, 2};

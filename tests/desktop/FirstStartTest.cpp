@@ -171,7 +171,7 @@ TEST_F(FirstStartTest, QuittingDuringTheDownloadLeavesNothing)
     pressButton("Quit");
     m_session.waitForEnd(process);
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.readAllStandardError(), "");
+    EXPECT_EQ(complaints(process), "");
     EXPECT_EQ(m_folder.entryList(QDir::Files), QStringList());
 }
 

@@ -113,7 +113,7 @@ protected:
         waitForEndDuringWork(process);
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 0);
-        EXPECT_EQ(process.readAllStandardError(), "");
+        EXPECT_EQ(complaints(process), "");
     }
 
     /// How many bytes the answer of the slow model has in the end. Each of them is a token, so

@@ -1,6 +1,7 @@
 #include "AppError.h"
 #include "GgufWriter.h"
 #include "LlamaEngine.h"
+#include "ModelCheck.h"
 #include "Qwen2Layout.h"
 #include "StandinModel.h"
 
@@ -225,6 +226,28 @@ TEST_F(HostileModelTest, AnEpsilonThatIsNoneIsRefused)
                   }),
                   notLoaded)
             << epsilon;
+}
+
+TEST_F(HostileModelTest, WhatOnlyLooksLikeSuchAnEpsilonIsNone)
+{
+    const fs::path path = m_folder / "harmless.gguf";
+    writeModel(path, [](gguf_context* metadata) {
+        gguf_set_val_f32(metadata, "general.number", -1.0F);
+        gguf_set_val_str(metadata, "general.epsilon", "none");
+        gguf_set_val_f32(metadata, "general.another.epsilon", 0.0F);
+    });
+    EXPECT_TRUE(ModelCheck::isLoadable(path));
+}
+
+TEST_F(HostileModelTest, TheFirstOfTheKeysIsLookedAtToo)
+{
+    GgufWriter writer;
+    gguf_set_val_f32(writer.metadata(), "general.epsilon", -1.0F);
+    writer.write(m_folder / "hostile.gguf");
+    EXPECT_FALSE(ModelCheck::isLoadable(m_folder / "hostile.gguf"));
+    gguf_set_val_f32(writer.metadata(), "general.epsilon", 1.0F);
+    writer.write(m_folder / "hostile.gguf");
+    EXPECT_TRUE(ModelCheck::isLoadable(m_folder / "hostile.gguf"));
 }
 
 TEST_F(HostileModelTest, AHeadThatFillsTheMemoryIsRefused)

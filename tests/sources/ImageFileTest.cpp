@@ -337,6 +337,13 @@ TEST_F(ImageFileTest, APhotographOf100MegapixelsIsRead)
     EXPECT_EQ(image.pixelColor(11599, 8699), QColor(Qt::black));
 }
 
+TEST_F(ImageFileTest, APictureOfMorePixelsThanThatIsRefusedHoweverSmallTheyAre)
+{
+    QImage large(20'000, 15'000, QImage::Format_Mono);
+    large.fill(0);
+    expectRefused(write(encoded(large, "png")));
+}
+
 TEST_F(ImageFileTest, TheSizeInTheHeaderAloneRefusesNothingThatFits)
 {
     EXPECT_EQ(ImageFile::load(write(pngWithSize(60, 40))).size(), QSize(60, 40));

@@ -232,6 +232,7 @@ TEST(RichTextTest, SurrogatesMakeOneCharacterAndAloneNone)
 TEST(RichTextTest, BytesAreInTheCodePageOfTheDocument)
 {
     EXPECT_EQ(textOf("\\'e4\xE4\\'80\\'C4"), "ää€Ä");
+    EXPECT_EQ(textOf("\\'80"), "€");
     EXPECT_EQ(textOf("\\ansicpg1251\\'cf\\'f0"), "Пр");
     EXPECT_EQ(plainText("{\\rtf1\\mac\\'8a}"), "ä");
     EXPECT_EQ(plainText("{\\rtf1\\pc\\'84}"), "ä");
@@ -247,6 +248,12 @@ TEST(RichTextTest, BytesAreInTheCodePageOfTheFont)
                               "F;}{\\f5\\fcharset77 G;}{\\f6\\fcharset99 H;}}";
     EXPECT_EQ(textOf(fonts + "\\'cf{\\f0\\'cf}{\\f2\\'cf}\\f3\\'cf\\plain\\'cf"), "ПÏĎΟП");
     EXPECT_EQ(textOf(fonts + "\\f4\\'cf\\f5\\'8a\\f6\\'cf\\f777\\'cf\\f-1\\'cf"), "ÏäÏÏП");
+}
+
+TEST(RichTextTest, AFontsNumberHas16Bits)
+{
+    const std::string fonts = "{\\fonttbl{\\f65535\\fcharset204 A;}{\\f65536\\fcharset204 B;}}";
+    EXPECT_EQ(textOf(fonts + "\\f65535\\'cf\\f65536\\'cf"), "ПÏ");
 }
 
 TEST(RichTextTest, ACharacterMayHaveSeveralBytesHoweverTheyAreWritten)
@@ -276,6 +283,7 @@ TEST(RichTextTest, SymbolFontsShowWhatTheyLookLike)
     const std::string fonts = "{\\fonttbl{\\f0\\fcharset0 Symbol;}{\\f1\\fcharset2 Symbol;}"
                               "{\\f2\\fcharset2 Wingdings;}{\\f3\\fcharset2 Letters;}}";
     EXPECT_EQ(textOf(fonts + "\\f1 a\\'b7 W\\u-3913?\\u-4000?\\'80\\'ff{\\u8364?}"), "α• Ω•‾··€");
+    EXPECT_EQ(textOf(fonts + "\\f1\\'7e\\'7f\\'9f\\'a0\\'fe"), "∼··€⎭");
     EXPECT_EQ(textOf(fonts + "\\f2 \\'a7 J\\u-3929?\\u-8182?\\u8226?\\u-4064?\\u-4086?"),
               "• •••• •");
     EXPECT_EQ(textOf(fonts + "\\f0 a\\'b7\\f3 a\\'b7\\u-3913?"), "a·a·•");
@@ -293,6 +301,7 @@ TEST(RichTextTest, AttachmentsLeaveNothingBehind)
     EXPECT_EQ(textOf("a{{\\NeXTGraphic p.png \\width20 \\height20\n}\\'ac}b"), "ab");
     EXPECT_EQ(textOf("a{{\\NeXTGraphic p.png\n}\xAC}b\\'ac"), "ab¬");
     EXPECT_EQ(textOf("a{{\\NeXTGraphic p.png}x\\'ac}{\\pict}\\'ac"), "ax¬¬");
+    EXPECT_EQ(textOf("a{{\\NeXTGraphic p.png}{\\'ac}}b"), "a¬b");
 }
 
 TEST(RichTextTest, UnbalancedBracesAreTolerated)

@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -208,6 +209,24 @@ TEST_F(SelectionGrabberTest, TheMainThreadGoesOnWhileAnApplicationCopies)
     EXPECT_EQ(grab(), std::nullopt);
     EXPECT_NE(portThread, nullptr);
     EXPECT_NE(portThread, QThread::currentThread());
+}
+
+TEST_F(SelectionGrabberTest, OneGrabAtATime)
+{
+    QSemaphore begun;
+    std::atomic<bool> isFirst = true;
+    bool hasCompany = false;
+    m_accessibility->selection = "word";
+    m_accessibility->wait = [&](std::chrono::milliseconds) {
+        begun.release();
+        // For another one that must not come.
+        if (isFirst.exchange(false))
+            hasCompany = begun.tryAcquire(2, 300);
+    };
+    const auto first = SelectionGrabber::grab(ports());
+    EXPECT_EQ(grab(), "word");
+    EXPECT_EQ(begun.available(), 2);
+    EXPECT_FALSE(hasCompany);
 }
 
 TEST_F(SelectionGrabberTest, AGrabThatNobodyWaitsForKeepsItsPorts)

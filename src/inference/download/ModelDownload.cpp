@@ -114,6 +114,12 @@ void ModelDownload::request()
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     m_reply = m_network->get(request);
     m_reply->setReadBufferSize(readBufferSize);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, [reply = m_reply] {
+        // While it waits for room in its buffer, Qt takes the loss of the connection for the end of
+        // a body whose size was not announced.
+        if (announcedSize(*reply) < 0)
+            reply->setReadBufferSize(0);
+    });
     connect(m_reply, &QNetworkReply::readyRead, this, [this] { attempt([this] { receive(); }); });
     connect(m_reply, &QNetworkReply::finished, this,
             [this] { attempt([this] { finishReply(); }); });
