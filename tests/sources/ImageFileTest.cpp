@@ -339,7 +339,7 @@ TEST_F(ImageFileTest, APhotographOf100MegapixelsIsRead)
 
 TEST_F(ImageFileTest, APictureOfMorePixelsThanThatIsRefusedHoweverSmallTheyAre)
 {
-    QImage large(20'000, 15'000, QImage::Format_Mono);
+    QImage large(16'000, 16'300, QImage::Format_Mono); // Qt itself would take it
     large.fill(0);
     expectRefused(write(encoded(large, "png")));
 }
