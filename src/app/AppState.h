@@ -82,7 +82,9 @@ public:
     void capture(ScreenGrab::Kind kind);
     /// Summarises the selected text, else the front window, else the clipboard. Completes when the
     /// summary has been started or the error shown. Must not be awaited beyond this object's life.
+    /// Each press takes its course, but only so many at a time: one more is dropped.
     QCoro::Task<> handleHotkey();
+    static constexpr int mostPresses = BackgroundThreads::mostInTurn + 8; // that work, that wait
 
     void copyMarkdown();
     /// Copies the output without the markers of bold text.
@@ -98,8 +100,12 @@ private:
     void flash(const QString& message);
     void copy(const QString& text);
 
-    QFuture<Reading> inBackground(std::function<std::string()> read);
-    QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read);
+    enum class Effort { little, much }; // much takes its turn
+    QFuture<Reading> inBackground(std::function<std::string()> read,
+                                  Effort effort = Effort::little);
+    QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read,
+                                               Effort effort = Effort::little);
+    QCoro::Task<> takeWhatIsThere();
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);
     QCoro::Task<QString> clipboardText();
@@ -109,6 +115,7 @@ private:
     const AppServices m_services;
     std::shared_ptr<CancelToken> m_token;
     mutable WordCount m_wordCount;
+    int m_presses = 0; // of the hotkey, that are under way
     const std::shared_ptr<MainThreadQueue> m_queue;
     BackgroundThreads m_threads;
 };

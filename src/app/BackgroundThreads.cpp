@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -15,6 +16,8 @@ struct BackgroundThreads::Running
     std::mutex mutex;
     std::condition_variable changed;
     int count = 0;
+    int inTurn = 0;
+    std::deque<std::function<void()>> waiting; // for their turn
 
     void add(int difference)
     {
@@ -23,13 +26,40 @@ struct BackgroundThreads::Running
         count += difference;
         changed.notify_all();
     }
+
+    /// Whether work of that kind may begin now. If not, it waits.
+    bool takeTurn(std::function<void()>& work)
+    {
+        const std::lock_guard lock(mutex);
+        if (inTurn == mostInTurn) {
+            waiting.push_back(std::move(work));
+            return false;
+        }
+        ++inTurn;
+        return true;
+    }
+
+    /// The work whose turn comes when another's has ended; nothing where none waits.
+    std::function<void()> passTurn()
+    {
+        const std::lock_guard lock(mutex);
+        if (waiting.empty()) {
+            --inTurn;
+            return nullptr;
+        }
+        std::function<void()> next = std::move(waiting.front());
+        waiting.pop_front();
+        return next;
+    }
 };
 
 BackgroundThreads::BackgroundThreads() : m_running(std::make_shared<Running>()) {}
 
 BackgroundThreads::~BackgroundThreads()
 {
+    std::deque<std::function<void()>> dropped; // destroyed after the lock
     std::unique_lock lock(m_running->mutex);
+    dropped.swap(m_running->waiting);
     m_running->changed.wait_for(lock, patience, [this] { return m_running->count == 0; });
 }
 
@@ -50,6 +80,25 @@ void BackgroundThreads::start(std::function<void()> work)
         }).detach();
     } catch (...) {
         m_running->add(-1);
+        throw;
+    }
+}
+
+void BackgroundThreads::startInTurn(std::function<void()> work)
+{
+    if (!m_running->takeTurn(work))
+        return;
+    try {
+        start([running = m_running, work = std::move(work)]() mutable {
+            while (work) {
+                work();
+                work = nullptr; // before another's begins
+                FreedMemory::giveBack();
+                work = running->passTurn();
+            }
+        });
+    } catch (...) {
+        m_running->passTurn();
         throw;
     }
 }

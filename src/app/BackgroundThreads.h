@@ -33,21 +33,40 @@ public:
     /// Throws std::system_error where there can be no more threads. `work` must not throw.
     void start(std::function<void()> work);
 
-    /// The same with a result.
+    /// The same for work that takes much memory and processor time: at most two pieces of it go on
+    /// at a time, the others wait their turn, without a thread.
+    void startInTurn(std::function<void()> work);
+    static constexpr int mostInTurn = 2;
+
+    /// The same with a result. One that is dropped before its turn has none.
     template <typename Result>
-    QFuture<Result> run(std::function<Result()> work);
+    QFuture<Result> run(std::function<Result()> work)
+    {
+        return promised(&BackgroundThreads::start, std::move(work));
+    }
+    template <typename Result>
+    QFuture<Result> runInTurn(std::function<Result()> work)
+    {
+        return promised(&BackgroundThreads::startInTurn, std::move(work));
+    }
 
 private:
     struct Running;
+
+    template <typename Result>
+    QFuture<Result> promised(void (BackgroundThreads::*begin)(std::function<void()>),
+                             std::function<Result()> work);
+
     std::shared_ptr<Running> m_running;
 };
 
 template <typename Result>
-QFuture<Result> BackgroundThreads::run(std::function<Result()> work)
+QFuture<Result> BackgroundThreads::promised(void (BackgroundThreads::*begin)(std::function<void()>),
+                                            std::function<Result()> work)
 {
     const auto promise = std::make_shared<QPromise<Result>>();
     promise->start();
-    start([promise, work = std::move(work)] {
+    (this->*begin)([promise, work = std::move(work)] {
         promise->addResult(work());
         promise->finish();
     });

@@ -5,6 +5,17 @@
 
 QCoro::Task<> AppState::handleHotkey()
 {
+    if (m_presses == mostPresses)
+        co_return;
+    const QPointer<AppState> state(this);
+    ++m_presses;
+    co_await takeWhatIsThere();
+    if (state)
+        --m_presses;
+}
+
+QCoro::Task<> AppState::takeWhatIsThere()
+{
     const QPointer<AppState> state(this); // may be gone after any wait
     errorMessage = std::nullopt;
     const std::optional<std::string> selected = co_await m_services.grabSelection();

@@ -63,7 +63,7 @@ QCoro::Task<> AppState::acceptWhenRead(Awaitable source, QString label)
         accept(reading.text, label);
 }
 
-QFuture<Reading> AppState::inBackground(std::function<std::string()> read)
+QFuture<Reading> AppState::inBackground(std::function<std::string()> read, Effort effort)
 {
     const auto reading = [read = std::move(read)] {
         try {
@@ -73,7 +73,8 @@ QFuture<Reading> AppState::inBackground(std::function<std::string()> read)
         }
     };
     try {
-        return m_threads.run<Reading>(reading);
+        return effort == Effort::much ? m_threads.runInTurn<Reading>(reading)
+                                      : m_threads.run<Reading>(reading);
     } catch (const std::exception& error) {
         QPromise<Reading> promise;
         promise.start();
@@ -84,9 +85,10 @@ QFuture<Reading> AppState::inBackground(std::function<std::string()> read)
 }
 
 /// Empty also where `read` fails.
-QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()> read)
+QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()> read,
+                                                     Effort effort)
 {
-    const Reading reading = co_await inBackground(std::move(read));
+    const Reading reading = co_await inBackground(std::move(read), effort);
     co_return reading.text;
 }
 
@@ -101,7 +103,8 @@ QCoro::Task<QString> AppState::clipboardText()
 QCoro::Task<QString> AppState::frontWindowText()
 {
     return inBackgroundOrNothing(
-        [capture = m_services.captureText] { return capture(ScreenGrab::Kind::window); });
+        [capture = m_services.captureText] { return capture(ScreenGrab::Kind::window); },
+        Effort::much);
 }
 
 QCoro::Task<> AppState::acceptClipboard(QString messageOtherwise)
@@ -139,6 +142,7 @@ void AppState::fetchURL()
 void AppState::capture(ScreenGrab::Kind kind)
 {
     beginReading(QStringLiteral("Capturing and reading text…"));
-    acceptWhenRead(inBackground([capture = m_services.captureText, kind] { return capture(kind); }),
+    acceptWhenRead(inBackground([capture = m_services.captureText, kind] { return capture(kind); },
+                                Effort::much),
                    labelOf(kind));
 }

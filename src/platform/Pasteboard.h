@@ -23,14 +23,21 @@ public:
     };
     using Item = std::vector<Representation>;
 
+    struct Snapshot
+    {
+        std::vector<Item> items; // in the clipboard's order
+        /// Whether there is nothing else on the clipboard that could be lost with it.
+        bool isComplete = true;
+    };
+
     virtual ~Pasteboard() = default;
 
     /// A number that is another one after the contents have been replaced, by whomever.
     virtual std::uint64_t changeCount() = 0;
 
-    /// Everything on the clipboard that carries data, in its order. What cannot be had within
-    /// `limit` is left out; an item of which nothing can be had stays, empty.
-    virtual std::vector<Item> items(std::chrono::milliseconds limit) = 0;
+    /// Everything on the clipboard that carries data. What cannot be had within `limit` is left
+    /// out; an item of which nothing can be had stays, empty. Plain text is asked for first.
+    virtual Snapshot snapshot(std::chrono::milliseconds limit) = 0;
 
     /// The plain text on the clipboard, if there is any: UTF-8 as the application wrote it, which
     /// may be invalid.

@@ -51,7 +51,7 @@ int serve(bool isText)
         for (Pasteboard::Item& item : ClipboardContents::read(QByteArray::fromStdString(input)))
             pasteboard->write(std::move(item));
     }
-    if (pasteboard->items(limit).empty()) // there is no desktop
+    if (pasteboard->snapshot(limit).items.empty()) // there is no desktop
         return 1;
     std::puts("offered");
     // Whoever waits for the end of the output must not wait for the rest.

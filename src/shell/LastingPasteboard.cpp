@@ -9,7 +9,7 @@ std::vector<Pasteboard::Item> LastingPasteboard::leftover(std::chrono::milliseco
 {
     const MutexLock lock(m_mutex);
     if (m_written && m_below->changeCount() == m_written && !m_below->handOver(limit))
-        return m_below->items(limit);
+        return m_below->snapshot(limit).items;
     return {};
 }
 
@@ -19,10 +19,10 @@ std::uint64_t LastingPasteboard::changeCount()
     return m_below->changeCount();
 }
 
-std::vector<Pasteboard::Item> LastingPasteboard::items(std::chrono::milliseconds limit)
+Pasteboard::Snapshot LastingPasteboard::snapshot(std::chrono::milliseconds limit)
 {
     const MutexLock lock(m_mutex);
-    return m_below->items(limit);
+    return m_below->snapshot(limit);
 }
 
 std::optional<std::string> LastingPasteboard::plainText(std::chrono::milliseconds limit)

@@ -22,7 +22,7 @@ public:
     std::vector<Item> leftover(std::chrono::milliseconds limit);
 
     std::uint64_t changeCount() override;
-    std::vector<Item> items(std::chrono::milliseconds limit) override;
+    Snapshot snapshot(std::chrono::milliseconds limit) override;
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
     void clear() override;
     void write(Item item) override;

@@ -82,14 +82,15 @@ Text copy(const Ports& ports, Clock::time_point deadline)
 {
     Pasteboard& pasteboard = *ports.pasteboard;
     const std::uint64_t count = pasteboard.changeCount();
-    std::vector<Pasteboard::Item> saved =
-        pasteboard.items(until(deadline) - polls * pollInterval - readingLimit);
-    // Where nothing was sent, a change would be somebody else's.
-    if (ports.keyEvents->sendCopy() == KeyEvents::Outcome::notSent ||
+    Pasteboard::Snapshot saved =
+        pasteboard.snapshot(until(deadline) - polls * pollInterval - readingLimit);
+    // What has not been saved would be lost. Where nothing was sent, a change would be somebody
+    // else's.
+    if (!saved.isComplete || ports.keyEvents->sendCopy() == KeyEvents::Outcome::notSent ||
         !waitForCopy(pasteboard, count))
         return std::nullopt;
     Text text = pasteboard.plainText(std::max(readingLimit, until(deadline)));
-    restore(pasteboard, std::move(saved));
+    restore(pasteboard, std::move(saved.items));
     return usable(std::move(text));
 }
 

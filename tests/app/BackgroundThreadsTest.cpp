@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include <array>
+#include <atomic>
 #include <fstream>
 #include <future>
 #include <memory>
@@ -74,6 +75,27 @@ TEST(BackgroundThreadsTest, WorkThatCannotBeStartedIsNotLeft)
     EXPECT_FALSE(BackgroundThreads::isWorkLeft());
     ::pthread_attr_destroy(&usual);
     ::pthread_attr_destroy(&huge);
+}
+
+TEST(BackgroundThreadsTest, WhatWaitsForItsTurnIsDroppedAtTheEnd)
+{
+    std::promise<void> release;
+    const std::shared_future<void> released = release.get_future().share();
+    std::atomic<int> begun = 0;
+    {
+        BackgroundThreads threads;
+        for (int i = 0; i < 5; ++i) {
+            threads.startInTurn([released, &begun] {
+                ++begun;
+                released.wait();
+            });
+        }
+        while (begun < 2) // or the test's time limit
+            std::this_thread::yield();
+    }
+    release.set_value();
+    waitForWork();
+    EXPECT_EQ(begun, 2);
 }
 
 // The sanitizers' own allocator keeps what is freed on purpose.

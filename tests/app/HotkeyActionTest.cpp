@@ -1,5 +1,9 @@
 #include "AppStateFixture.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+
 namespace {
 
 using testing::ElementsAre;
@@ -168,6 +172,49 @@ TEST_F(HotkeyActionTest, PressedTwiceItRunsTwice)
     engine.finish(0, "summary of the second");
     engine.finish(1, "summary of the first");
     waitForOutput("summary of the first");
+}
+
+TEST_F(HotkeyActionTest, PressedAgainAndAgainTwoWindowsAreReadAtATimeAndEightWait)
+{
+    const auto threads = [] {
+        const std::filesystem::directory_iterator all("/proc/self/task");
+        return std::distance(begin(all), end(all));
+    };
+    const auto before = threads();
+    for (int i = 0; i < 200; ++i)
+        state->handleHotkey();
+    ASSERT_EQ(selections.size(), 10U); // the others were dropped
+    for (QPromise<Grabbed>& selection : selections)
+        answer(selection, Grabbed());
+    EXPECT_TRUE(waitUntil([&] { return captures.arguments().size() == 2; }));
+    EXPECT_LE(threads(), before + 2);
+    for (std::size_t i = 0; i < 10; ++i) {
+        EXPECT_EQ(captures.arguments().size(), std::min<std::size_t>(i + 2, 10));
+        captures.answer(i, " ");
+        EXPECT_TRUE(waitUntil([&] {
+            return captures.arguments().size() == std::min<std::size_t>(i + 3, 10) &&
+                   clipboardReads == static_cast<int>(i) + 1;
+        }));
+    }
+    EXPECT_TRUE(waitUntil([&] { return state->errorMessage.get() == m_nothing; }));
+    state->handleHotkey();
+    EXPECT_EQ(selections.size(), 11U);
+    answer(selections.back(), Grabbed("selected"));
+    waitForSource("selected", "Selected text");
+}
+
+TEST_F(HotkeyActionTest, CapturesOfEveryKindTakeTheirTurn)
+{
+    for (int i = 0; i < 3; ++i)
+        state->capture(ScreenGrab::Kind::screen);
+    press();
+    answer(selections[0], Grabbed());
+    EXPECT_TRUE(waitUntil([&] { return captures.arguments().size() == 2; }));
+    for (std::size_t i = 0; i < 4; ++i)
+        captures.answer(i, " ");
+    waitForDone();
+    EXPECT_EQ(captures.arguments().back(), ScreenGrab::Kind::window);
+    EXPECT_EQ(captures.arguments().size(), 4U);
 }
 
 TEST_F(HotkeyActionTest, AStateThatGoesMeanwhileIsNotTouched)

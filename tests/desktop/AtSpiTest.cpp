@@ -59,6 +59,32 @@ TEST_F(AtSpiTest, AnApplicationThatIsFrozenIsNotWaitedFor)
     EXPECT_EQ(patient.get(), "text");
 }
 
+TEST_F(AtSpiTest, NobodyIsAskedAboutMoreThanCanBeLookedAt)
+{
+    const QProcess& editor = startAccessibleApp({"--editor", "text", "--children", "20000"});
+    selectAll("text");
+    EXPECT_EQ(waitUntilTold(editor), "text");
+    const QByteArray address =
+        m_session.run("dbus-send", {"--session", "--print-reply=literal", "--dest=org.a11y.Bus",
+                                    "/org/a11y/bus", "org.a11y.Bus.GetAddress"});
+    QProcess& monitor = m_session.start(
+        "dbus-monitor", {"--profile", "--address", QString::fromUtf8(address.trimmed())});
+    QByteArray seen;
+    const auto waitUntilSeen = [&](const char* what) {
+        m_session.waitUntil("the monitor", [&] {
+            EXPECT_EQ(ask(m_atSpi, editor, limit), "text");
+            monitor.waitForReadyRead(10);
+            seen += monitor.readAllStandardOutput();
+            return seen.contains(what);
+        });
+    };
+    waitUntilSeen("GetNSelections");
+    seen.clear();
+    waitUntilSeen("GetNSelections");
+    EXPECT_GT(seen.count("GetState"), 0);
+    EXPECT_LT(seen.count("GetState"), 1000);
+}
+
 TEST_F(AtSpiTest, TheSessionsBusIsFoundInTheFolderForSocketsToo)
 {
     const QProcess& editor = startAccessibleApp({"--editor", "text"});

@@ -40,6 +40,15 @@ protected:
         waitUntilInFront(m_window);
     }
 
+    /// The address of another page.
+    QByteArray otherPage()
+    {
+        QFile file(m_session.path("other.html"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("<title>Other</title><p>Something else.");
+        return "file://" + file.fileName().toUtf8();
+    }
+
     /// Once the page is there to be selected.
     void selectAllOf(const QByteArray& end)
     {
@@ -88,11 +97,27 @@ protected:
     AtSpi m_atSpi;
 };
 
-TEST_F(ChromiumTest, TheSelectionOnAPageComesByPrimary)
+TEST_F(ChromiumTest, WhatIsNotSelectedAnyMoreIsNotTaken)
 {
     show(m_page);
     selectAllOf("Second.");
-    expectGrabWithoutCopy(m_text);
+    expectGrabOver("earlier", m_text);
+    m_session.xdotool(
+        {"mousemove", "--window", QString::number(m_window), "200", "400", "click", "1"});
+    // The click needs its time to come to the page.
+    m_session.waitUntil("nothing to be selected", [this] { return grab() == std::nullopt; });
+    EXPECT_EQ(selection("primary"), QByteArray::fromStdString(m_text)); // as ever
+    EXPECT_EQ(clipboard(), "earlier");
+}
+
+TEST_F(ChromiumTest, WhatWasSelectedOnThePageBeforeIsNotTaken)
+{
+    show("<p>before <a href='" + otherPage() + "'>next</a>");
+    selectAllOf("next");
+    m_session.xdotool({"key", "Tab", "key", "Return"});
+    m_session.waitForWindow({"--name", "^Other"});
+    EXPECT_EQ(grab(), std::nullopt);
+    EXPECT_EQ(selection("primary"), "before next");
 }
 
 TEST_F(ChromiumTest, ASelectedPageIsCopiedAndTheClipboardPutBack)

@@ -83,7 +83,7 @@ void ClipboardManager::noteTargets(const xcb_selection_request_event_t& request)
 /// Reads what the clipboard has, then owns it.
 bool ClipboardManager::keep()
 {
-    auto items = m_pasteboard->items(std::chrono::seconds(10));
+    auto items = m_pasteboard->snapshot(std::chrono::seconds(10)).items;
     if (items.empty())
         return false;
     m_pasteboard->clear();

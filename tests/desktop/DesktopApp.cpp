@@ -116,6 +116,20 @@ std::unique_ptr<QWidget> makeEditor(const QString& text, const QString& primary)
     return editor;
 }
 
+/// A window in which an editor comes after an element of that many children.
+std::unique_ptr<QWidget> makeCrowd(std::unique_ptr<QWidget> editor, int children)
+{
+    auto window = std::make_unique<QWidget>();
+    auto* const crowd = new QWidget(window.get());
+    for (int i = 0; i < children; ++i)
+        new QWidget(crowd);
+    auto* const box = new QWidget(window.get());
+    editor->setParent(box);
+    editor->setFocus();
+    editor.release(); // NOLINT(bugprone-unused-return-value): its parent's now
+    return window;
+}
+
 /// Puts a text of about `size` bytes and two more formats on the clipboard.
 void own(int size)
 {
@@ -148,6 +162,7 @@ int main(int argc, char** argv)
                        {"drags", "", "file"},
                        {"drags-text", "", "text"},
                        {"delay", "", "milliseconds", "0"},
+                       {"children", "", "number", "0"},
                        {"owns", "", "bytes"},
                        {"primary", "", "text"}});
     parser.process(application);
@@ -160,6 +175,8 @@ int main(int argc, char** argv)
         window = makeTextSource(parser.value("drags-text"));
     else
         window = std::make_unique<Canvas>(parser.value("copies"), parser.value("delay").toInt());
+    if (parser.isSet("children"))
+        window = makeCrowd(std::move(window), parser.value("children").toInt());
     window->setWindowTitle(parser.value("title"));
     window->resize(300, 200);
     window->show();

@@ -27,7 +27,7 @@ protected:
     {
         EXPECT_EQ(ports.keyEvents->sendCopy(), KeyEvents::Outcome::notSent);
         EXPECT_EQ(ports.accessibility->selectedText(limit), std::nullopt);
-        EXPECT_TRUE(ports.pasteboard->items(limit).empty());
+        EXPECT_TRUE(ports.pasteboard->snapshot(limit).items.empty());
         EXPECT_EQ(ports.pasteboard->plainText(limit), std::nullopt);
         ports.pasteboard->clear();
         ports.pasteboard->write({{"text/plain", "text", ""}});

@@ -78,7 +78,7 @@ TEST_P(NullBackEndsTest, ThePortsRefuse)
     const std::uint64_t count = m_ports.pasteboard->changeCount();
     m_ports.pasteboard->clear();
     m_ports.pasteboard->write({{"UTF8_STRING", "text", ""}});
-    EXPECT_TRUE(m_ports.pasteboard->items(limit).empty());
+    EXPECT_TRUE(m_ports.pasteboard->snapshot(limit).items.empty());
     EXPECT_EQ(m_ports.pasteboard->plainText(limit), std::nullopt);
     EXPECT_EQ(m_ports.pasteboard->changeCount(), count);
     EXPECT_TRUE(WindowList::create()->windows().empty());

@@ -23,7 +23,7 @@ protected:
 
 TEST_F(OwnProgramTest, ItsSelectionComesWithoutADeadlock)
 {
-    expectGrabWithoutCopy("our own text");
+    expectGrab("our own text");
 }
 
 TEST_F(OwnProgramTest, ItsCopyComesWithoutADeadlock)

@@ -24,7 +24,7 @@ protected:
 
 TEST_F(PasteboardTest, AnEmptyClipboardHasNoItemsAndNoText)
 {
-    EXPECT_TRUE(pasteboard().items(limit).empty());
+    EXPECT_TRUE(pasteboard().snapshot(limit).items.empty());
     EXPECT_EQ(pasteboard().plainText(limit), std::nullopt);
 }
 
@@ -35,7 +35,7 @@ TEST_F(PasteboardTest, WhatIsWrittenIsReadByOthersAndByItself)
     EXPECT_EQ(clipboard("TEXT"), "na\xEFve");
     EXPECT_EQ(clipboard("image/png").toStdString(), m_item[2].data);
     EXPECT_EQ(clipboard("unknown"), "");
-    EXPECT_THAT(pasteboard().items(limit), testing::ElementsAre(m_item));
+    EXPECT_THAT(pasteboard().snapshot(limit).items, testing::ElementsAre(m_item));
     EXPECT_EQ(pasteboard().plainText(limit), "naïve");
 }
 
@@ -55,7 +55,7 @@ TEST_F(PasteboardTest, AnItemWithoutDataIsWrittenAsAnEmptyOne)
 {
     write({});
     EXPECT_EQ(clipboard("TARGETS").toStdString(), "TARGETS\nTIMESTAMP\nMULTIPLE\n");
-    EXPECT_EQ(pasteboard().items(limit), std::vector<Pasteboard::Item>(1));
+    EXPECT_EQ(pasteboard().snapshot(limit).items, std::vector<Pasteboard::Item>(1));
 }
 
 TEST_F(PasteboardTest, EveryCopyCountsAlsoTheSameOwnersNext)
@@ -83,7 +83,7 @@ TEST_F(PasteboardTest, ReadingIsNoChange)
 {
     putOnClipboard("text");
     const std::uint64_t count = pasteboard().changeCount();
-    EXPECT_FALSE(pasteboard().items(limit).empty());
+    EXPECT_FALSE(pasteboard().snapshot(limit).items.empty());
     EXPECT_EQ(pasteboard().plainText(limit), "text");
     EXPECT_EQ(pasteboard().changeCount(), count);
 }
@@ -121,8 +121,9 @@ TEST_F(PasteboardTest, OnlyTargetsThatCarryDataAreAskedFor)
         return {target == "refused" ? "" : target, 8, "data of " + target};
     });
     named = &owner;
-    EXPECT_THAT(pasteboard().items(limit), testing::ElementsAre(Pasteboard::Item{
-                                               {"text/html", "data of text/html", "text/html 8"}}));
+    EXPECT_THAT(
+        pasteboard().snapshot(limit).items,
+        testing::ElementsAre(Pasteboard::Item{{"text/html", "data of text/html", "text/html 8"}}));
     EXPECT_THAT(owner.asked(), testing::ElementsAre("TARGETS", "text/html", "refused"));
 }
 

@@ -72,6 +72,8 @@ void SelectionOwner::serve()
         while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
             if ((event->response_type & 0x7F) == XCB_SELECTION_REQUEST)
                 take(*reinterpret_cast<xcb_selection_request_event_t*>(event));
+            if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY)
+                goOn(*reinterpret_cast<xcb_property_notify_event_t*>(event));
             std::free(event);
         }
         pollfd descriptor = {xcb_get_file_descriptor(m_connection), POLLIN, 0};
@@ -93,27 +95,58 @@ void SelectionOwner::take(const xcb_selection_request_event_t& request)
     }
     for (const auto& [earlier, late] : std::exchange(m_late, {}))
         answer(earlier, late);
-    if (!present.isSilent)
+    if (present.isEndless)
+        answerEndlessly(request);
+    else if (!present.isSilent)
         answer(request, present);
 }
 
 void SelectionOwner::answer(const xcb_selection_request_event_t& request, const Answer& answer)
 {
-    xcb_selection_notify_event_t notify{};
-    notify.response_type = XCB_SELECTION_NOTIFY;
-    notify.requestor = request.requestor;
-    notify.selection = request.selection;
-    notify.target = request.target;
     if (!answer.type.empty()) {
-        notify.property = request.property;
         const auto units = answer.bytes.size() / (static_cast<std::size_t>(answer.format) / 8);
         xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, request.requestor,
                             request.property, atom(answer.type),
                             static_cast<std::uint8_t>(answer.format),
                             static_cast<std::uint32_t>(units), answer.bytes.data());
     }
+    send(request, answer.type.empty() ? xcb_atom_t{XCB_NONE} : request.property);
+}
+
+/// Tells that the answer is in that property.
+void SelectionOwner::send(const xcb_selection_request_event_t& request, xcb_atom_t property)
+{
+    xcb_selection_notify_event_t notify{};
+    notify.response_type = XCB_SELECTION_NOTIFY;
+    notify.requestor = request.requestor;
+    notify.selection = request.selection;
+    notify.target = request.target;
+    notify.property = property;
     std::array<char, 32> event{};
     std::memcpy(event.data(), &notify, sizeof notify);
     xcb_send_event(m_connection, 0, request.requestor, 0, event.data());
     xcb_flush(m_connection);
+}
+
+void SelectionOwner::answerEndlessly(const xcb_selection_request_event_t& request)
+{
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(m_connection, request.requestor, XCB_CW_EVENT_MASK, &events);
+    const std::uint32_t size = 1;
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                        atom("INCR"), 32, 1, &size);
+    send(request, request.property);
+}
+
+/// Another piece each time the last one has been taken.
+void SelectionOwner::goOn(const xcb_property_notify_event_t& removal)
+{
+    if (removal.state != XCB_PROPERTY_DELETE)
+        return;
+    const std::string piece(200'000, 'x');
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, removal.window, removal.atom,
+                        atom("UTF8_STRING"), 8, static_cast<std::uint32_t>(piece.size()),
+                        piece.data());
+    xcb_flush(m_connection);
+    m_endlessBytes += piece.size();
 }

@@ -26,9 +26,9 @@ public:
         return count;
     }
 
-    std::vector<Item> items(std::chrono::milliseconds limit) override
+    Snapshot snapshot(std::chrono::milliseconds limit) override
     {
-        return m_below->items(std::max(limit, m_patience));
+        return m_below->snapshot(std::max(limit, m_patience));
     }
 
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override

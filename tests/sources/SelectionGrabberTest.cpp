@@ -57,7 +57,7 @@ protected:
     std::shared_ptr<RecordingPasteboard> m_pasteboard =
         std::make_shared<RecordingPasteboard>(m_calls);
 
-    const std::vector<std::string> m_copying = {"isTrusted", "selectedText", "changeCount", "items",
+    const std::vector<std::string> m_copying = {"isTrusted", "selectedText", "changeCount", "snapshot",
                                                 "sendCopy"};
     const Items m_saved = {
         {{"text/plain", "earlier", ""}, {"image/png", std::string(3, '\0'), "8"}},
@@ -192,7 +192,7 @@ TEST_F(SelectionGrabberTest, EachWayIsThereByItself)
     EXPECT_THAT(m_calls, ElementsAre("selectedText"));
     m_calls.clear();
     EXPECT_EQ(QCoro::waitFor(SelectionGrabber::copySelection(ports())), "copied");
-    EXPECT_EQ(m_calls, calls({"changeCount", "items", "sendCopy"}, 1, {"plainText", "clear"}));
+    EXPECT_EQ(m_calls, calls({"changeCount", "snapshot", "sendCopy"}, 1, {"plainText", "clear"}));
 }
 
 TEST_F(SelectionGrabberTest, TheMainThreadGoesOnWhileAnApplicationCopies)

@@ -21,6 +21,8 @@ public:
     /// How many more looks at the change count find nothing before `copied` is there; never for -1.
     int looksUntilCopy = -1;
     std::vector<Item> copied;
+    /// Whether a snapshot has everything.
+    bool isComplete = true;
     /// What handOver() says.
     bool isHandedOver = false;
     /// Called with the limit of a question, for the time that it takes.
@@ -36,11 +38,11 @@ public:
         return m_count;
     }
 
-    std::vector<Item> items(std::chrono::milliseconds limit) override
+    Snapshot snapshot(std::chrono::milliseconds limit) override
     {
         wait(limit);
-        m_calls.emplace_back("items");
-        return contents;
+        m_calls.emplace_back("snapshot");
+        return {contents, isComplete};
     }
 
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override

@@ -18,11 +18,17 @@ const QString rootPath = QStringLiteral("/org/a11y/atspi/accessible/root");
 const QString accessible = QStringLiteral("org.a11y.atspi.Accessible");
 const QString textInterface = QStringLiteral("org.a11y.atspi.Text");
 
+constexpr quint64 isActive = quint64{1} << 1U;
 constexpr quint64 isFocused = quint64{1} << 12U;
 constexpr quint64 isShowing = quint64{1} << 25U;
-constexpr int maximumNodes = 5000;     // of an application's tree
+constexpr uint paragraphRole = 73;
+constexpr int maximumNodes = 5000;     // of a window's tree
+constexpr int maximumChildren = 1000;  // of one element
 constexpr int maximumSelections = 100; // of one element
-constexpr int maximumFocused = 10;
+constexpr int maximumFocused = 50;     // Kate has some twenty
+// All of the process's D-Bus connections share a thread: it is never given more work than for a
+// few milliseconds at once.
+constexpr int questionsAtOnce = 100;
 
 // Stands in a text for an element with a text of its own, which is not part of the answer.
 constexpr char16_t embeddedObject = u'\xFFFC';
@@ -139,8 +145,14 @@ QList<AtSpi::Object> AtSpi::objects(const QVariantList& answer)
     return result;
 }
 
+/// None where there are more than anybody could look at: such an answer alone would take seconds.
 QList<AtSpi::Object> AtSpi::children(const Object& parent)
 {
+    const QVariantList count = call(message(parent, "org.freedesktop.DBus.Properties", "Get",
+                                            {QString(accessible), QString("ChildCount")}));
+    const int children = count.isEmpty() ? 0 : count[0].value<QDBusVariant>().variant().toInt();
+    if (children <= 0 || children > maximumChildren)
+        return {};
     return objects(call(message(parent, accessible, "GetChildren")));
 }
 
@@ -155,6 +167,23 @@ std::optional<AtSpi::Object> AtSpi::application(pid_t process)
             return root;
     }
     return std::nullopt;
+}
+
+/// The window of `application` that has the keyboard. Another one may have a focused element too,
+/// from when it had the keyboard. Chromium does not always say which it is: then it is known where
+/// there is only one.
+std::optional<AtSpi::Object> AtSpi::activeWindowOf(const Object& application)
+{
+    QList<Object> shown;
+    const QList<Object> windows = children(application);
+    const QList<States> windowStates = states(windows);
+    for (qsizetype i = 0; i < windows.size(); ++i) {
+        if ((windowStates[i] & isActive) != 0)
+            return windows[i];
+        if ((windowStates[i] & isShowing) != 0)
+            shown.append(windows[i]);
+    }
+    return shown.size() == 1 ? std::optional(shown.front()) : std::nullopt;
 }
 
 /// Chromium's ranges come short by the number of characters before them that take a pair of UTF-16
@@ -176,11 +205,25 @@ bool AtSpi::isWithoutPairs(const Object& object, int end)
            std::none_of(text.begin(), text.end(), [](QChar unit) { return unit.isSurrogate(); });
 }
 
+/// How many pieces of text are selected in `object`, if it has text.
+std::optional<int> AtSpi::selectionsOf(const Object& object)
+{
+    const QVariantList count = call(message(object, textInterface, "GetNSelections"));
+    return count.isEmpty() ? std::nullopt : std::optional(count[0].toInt());
+}
+
+/// Whether others beside `object` may be selected too: word processors have an element for every
+/// paragraph, of which one has the keyboard.
+bool AtSpi::isPartOfDocument(const Object& object)
+{
+    const QVariantList role = call(message(object, accessible, "GetRole"));
+    return role.isEmpty() || role[0].toUInt() == paragraphRole;
+}
+
 /// The text selected in `object`: its pieces, a line each, where there are several.
 std::optional<std::string> AtSpi::textOf(const Object& object)
 {
-    const QVariantList count = call(message(object, textInterface, "GetNSelections"));
-    const int selections = count.isEmpty() ? 0 : std::min(count[0].toInt(), maximumSelections);
+    const int selections = std::min(selectionsOf(object).value_or(0), maximumSelections);
     QStringList pieces;
     for (int i = 0; i < selections; ++i) {
         const QVariantList range = call(message(object, textInterface, "GetSelection", {i}));
@@ -195,17 +238,18 @@ std::optional<std::string> AtSpi::textOf(const Object& object)
     }
     const QString whole = pieces.join('\n');
     // A piece that came after the deadline would be missing.
-    if (m_hasTimedOut || whole.isEmpty() || whole.contains(embeddedObject))
+    if (m_hasTimedOut || whole.isEmpty() || whole.contains(embeddedObject) ||
+        isPartOfDocument(object))
         return std::nullopt;
     return whole.toStdString();
 }
 
-/// What has the keyboard, by the application's own search; not every toolkit has one.
-QList<AtSpi::Object> AtSpi::focused(const Object& application)
+/// What has the keyboard in a window, by the application's own search; not every toolkit has one.
+QList<AtSpi::Object> AtSpi::focused(const Object& window)
 {
     const int canonicalOrder = 1;
     const bool wholeTree = true;
-    return objects(call(message(application, "org.a11y.atspi.Collection", "GetMatches",
+    return objects(call(message(window, "org.a11y.atspi.Collection", "GetMatches",
                                 {focusedRule(), uint{canonicalOrder}, maximumFocused, wholeTree})));
 }
 
@@ -222,56 +266,65 @@ AtSpi::States AtSpi::statesOf(const QVariantList& answer)
     return (States{words[1]} << 32U) | words[0];
 }
 
-/// The states of all `objects`, asked for at once to wait only once.
-QList<AtSpi::States> AtSpi::states(const QList<Object>& objects)
+/// Adds those of `some`, asked for at once to wait only once.
+void AtSpi::addStates(QList<States>& states, const QList<Object>& some)
 {
     QList<QDBusPendingCall> calls;
-    for (const Object& object : objects)
+    for (const Object& object : some)
         calls.append(m_bus->asyncCall(message(object, accessible, "GetState"),
                                       std::max(1, millisecondsLeft())));
-    QList<States> result;
     for (QDBusPendingCall& pending : calls) {
         pending.waitForFinished();
-        result.append(pending.isError() ? 0 : statesOf(pending.reply().arguments()));
+        states.append(pending.isError() ? 0 : statesOf(pending.reply().arguments()));
     }
+}
+
+/// The states of all `objects`, as far as the time suffices.
+QList<AtSpi::States> AtSpi::states(const QList<Object>& objects)
+{
+    QList<States> result;
+    for (qsizetype i = 0; i < objects.size() && millisecondsLeft() > 0; i += questionsAtOnce)
+        addStates(result, objects.mid(i, questionsAtOnce));
     m_hasTimedOut = m_hasTimedOut || millisecondsLeft() <= 0;
+    result.resize(objects.size());
     return result;
 }
 
-/// The same by looking at all that is on the screen, from the top.
-std::optional<std::string> AtSpi::textByWalk(const Object& application)
+/// The same by looking at all that is on the screen, from the top, until `isFound`. The window may
+/// be what has the keyboard itself.
+void AtSpi::walk(const Object& window, const Visitor& isFound)
 {
-    QList<Object> parents = {application};
-    int nodes = 0;
+    if (isFound(window))
+        return;
+    QList<Object> parents = {window};
+    qsizetype nodes = 0;
     while (!parents.isEmpty() && !m_hasTimedOut && nodes < maximumNodes) {
         const QList<Object> level = children(parents.takeLast());
         const QList<States> levelStates = states(level);
-        nodes += static_cast<int>(level.size());
+        nodes += level.size();
         for (qsizetype i = 0; i < level.size(); ++i) {
-            if ((levelStates[i] & isFocused) == 0)
-                continue;
-            if (auto text = textOf(level[i]))
-                return text;
+            if ((levelStates[i] & isFocused) != 0 && isFound(level[i]))
+                return;
         }
         for (qsizetype i = level.size() - 1; i >= 0; --i) {
             if ((levelStates[i] & isShowing) != 0)
                 parents.append(level[i]);
         }
     }
-    return std::nullopt;
 }
 
-std::optional<std::string> AtSpi::textOfFocused(const Object& application)
+/// Visits what has the keyboard until `isFound`.
+void AtSpi::visitFocused(const Object& window, const Visitor& isFound)
 {
-    const QList<Object> candidates = focused(application);
-    for (const Object& object : candidates) {
-        if (auto text = textOf(object))
-            return text;
-    }
-    return candidates.isEmpty() ? textByWalk(application) : std::nullopt;
+    const QList<Object> found = focused(window);
+    if (found.isEmpty())
+        walk(window, isFound);
+    else
+        static_cast<void>(std::any_of(found.begin(), found.end(), isFound));
 }
 
-std::optional<std::string> AtSpi::selectedText(pid_t process, std::chrono::milliseconds limit)
+/// From here on every question ends with `limit`.
+std::optional<AtSpi::Object> AtSpi::activeWindow(pid_t process, std::chrono::milliseconds limit)
 {
     m_deadline = Clock::now() + limit;
     m_hasTimedOut = false;
@@ -281,5 +334,27 @@ std::optional<std::string> AtSpi::selectedText(pid_t process, std::chrono::milli
     if (!root)
         return std::nullopt;
     m_isMiscounting = isMiscounting(*root);
-    return textOfFocused(*root);
+    return activeWindowOf(*root);
+}
+
+std::optional<std::string> AtSpi::selectedText(pid_t process, std::chrono::milliseconds limit)
+{
+    std::optional<std::string> text;
+    if (const auto window = activeWindow(process, limit))
+        visitFocused(*window,
+                     [&](const Object& object) { return (text = textOf(object)).has_value(); });
+    return text;
+}
+
+std::optional<bool> AtSpi::hasSelection(pid_t process, std::chrono::milliseconds limit)
+{
+    std::optional<bool> result;
+    if (const auto window = activeWindow(process, limit)) {
+        visitFocused(*window, [&](const Object& object) {
+            if (const auto selections = selectionsOf(object))
+                result = *selections > 0;
+            return result.value_or(false);
+        });
+    }
+    return result;
 }

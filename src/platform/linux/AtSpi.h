@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -22,9 +23,13 @@ public:
     AtSpi(const AtSpi&) = delete;
     AtSpi& operator=(const AtSpi&) = delete;
 
-    /// The text selected in the focused element of `process`. Nothing where none is selected, the
-    /// application does not tell, or does not do so within `limit`.
+    /// The text selected in the focused element of the active window of `process`. Nothing where
+    /// none is selected, the application does not tell, or does not do so within `limit`.
     std::optional<std::string> selectedText(pid_t process, std::chrono::milliseconds limit);
+
+    /// Whether something is selected there, also where the application does not tell what. Nothing
+    /// where it does not tell that either.
+    std::optional<bool> hasSelection(pid_t process, std::chrono::milliseconds limit);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -35,6 +40,7 @@ private:
         QString path;
     };
     using States = quint64;
+    using Visitor = std::function<bool(const Object&)>;
 
     bool connect();
     QDBusMessage message(const Object& object, const QString& interface, const QString& member,
@@ -42,15 +48,20 @@ private:
     QVariantList call(const QDBusMessage& request);
     int millisecondsLeft() const;
 
+    std::optional<Object> activeWindow(pid_t process, std::chrono::milliseconds limit);
     std::optional<Object> application(pid_t process);
-    std::optional<std::string> textOfFocused(const Object& application);
-    std::optional<std::string> textByWalk(const Object& application);
+    std::optional<Object> activeWindowOf(const Object& application);
+    QList<Object> focused(const Object& window);
+    void walk(const Object& window, const Visitor& isFound);
+    void visitFocused(const Object& window, const Visitor& isFound);
+    std::optional<int> selectionsOf(const Object& object);
     std::optional<std::string> textOf(const Object& object);
+    bool isPartOfDocument(const Object& object);
     bool isMiscounting(const Object& application);
     bool isWithoutPairs(const Object& object, int end);
-    QList<Object> focused(const Object& application);
     QList<Object> children(const Object& parent);
     QList<States> states(const QList<Object>& objects);
+    void addStates(QList<States>& states, const QList<Object>& some);
     static QList<Object> objects(const QVariantList& answer);
     static States statesOf(const QVariantList& answer);
 

@@ -7,7 +7,7 @@ class NullPasteboard : public Pasteboard
 {
 public:
     std::uint64_t changeCount() override { return 0; }
-    std::vector<Item> items(std::chrono::milliseconds) override { return {}; }
+    Snapshot snapshot(std::chrono::milliseconds) override { return {}; }
     std::optional<std::string> plainText(std::chrono::milliseconds) override { return {}; }
     void clear() override {}
     void write(Item) override {}

@@ -31,11 +31,11 @@ SelectionReader::SelectionReader(X11Connection& connection)
       m_window(connection.createWindow())
 {}
 
-xcb_window_t SelectionReader::owner(xcb_atom_t selection, Deadline deadline)
+std::optional<xcb_window_t> SelectionReader::owner(xcb_atom_t selection, Deadline deadline)
 {
     const auto answer = m_connection.reply<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(m_connection.get(), selection), deadline);
-    return answer ? answer->owner : static_cast<xcb_window_t>(XCB_NONE);
+    return answer ? std::optional(answer->owner) : std::nullopt;
 }
 
 /// Whether the owner has put something into the property before the deadline.
@@ -75,7 +75,8 @@ SelectionReader::readPieces(std::chrono::milliseconds patience, Deadline deadlin
         std::optional<Property> piece =
             m_connection.property(m_window, m_property, maximumBytes - whole.bytes.size(), deadline,
                                   X11Connection::Afterwards::remove);
-        // The first event may still be about the announcement, which is gone by now.
+        // The first event may still be about the announcement, which is gone by now. One piece
+        // that is too large is left where it is, and the owner waits for its removal in vain.
         if (!piece)
             continue;
         if (piece->bytes.empty())
@@ -103,6 +104,7 @@ std::optional<X11Connection::Property> SelectionReader::convert(xcb_atom_t selec
                                        X11Connection::Afterwards::remove);
         if (result && result->type == m_incr)
             result = readPieces(patience, deadline);
+        m_hasStalled = !result;
     }
     // What comes too late must not be taken for the answer to another question: it goes to the
     // window that is given up here.

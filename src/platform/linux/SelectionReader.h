@@ -2,7 +2,8 @@
 
 #include "X11Connection.h"
 
-#include <vector>
+#include <optional>
+#include <string>
 
 /// Reads what another program offers as one of the X server's selections (the clipboard, PRIMARY),
 /// pieces of a large one included. One thread at a time.
@@ -13,15 +14,17 @@ public:
     using Property = X11Connection::Property;
 
     /// The most that is taken of one target, in bytes.
-    static constexpr std::size_t maximumBytes = std::size_t{512} << 20;
+    static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
 
     /// `connection` outlives this, and is used by nobody else while a call runs.
     explicit SelectionReader(X11Connection& connection);
 
-    xcb_window_t owner(xcb_atom_t selection, Deadline deadline);
+    /// The window of who has the selection, XCB_NONE where nobody has. Nothing where the server
+    /// does not say so before the deadline.
+    std::optional<xcb_window_t> owner(xcb_atom_t selection, Deadline deadline);
 
-    /// The selection as `target`. Nothing where its owner refuses, or does not go on for
-    /// `patience`, or at the deadline.
+    /// The selection as `target`. Nothing where its owner refuses, does not go on for `patience`
+    /// or until the deadline, or has more than `maximumBytes`.
     std::optional<Property> convert(xcb_atom_t selection, xcb_atom_t target,
                                     std::chrono::milliseconds patience, Deadline deadline);
 
@@ -29,7 +32,8 @@ public:
     std::optional<std::string> text(xcb_atom_t selection, std::chrono::milliseconds patience,
                                     Deadline deadline);
 
-    /// Whether the last convert() ended because the owner did not answer in time.
+    /// Whether the last convert() came to nothing although the owner has something: it did not
+    /// answer in time, or is not to be listened to any longer.
     bool hasStalled() const { return m_hasStalled; }
 
 private:

@@ -1,20 +1,9 @@
 #include "X11Accessibility.h"
 
-#include "FrontApplication.h"
-
-#include <algorithm>
-#include <cctype>
-
 using std::chrono::milliseconds;
 
-// What is kept of the time for PRIMARY.
+constexpr milliseconds tellingLimit(100); // of a terminal, whether something is selected in it
 constexpr milliseconds primaryLimit(50);
-
-static bool isBlank(const std::string& text)
-{
-    return std::all_of(text.begin(), text.end(),
-                       [](unsigned char byte) { return std::isspace(byte) != 0; });
-}
 
 std::unique_ptr<X11Accessibility> X11Accessibility::create()
 {
@@ -30,21 +19,22 @@ X11Accessibility::X11Accessibility(std::unique_ptr<X11Connection> connection)
 
 std::optional<std::string> X11Accessibility::selectedText(milliseconds limit)
 {
-    const auto begin = X11Connection::Clock::now();
-    const auto application = FrontApplication::find(*m_connection, begin + limit);
+    const auto deadline = X11Connection::Clock::now() + limit;
+    const auto application = FrontApplication::find(*m_connection, deadline);
     if (!application)
         return std::nullopt;
-    auto text = m_atSpi.selectedText(application->process, limit - primaryLimit);
-    if (text && !isBlank(*text))
-        return text;
-    return primaryText(application->window, begin + limit);
+    return application->isTerminal() ? terminalsText(*application, deadline)
+                                     : m_atSpi.selectedText(application->process, limit);
 }
 
-std::optional<std::string> X11Accessibility::primaryText(xcb_window_t window,
-                                                         X11Connection::Deadline deadline)
+/// PRIMARY, where it belongs to the terminal in front, which does not say that nothing is selected
+/// in its active window.
+std::optional<std::string> X11Accessibility::terminalsText(const FrontApplication& terminal,
+                                                           X11Connection::Deadline deadline)
 {
-    // Another program's PRIMARY may be from an hour ago.
-    if (!m_connection->isSameClient(m_reader.owner(XCB_ATOM_PRIMARY, deadline), window))
+    const auto owner = m_reader.owner(XCB_ATOM_PRIMARY, deadline);
+    if (!owner || !m_connection->isSameClient(*owner, terminal.window) ||
+        !m_atSpi.hasSelection(terminal.process, tellingLimit).value_or(true))
         return std::nullopt;
     return m_reader.text(XCB_ATOM_PRIMARY, primaryLimit, deadline);
 }

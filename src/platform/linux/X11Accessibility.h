@@ -2,10 +2,12 @@
 
 #include "Accessibility.h"
 #include "AtSpi.h"
+#include "FrontApplication.h"
 #include "SelectionReader.h"
 
-/// What the application in front of an X11 desktop tells over the accessibility bus, else what it
-/// offers as the PRIMARY selection.
+/// What the application in front of an X11 desktop tells over the accessibility bus. A terminal,
+/// which tells little there and cannot be asked to copy, is asked for the PRIMARY selection; any
+/// other program may keep that long after nothing is selected in it any more.
 class X11Accessibility : public Accessibility
 {
 public:
@@ -16,11 +18,10 @@ public:
     bool isTrusted() override { return true; }
     std::optional<std::string> selectedText(std::chrono::milliseconds limit) override;
 
-    /// PRIMARY, where it belongs to the application that `window` does.
-    std::optional<std::string> primaryText(xcb_window_t window, X11Connection::Deadline deadline);
-
 private:
     explicit X11Accessibility(std::unique_ptr<X11Connection> connection);
+    std::optional<std::string> terminalsText(const FrontApplication& terminal,
+                                             X11Connection::Deadline deadline);
 
     std::unique_ptr<X11Connection> m_connection;
     SelectionReader m_reader;

@@ -41,11 +41,15 @@ bool carriesData(std::string_view target)
                targetsWithoutData.end();
 }
 
-/// Whether `target` is the text that UTF8_STRING is too, as a rule.
-bool isTextAgain(std::string_view target)
+/// When a target is asked for: plain text first, then what is something else, then what is the same
+/// text again, as a rule.
+int rank(std::string_view target)
 {
-    return target == "STRING" || target == "TEXT" || target == "COMPOUND_TEXT" ||
-           target.starts_with("text/plain");
+    if (target == "UTF8_STRING")
+        return 0;
+    const bool isTextAgain = target == "STRING" || target == "TEXT" || target == "COMPOUND_TEXT" ||
+                             target.starts_with("text/plain");
+    return isTextAgain ? 2 : 1;
 }
 
 } // namespace
@@ -68,18 +72,18 @@ X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection,
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit))
 {}
 
-/// What the owner says it can give and carries data, each once.
-std::vector<X11Pasteboard::Target> X11Pasteboard::targets(Deadline deadline)
+/// What the owner says it can give and carries data, each once. Nothing where it does not say, or
+/// tells of more than anybody could mean.
+std::optional<std::vector<X11Pasteboard::Target>> X11Pasteboard::targets(Deadline deadline)
 {
     const auto list =
         m_reader.convert(m_clipboard, m_connection->atom("TARGETS", deadline), patience, deadline);
-    std::vector<Target> result;
-    if (!list || list->format != 32)
-        return result;
-    std::vector<xcb_atom_t> atoms(
-        std::min(list->bytes.size() / sizeof(xcb_atom_t), maximumTargets));
+    if (!list || list->format != 32 || list->bytes.size() / sizeof(xcb_atom_t) > maximumTargets)
+        return std::nullopt;
+    std::vector<xcb_atom_t> atoms(list->bytes.size() / sizeof(xcb_atom_t));
     if (!atoms.empty())
         std::memcpy(atoms.data(), list->bytes.data(), atoms.size() * sizeof(xcb_atom_t));
+    std::vector<Target> result;
     std::set<xcb_atom_t> seen;
     for (const xcb_atom_t atom : atoms) {
         if (!seen.insert(atom).second)
@@ -91,44 +95,53 @@ std::vector<X11Pasteboard::Target> X11Pasteboard::targets(Deadline deadline)
     return result;
 }
 
-/// The data of `targets`, in their order.
-Pasteboard::Item X11Pasteboard::fetch(const std::vector<Target>& targets, Deadline deadline)
+/// The data of `targets`, in their order: one item.
+Pasteboard::Snapshot X11Pasteboard::fetch(const std::vector<Target>& targets, Deadline deadline)
 {
+    Snapshot snapshot;
     std::map<xcb_atom_t, Representation> fetched;
     std::vector<Target> sorted = targets;
     // Where the time does not suffice, the same text in another coding is the least loss.
-    std::stable_partition(sorted.begin(), sorted.end(),
-                          [](const Target& target) { return !isTextAgain(target.name); });
+    std::stable_sort(sorted.begin(), sorted.end(), [](const Target& one, const Target& other) {
+        return rank(one.name) < rank(other.name);
+    });
     for (const Target& target : sorted) {
-        if (X11Connection::Clock::now() >= deadline)
+        if (X11Connection::Clock::now() >= deadline) {
+            snapshot.isComplete = false;
             break;
+        }
         auto property = m_reader.convert(m_clipboard, target.atom, patience, deadline);
-        if (!property)
+        if (!property) {
+            // What the owner refuses it does not have.
+            snapshot.isComplete = snapshot.isComplete && !m_reader.hasStalled();
             continue;
+        }
         const SelectionForm form = {m_connection->atomName(property->type, deadline),
                                     property->format};
         fetched[target.atom] = {target.name, std::move(property->bytes), form.text()};
     }
-    Item item;
+    Item& item = snapshot.items.emplace_back();
     for (const Target& target : targets) {
         if (const auto found = fetched.find(target.atom); found != fetched.end())
             item.push_back(std::move(found->second));
     }
-    return item;
+    return snapshot;
 }
 
-std::vector<Pasteboard::Item> X11Pasteboard::items(milliseconds limit)
+Pasteboard::Snapshot X11Pasteboard::snapshot(milliseconds limit)
 {
     const Deadline deadline = X11Connection::Clock::now() + limit;
-    if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
-        return {};
-    return {fetch(targets(deadline), deadline)};
+    const auto owner = m_reader.owner(m_clipboard, deadline);
+    if (!owner || *owner == XCB_NONE)
+        return {{}, owner.has_value()};
+    const auto offered = targets(deadline);
+    return offered ? fetch(*offered, deadline) : Snapshot{{{}}, false};
 }
 
 std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
 {
     const Deadline deadline = X11Connection::Clock::now() + limit;
-    if (m_reader.owner(m_clipboard, deadline) == XCB_NONE)
+    if (m_reader.owner(m_clipboard, deadline).value_or(XCB_NONE) == XCB_NONE)
         return std::nullopt;
     return m_reader.text(m_clipboard, limit, deadline);
 }

@@ -12,7 +12,7 @@ public:
     static std::unique_ptr<X11Pasteboard> create();
 
     std::uint64_t changeCount() override { return m_server->changeCount(); }
-    std::vector<Item> items(std::chrono::milliseconds limit) override;
+    Snapshot snapshot(std::chrono::milliseconds limit) override;
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
     void clear() override { m_server->release(); }
     void write(Item item) override { m_server->offer(std::move(item)); }
@@ -30,8 +30,8 @@ private:
 
     X11Pasteboard(std::unique_ptr<X11Connection> connection,
                   std::unique_ptr<SelectionServer> server);
-    std::vector<Target> targets(Deadline deadline);
-    Item fetch(const std::vector<Target>& targets, Deadline deadline);
+    std::optional<std::vector<Target>> targets(Deadline deadline);
+    Snapshot fetch(const std::vector<Target>& targets, Deadline deadline);
 
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<SelectionServer> m_server;
