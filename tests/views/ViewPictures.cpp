@@ -86,6 +86,11 @@ std::vector<Picture> setups()
         {"setup-idle", [](Interface& i) { i.view.setModelState(ModelManager::Idle{}); }},
         {"setup-begun", [](Interface& i) { i.view.setModelState(Downloading{0}); }},
         {"setup-downloading", [](Interface& i) { i.view.setModelState(Downloading{0.57}); }},
+        {"setup-downloading-focus",
+         [](Interface& i) {
+             i.view.setModelState(Downloading{0.57});
+             i.view.takeFocus();
+         }},
         {"setup-failed",
          [](Interface& i) {
              i.view.setModelState(Failed{"The download of the model was interrupted."});
