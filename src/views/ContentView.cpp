@@ -149,8 +149,13 @@ void ContentView::keyPressEvent(QKeyEvent* event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isReturn && isPlain && m_body->currentWidget() == m_main)
+    if (!isReturn || !isPlain)
+        return event->ignore();
+    if (auto* const button = qobject_cast<QPushButton*>(window()->focusWidget())) {
+        // A key that is held down would press what takes the button's place too.
+        if (!event->isAutoRepeat())
+            button->click();
+    } else if (m_body->currentWidget() == m_main) {
         m_main->performDefault();
-    else
-        event->ignore();
+    }
 }

@@ -75,4 +75,19 @@ TEST_F(KeyboardTest, AfterTheFileChooserTheFocusIsOnAControl)
     EXPECT_NE(focusInFront(), "Quit");
 }
 
+TEST_F(KeyboardTest, ReturnOnAButtonOfTheSummaryKeepsTheSummary)
+{
+    launchToRead();
+    show();
+    enter("Some text.");
+    pressButton("Summarize");
+    waitForSummary();
+    press({"Tab", "Tab", "Tab", "Tab", "Tab", "Tab", "Tab"});
+    waitUntilFocused("push button", "Copy Markdown");
+    press({"Return"});
+    waitUntilTold("Markdown copied");
+    EXPECT_EQ(m_clipboard.text(), "- The takeaway.");
+    EXPECT_EQ(summary(), "• The takeaway.");
+}
+
 } // namespace

@@ -225,6 +225,44 @@ TEST_F(FocusTest, AKindThatIsChosenForTheUserTakesItAlong)
     EXPECT_TRUE(static_cast<QAbstractButton*>(QApplication::focusWidget())->isChecked());
 }
 
+TEST_F(FocusTest, ReturnPressesTheButtonThatHasTheFocus)
+{
+    show();
+    state->sourceText = QStringLiteral("A text.");
+    state->output = QStringLiteral("A summary.");
+    settle();
+    button("copyMarkdown").setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(state->toast.get(), QStringLiteral("Markdown copied"));
+    EXPECT_EQ(state->output.get(), QStringLiteral("A summary."));
+    button("useClipboard").setFocus();
+    press(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_TRUE(waitUntil([&] { return clipboardReads == 1; }));
+    button("clear").setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(state->sourceText.get(), QString());
+    EXPECT_FALSE(state->isWorking);
+    button("quit").setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(quits, 1);
+}
+
+TEST_F(FocusTest, AReturnThatIsHeldDownDoesNotPressWhatComesNext)
+{
+    show();
+    state->sourceText = QStringLiteral("A text.");
+    settle();
+    button("summarize").setFocus();
+    press(Qt::Key_Return);
+    ASSERT_EQ(focused(), "stop");
+    QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+    QApplication::sendEvent(QApplication::focusWidget(), &again);
+    settle();
+    EXPECT_TRUE(state->isWorking);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(state->isWorking);
+}
+
 /// The named elements that are shown below `element`, in the order of the tree.
 static void collect(QAccessibleInterface* element, std::vector<QAccessibleInterface*>& elements)
 {
