@@ -124,6 +124,11 @@ std::vector<Picture> tabs()
              i.state.sourceText = article().replace(u'\n', u' ').repeated(100);
              i.state.sourceLabel = QStringLiteral("Clipboard");
          }},
+        {"clipboard-many-lines",
+         [](Interface& i) {
+             i.state.sourceText = QStringLiteral("One of many lines.\n").repeated(5000);
+             i.state.sourceLabel = QStringLiteral("log.txt");
+         }},
         {"clipboard-focus", [](Interface& i) { i.view.takeFocus(); }},
         {"document-empty", [](Interface& i) { i.state.tab = Tab::document; }},
         {"document-filled",
