@@ -394,6 +394,19 @@ TEST_F(ApplicationTest, ItEndsWhenItIsAskedTo)
     }
 }
 
+TEST_F(ApplicationTest, ItEndsAlsoWhereItsInterfaceHangs)
+{
+    QProcess& process = launch();
+    show();
+    m_session.freezeServer();
+    EXPECT_EQ(run({"toggle"}), 1) << "it is not to be had";
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    constexpr int limit = 10'000; // milliseconds, for what takes one second where others work too
+    EXPECT_TRUE(process.waitForFinished(limit));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+}
+
 // On a model that keeps the processors busy.
 using LongRunApplicationTest = ApplicationTest;
 
