@@ -173,7 +173,7 @@ void benchLongPaste(const Theme& theme, const QString& text)
 
 /// The same with the whole interface around it: the state has the text after every key. When the
 /// typing pauses the words are counted, which is a turn of the event loop by itself.
-void benchTyping(const Theme& theme, qsizetype megabytes)
+void benchTyping(const Theme& theme, qsizetype kilobytes)
 {
     AppState state{AppServices{}};
     ContentView view(state, theme, {});
@@ -192,16 +192,18 @@ void benchTyping(const Theme& theme, qsizetype megabytes)
             longest = std::max(longest, Figure::seconds(draw));
         return longest;
     };
-    const QString line = QStringLiteral("The meeting decided on the budget and its schedule.\n");
+    const QString line =
+        QStringLiteral("The meeting decided on the budget and its schedule. It has "
+                       "told nobody of it.\n");
     state.sourceLabel = QStringLiteral("minutes.txt");
-    state.sourceText = line.repeated(megabytes * 1'000'000 / line.size());
+    state.sourceText = line.repeated(kilobytes * 1'000 / line.size());
     draw();
     if (words.text().isEmpty())
         longestTurnUntilCounted();
     auto& editor = *view.findChild<QPlainTextEdit*>();
-    const std::string name = "interface, " + std::to_string(megabytes) + " MB of lines";
+    const std::string name = "interface, " + std::to_string(kilobytes) + " KB of lines";
     printTyping(name, typing(editor, draw));
-    if (megabytes == 1)
+    if (kilobytes <= 1'000)
         return; // so little is counted with every key
     std::vector<double> pauses;
     for (int i = 0; i < 9; ++i) {
@@ -223,9 +225,12 @@ int main(int argc, char** argv)
     const Theme theme({false, false, true, {}});
     benchHostile();
     benchSummary(theme);
-    for (const qsizetype megabytes : {1, 10})
-        benchTyping(theme, megabytes);
+    for (const qsizetype kilobytes : {1'000, 1'400}) // of which more cannot be edited
+        benchTyping(theme, kilobytes);
     const QString prose = QStringLiteral("The meeting decided on the budget and its schedule. ");
+    benchEditor(theme, "10 MB of the shortest lines", QStringLiteral("a\n").repeated(5'000'000));
+    benchEditor(theme, "as many lines as can be edited",
+                QStringLiteral("a\n").repeated(TextEditor::mostLines - 1));
     benchEditor(theme, "10 MB of lines", (prose.repeated(3) + u'\n').repeated(64'000));
     benchEditor(theme, "10 MB of paragraphs", (prose.repeated(40) + u'\n').repeated(4'800));
     // What Qt's layout is slow at: a line is laid out whole.

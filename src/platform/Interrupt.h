@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// Turns the user's wish to stop the program (Ctrl+C, or the session asking it to end) into a call
 /// while it is alive. The second such wish ends the process at once, as without it.
@@ -11,8 +13,11 @@
 class Interrupt
 {
 public:
-    /// `callback` runs once at most, on a thread of its own, and must not block.
-    explicit Interrupt(std::function<void()> callback);
+    /// `callback` runs once at most, on a thread of its own, and must not block. Where the process
+    /// is still alive after `patience` from then, with this not destroyed, it ends at once, with
+    /// the status 0, as if nothing were left to be done.
+    explicit Interrupt(std::function<void()> callback,
+                       std::optional<std::chrono::milliseconds> patience = std::nullopt);
     /// No callback starts after this; one that runs is waited for.
     ~Interrupt();
     Interrupt(const Interrupt&) = delete;

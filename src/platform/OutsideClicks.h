@@ -3,20 +3,25 @@
 #include <functional>
 #include <memory>
 
-/// Presses of the left and the right mouse button anywhere but on this process's windows. Main
-/// thread only.
+/// Clicks of the left and the right mouse button anywhere but on this process's windows, and but on
+/// what only helps to write in them: the candidates of an input method, an on-screen keyboard. A
+/// press that becomes a drag is no click. Main thread only.
 class OutsideClicks
 {
 public:
     virtual ~OutsideClicks() = default;
 
-    /// Presses from now on are not told, until `resume`.
+    /// What is pressed from now on is not told, until `resume`.
     virtual void pause() = 0;
     virtual void resume() = 0;
 
-    /// Has `pressed` called by the event loop upon each; never where the session lets no program
-    /// know.
-    static std::unique_ptr<OutsideClicks> create(std::function<void()> pressed);
+    /// Buttons that are down now, or have been released without it having been told, come to no
+    /// click.
+    virtual void forget() = 0;
+
+    /// Has `clicked` called by the event loop when the button is released; never where the session
+    /// lets no program know.
+    static std::unique_ptr<OutsideClicks> create(std::function<void()> clicked);
 
 protected:
     OutsideClicks() = default;

@@ -4,6 +4,8 @@
 #include "HotKey.h"
 #include "ModelManager.h"
 #include "PopoverPlace.h"
+#include "QuotationMark.h"
+#include "Theme.h"
 
 #include <QCursor>
 #include <QGuiApplication>
@@ -37,6 +39,8 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    drawIcon();
+    connect(&m_theme, &Theme::changed, this, &AppDelegate::drawIcon);
     m_icon = std::make_unique<TrayIcon>(m_theme);
     connect(m_icon.get(), &TrayIcon::clicked, this, &AppDelegate::clickedIcon);
     m_popover = std::make_unique<Popover>(m_makeContent());
@@ -51,9 +55,15 @@ void AppDelegate::applicationDidFinishLaunching()
         m_model.start();
 }
 
+/// Of every window.
+void AppDelegate::drawIcon() const
+{
+    QGuiApplication::setWindowIcon(QuotationMark::icon(m_theme.appearance().isDark));
+}
+
 void AppDelegate::togglePopover()
 {
-    if (m_popover->isOpen())
+    if (isSeen())
         m_popover->dismiss();
     else if (!wasClosedByThisClick())
         showPopover();
@@ -61,6 +71,9 @@ void AppDelegate::togglePopover()
 
 void AppDelegate::showPopover()
 {
+    // A panel may tell of the press on an icon before the button is released.
+    if (!isSeen())
+        m_outsideClicks->forget();
     m_popover->showAt(findPlace());
     m_popover->takeFocus();
 }
@@ -76,12 +89,18 @@ void AppDelegate::clickedIcon()
 
 void AppDelegate::clickedOutside()
 {
-    if (m_popover->isOpen()) {
-        m_popover->dismiss();
+    if (isSeen())
         m_sinceClosed.start();
-    } else {
+    else
         m_sinceClosed.invalidate();
-    }
+    if (m_popover->isOpen())
+        m_popover->dismiss();
+}
+
+/// Rather than open on another workspace.
+bool AppDelegate::isSeen() const
+{
+    return m_popover->isOpen() && m_popover->isHere();
 }
 
 /// A panel of another process tells of a click on our icon, or starts us once more, when the mouse
@@ -123,18 +142,24 @@ void AppDelegate::pauseOutsideClicks()
 
 void AppDelegate::resumeOutsideClicks()
 {
-    if (--m_pauses == 0)
-        m_outsideClicks->resume();
+    if (--m_pauses > 0)
+        return;
+    m_outsideClicks->resume();
+    // Some window managers give the keyboard back to no window that is in no taskbar.
+    if (m_popover->isOpen())
+        m_popover->takeFocus();
 }
 
-bool AppDelegate::hideForCapture()
+bool AppDelegate::hideForCapture(std::optional<std::uint32_t> window)
 {
     const bool isShown = m_popover->isOpen();
+    const bool goes = isShown && (!window || m_popover->covers(*window));
     if (m_captures++ == 0)
         m_isShownAfterCapture = false;
-    m_isShownAfterCapture |= isShown;
-    m_popover->hide();
-    return isShown;
+    m_isShownAfterCapture |= goes;
+    if (goes || !isShown)
+        m_popover->hide(); // also where it is about to
+    return goes;
 }
 
 void AppDelegate::showAfterCapture()

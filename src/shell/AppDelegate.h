@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QPoint>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -33,29 +34,33 @@ public:
     /// Sets everything up, and has the language model downloaded where it is missing.
     void applicationDidFinishLaunching();
 
-    /// Closes the popover where it is shown, else shows it.
+    /// Closes the popover where the user sees it, else shows it.
     void togglePopover();
-    /// Shows the popover where it is not shown, and gives it the keyboard in any case.
+    /// Shows the popover where it is not shown, on the workspace that the user looks at, and gives
+    /// it the keyboard in any case.
     void showPopover();
 
     /// What the hotkey does: summarises what is in front, and then shows the popover.
     void handleHotkey();
 
     /// While a window of another process belongs to the popover, as a file chooser may, clicks
-    /// close nothing. Calls nest.
+    /// close nothing. Then the popover has the keyboard again. Calls nest.
     void pauseOutsideClicks();
     void resumeOutsideClicks();
 
     /// Takes the popover out of the way of a capture, and brings it back where it was shown. Calls
-    /// nest. Returns whether it was shown.
-    bool hideForCapture();
+    /// nest. Returns whether it has gone. It stays where only one `window` is captured that it
+    /// does not cover.
+    bool hideForCapture(std::optional<std::uint32_t> window = std::nullopt);
     void showAfterCapture();
 
 private:
     void clickedIcon();
     void clickedOutside();
+    bool isSeen() const;
     bool wasClosedByThisClick() const;
     QRect findPlace() const;
+    void drawIcon() const;
     QCoro::Task<> runHotkey();
 
     AppState& m_state;

@@ -1,8 +1,8 @@
 #include "Application.h"
 
-#include "CaptureCurtain.h"
 #include "ClipboardOffer.h"
 #include "ContentView.h"
+#include "CurtainedScreenshot.h"
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
@@ -97,8 +97,9 @@ std::string Application::captureText(ScreenGrab::Kind kind)
     const auto windowList = WindowList::create();
     const auto screenshot = Screenshot::create();
     const auto permission = ScreenPermission::create();
+    CurtainedScreenshot curtained(*screenshot, curtain);
     return ScreenGrab::captureText(
-        kind, {*windowList, *screenshot, *permission, [&](const std::filesystem::path& file) {
+        kind, {*windowList, curtained, *permission, [&](const std::filesystem::path& file) {
                    curtain.lift();
                    return OCR::recognize(file);
                }});

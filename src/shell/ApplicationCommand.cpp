@@ -13,6 +13,7 @@
 #include <QNetworkProxyFactory>
 #include <QPixmapCache>
 
+#include <chrono>
 #include <iostream>
 #include <system_error>
 
@@ -124,8 +125,10 @@ int run(const std::string& model)
         throw AppError("There is no display to show Pithwise on. On the command line it works "
                        "without one: see \"pithwise --help\".");
     QuitRequest quitRequest;
+    // Whatever the main thread waits for or is busy with: whoever ends a session does not wait.
+    constexpr std::chrono::milliseconds patience(900);
     // Before Qt starts threads, which would take the signals otherwise.
-    const Interrupt interrupt([&quitRequest] { quitRequest.make(); });
+    const Interrupt interrupt([&quitRequest] { quitRequest.make(); }, patience);
     Arguments arguments;
     const QApplication application(arguments.count, arguments.values);
     // What panels, the accessibility bus and window managers call it.

@@ -10,11 +10,16 @@
 
 CaptureCurtain::CaptureCurtain(std::shared_ptr<MainThreadQueue> queue, AppDelegate& delegate)
     : m_queue(std::move(queue)), m_delegate(delegate)
+{}
+
+void CaptureCurtain::draw(std::optional<std::uint32_t> window)
 {
-    const auto wasShown = std::make_shared<std::promise<bool>>();
-    std::future<bool> answer = wasShown->get_future();
-    m_queue->post(
-        [delegate = &m_delegate, wasShown] { wasShown->set_value(delegate->hideForCapture()); });
+    m_isDrawn = true;
+    const auto hasGone = std::make_shared<std::promise<bool>>();
+    std::future<bool> answer = hasGone->get_future();
+    m_queue->post([delegate = &m_delegate, hasGone, window] {
+        hasGone->set_value(delegate->hideForCapture(window));
+    });
     // The main thread is never busy for so long, but it may have ended.
     constexpr std::chrono::seconds limit(1);
     if (answer.wait_for(limit) != std::future_status::ready || !answer.get())
@@ -26,6 +31,6 @@ CaptureCurtain::CaptureCurtain(std::shared_ptr<MainThreadQueue> queue, AppDelega
 
 void CaptureCurtain::lift()
 {
-    if (!std::exchange(m_isLifted, true))
+    if (std::exchange(m_isDrawn, false))
         m_queue->post([delegate = &m_delegate] { delegate->showAfterCapture(); });
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 class AppDelegate;
 class MainThreadQueue;
@@ -9,18 +11,21 @@ class MainThreadQueue;
 class CaptureCurtain
 {
 public:
-    /// Returns when the popover is gone from the screen. `delegate` is used only by what is in
-    /// `queue`.
+    /// `delegate` is used only by what is in `queue`.
     CaptureCurtain(std::shared_ptr<MainThreadQueue> queue, AppDelegate& delegate);
     ~CaptureCurtain() { lift(); }
     CaptureCurtain(const CaptureCurtain&) = delete;
     CaptureCurtain& operator=(const CaptureCurtain&) = delete;
 
-    /// Brings the popover back, where it was shown, at the first call.
+    /// Returns when the popover is gone from the screen. For a picture of one `window` it stays
+    /// where it does not cover that. At most once.
+    void draw(std::optional<std::uint32_t> window = std::nullopt);
+
+    /// Brings the popover back, where it has gone, at the first call.
     void lift();
 
 private:
     const std::shared_ptr<MainThreadQueue> m_queue;
     AppDelegate& m_delegate;
-    bool m_isLifted = false;
+    bool m_isDrawn = false;
 };

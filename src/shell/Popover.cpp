@@ -2,6 +2,7 @@
 
 #include "AccessibleRole.h"
 #include "Desktop.h"
+#include "OwnWindow.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -40,6 +41,7 @@ void Popover::showAt(const QRect& area)
     layout()->setContentsMargins(border, border, border, border);
     setGeometry(area.marginsAdded({m_shadow, m_shadow, m_shadow, m_shadow}));
     layout()->activate();
+    OwnWindow::keepOffLists(winId());
     show();
     windowHandle()->installEventFilter(this); // again has no effect
 }
@@ -83,8 +85,19 @@ static void makeActive(QWidget* window)
 }
 QT_WARNING_POP
 
+bool Popover::isHere() const
+{
+    return OwnWindow::isHere(internalWinId());
+}
+
+bool Popover::covers(std::uint32_t window) const
+{
+    return OwnWindow::covers(internalWinId(), window);
+}
+
 void Popover::takeFocus()
 {
+    OwnWindow::bringHere(winId());
     raise();
     activateWindow();
     // Qt takes a moment to notice that a hidden window has lost the focus, and does not notice that

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include <cstdint>
 #include <memory>
 
 /// The window that holds the whole interface. It has no frame of the window manager's, stays above
@@ -27,7 +28,13 @@ public:
     /// Hides it once the window manager has taken it in, which may be a moment after showAt().
     void dismiss();
 
-    /// Brings it to the front with the keyboard.
+    /// Whether it is on the workspace that the user looks at.
+    bool isHere() const;
+
+    /// Whether a picture of a window of another process would show it.
+    bool covers(std::uint32_t window) const;
+
+    /// Brings it to the front with the keyboard, on the workspace that the user looks at.
     void takeFocus();
 
 protected:

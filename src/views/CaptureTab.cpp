@@ -1,6 +1,7 @@
 #include "CaptureTab.h"
 
 #include "AppState.h"
+#include "Focus.h"
 #include "PushButton.h"
 #include "SentenceLabel.h"
 
@@ -79,6 +80,8 @@ void CaptureTab::disableButtons()
     QWidget* const focused = window()->focusWidget();
     m_focused = m_buttons->isAncestorOf(focused) ? focused : nullptr;
     m_buttons->setEnabled(false);
+    if (m_focused)
+        focusNextChild();
     m_heir = window()->focusWidget();
 }
 
@@ -86,6 +89,17 @@ void CaptureTab::disableButtons()
 void CaptureTab::enableButtons()
 {
     m_buttons->setEnabled(true);
-    if (m_focused && window()->focusWidget() == m_heir)
+    if (m_focused && isWithHeir())
         m_focused->setFocus();
+    else if (isVisibleTo(window()) && Focus::isLost(*this))
+        focusNextChild();
+}
+
+bool CaptureTab::isWithHeir() const
+{
+    const QWidget* const focused = window()->focusWidget();
+    if (focused == m_heir)
+        return true;
+    // The heir is Stop, and Summarize takes its place beside the source.
+    return m_heir && focused && focused->parentWidget() == m_heir->parentWidget();
 }

@@ -20,6 +20,7 @@ protected:
 private:
     void disableButtons();
     void enableButtons();
+    bool isWithHeir() const;
 
     QWidget* m_buttons;
     QPointer<QWidget> m_focused; // the button that has lost the focus because it was disabled

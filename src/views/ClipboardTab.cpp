@@ -1,6 +1,7 @@
 #include "ClipboardTab.h"
 
 #include "AppState.h"
+#include "Focus.h"
 #include "PushButton.h"
 #include "TextEditor.h"
 
@@ -12,12 +13,11 @@ static constexpr int spacing = 6;
 static constexpr int buttonSpacing = 8;
 
 ClipboardTab::ClipboardTab(AppState& state, const Theme& theme, QWidget* parent)
-    : StateView(state, parent),
-      m_editor(new TextEditor(theme, this)),
-      m_clear(new PushButton(theme, QStringLiteral("Clear"), ControlSize::regular, this))
+    : StateView(state, parent), m_editor(new TextEditor(theme, this))
 {
     auto* const use =
         new PushButton(theme, QStringLiteral("Use Clipboard"), ControlSize::regular, this);
+    m_clear = new PushButton(theme, QStringLiteral("Clear"), ControlSize::regular, this);
     use->setObjectName(QStringLiteral("useClipboard"));
     use->setSymbol(Symbol::clipboard);
     m_clear->setObjectName(QStringLiteral("clear"));
@@ -25,7 +25,6 @@ ClipboardTab::ClipboardTab(AppState& state, const Theme& theme, QWidget* parent)
     m_editor->setPlaceholder(QStringLiteral("Paste or type text here…"));
     m_editor->setEditorName(QStringLiteral("Text to summarize"));
     setFocusProxy(m_editor);
-    setTabOrder(use, m_clear);
 
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -83,7 +82,7 @@ void ClipboardTab::labelSource()
 void ClipboardTab::clear()
 {
     // It is about to be disabled, and would hand the focus to what comes next.
-    if (m_clear->hasFocus())
+    if (Focus::isIn(*m_clear))
         m_editor->setFocus();
     state().sourceText = QString();
     state().sourceLabel = QString();

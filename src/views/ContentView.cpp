@@ -1,6 +1,7 @@
 #include "ContentView.h"
 
 #include "Divider.h"
+#include "Focus.h"
 #include "FocusRing.h"
 #include "Label.h"
 #include "LinkButton.h"
@@ -70,9 +71,6 @@ QLayout* ContentView::makeHeader(const Theme& theme)
 
 QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>& quit)
 {
-    auto* const button = new LinkButton(theme, QStringLiteral("Quit"), this);
-    button->setObjectName(QStringLiteral("quit"));
-    connect(button, &QPushButton::clicked, this, quit);
     auto* const row = new QHBoxLayout;
     // The text of the button, not what a click may miss it by, ends at the padding.
     row->setContentsMargins(sidePadding, footerPadding, sidePadding - LinkButton::padding,
@@ -80,6 +78,9 @@ QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>
     row->addWidget(new Label(theme, TextStyle::smallCaption, ColorRole::secondary,
                              QStringLiteral("Hotkey: ⌃⌥S  ·  captures selection or window"), this));
     row->addStretch();
+    auto* const button = new LinkButton(theme, QStringLiteral("Quit"), this);
+    button->setObjectName(QStringLiteral("quit"));
+    connect(button, &QPushButton::clicked, this, quit);
     row->addWidget(button);
     return row;
 }
@@ -95,7 +96,7 @@ void ContentView::setModelState(const ModelManager::State& state)
                                : m_setup;
     const bool isAnother = shown != m_body->currentWidget();
     m_body->setCurrentWidget(shown);
-    if (hadFocus && (isAnother || window()->focusWidget() == nullptr))
+    if (hadFocus && (isAnother || Focus::isLost(*this)))
         takeFocus();
 }
 
@@ -118,8 +119,29 @@ void ContentView::takeFocus()
 /// Where the user has left the focus, else where it is of most use.
 void ContentView::showEvent(QShowEvent*)
 {
-    if (window()->focusWidget() == nullptr)
+    if (Focus::isLost(*this))
         takeFocus();
+}
+
+bool ContentView::event(QEvent* event)
+{
+    // What had the focus may have gone since. Qt is about to give it to whatever comes next.
+    if (event->type() == QEvent::WindowActivate && Focus::isLost(*this))
+        takeFocus();
+    return QWidget::event(event);
+}
+
+/// Tab, and also Qt's way to take the focus from what is hidden or disabled. What comes next then
+/// may be Quit, where the next key ends the program.
+bool ContentView::focusNextPrevChild(bool next)
+{
+    if (!Focus::isLost(*this))
+        return QWidget::focusNextPrevChild(next);
+    if (m_body->currentWidget() == m_main)
+        m_main->replaceFocus();
+    else
+        takeFocus();
+    return true;
 }
 
 /// Of keys that nothing inside has a use for.
@@ -127,8 +149,13 @@ void ContentView::keyPressEvent(QKeyEvent* event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (isReturn && isPlain && m_body->currentWidget() == m_main)
+    if (!isReturn || !isPlain)
+        return event->ignore();
+    if (auto* const button = qobject_cast<QPushButton*>(window()->focusWidget())) {
+        // A key that is held down would press what takes the button's place too.
+        if (!event->isAutoRepeat())
+            button->click();
+    } else if (m_body->currentWidget() == m_main) {
         m_main->performDefault();
-    else
-        event->ignore();
+    }
 }

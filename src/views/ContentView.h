@@ -38,7 +38,8 @@ public:
     /// outlives this view.
     void follow(ModelManager& models);
 
-    /// Gives the focus to what the user most likely wants first, as happens when it is first shown.
+    /// Gives the focus to what the user most likely wants first, as happens when it is first shown,
+    /// and whenever what had the focus meanwhile cannot have it any more.
     void takeFocus();
 
     /// What it is drawn for; it can do with less height.
@@ -51,8 +52,10 @@ signals:
     void chooserClosed();
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     QLayout* makeHeader(const Theme& theme);

@@ -17,11 +17,6 @@ DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
 {
     auto* const zone = new DropZone(theme, this);
     zone->setObjectName(QStringLiteral("dropZone"));
-    auto* const choose =
-        new PushButton(theme, QStringLiteral("Choose File…"), ControlSize::regular, zone);
-    choose->setObjectName(QStringLiteral("chooseFile"));
-    setFocusProxy(choose);
-
     auto* const fill = new QVBoxLayout(this);
     fill->setContentsMargins(0, 0, 0, 0);
     fill->addWidget(zone);
@@ -35,6 +30,10 @@ DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
     column->addWidget(new Label(theme, TextStyle::callout, ColorRole::label,
                                 QStringLiteral("Drop a PDF, TXT, DOCX, RTF or image here"), zone),
                       0, Qt::AlignHCenter);
+    auto* const choose =
+        new PushButton(theme, QStringLiteral("Choose File…"), ControlSize::regular, zone);
+    choose->setObjectName(QStringLiteral("chooseFile"));
+    setFocusProxy(choose);
     column->addWidget(choose, 0, Qt::AlignHCenter);
     column->addStretch();
 

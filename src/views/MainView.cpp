@@ -4,6 +4,7 @@
 #include "CaptureTab.h"
 #include "ClipboardTab.h"
 #include "DocumentTab.h"
+#include "Focus.h"
 #include "OneLineLabel.h"
 #include "OutputPanel.h"
 #include "PushButton.h"
@@ -121,6 +122,8 @@ void MainView::addControls(QVBoxLayout& column, const Theme& theme)
 QWidget* MainView::makeLengthRow(const Theme& theme)
 {
     auto* const row = new QWidget(this);
+    auto* const title =
+        new Label(theme, TextStyle::caption, ColorRole::secondary, QStringLiteral("Length"), row);
     m_length = new StopSlider(theme, row);
     m_length->setObjectName(QStringLiteral("length"));
     m_length->setAccessibleName(QStringLiteral("Length"));
@@ -134,8 +137,7 @@ QWidget* MainView::makeLengthRow(const Theme& theme)
     auto* const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(controlSpacing);
-    layout->addWidget(
-        new Label(theme, TextStyle::caption, ColorRole::secondary, QStringLiteral("Length"), row));
+    layout->addWidget(title);
     layout->addWidget(m_length, 1);
     layout->addWidget(m_lengthLabel);
     return row;
@@ -168,6 +170,7 @@ QWidget* MainView::makeActionRow(const Theme& theme)
 void MainView::refresh()
 {
     const int tab = indexOf(AppState::allTabs, state().tab.get());
+    const bool hadTabFocus = Focus::isIn(*m_pages);
     m_tabs->setIndex(tab);
     m_pages->setCurrentIndex(tab);
     m_modes->setIndex(indexOf(allSummaryModes, state().mode.get()));
@@ -178,6 +181,8 @@ void MainView::refresh()
     if (m_length->accessibleDescription() != lengthText) // which would be told again
         m_length->setAccessibleDescription(lengthText);
     showActions();
+    if (hadTabFocus && Focus::isLost(*this))
+        takeFocus(); // the other tab could not have it
     if (state().mode != m_knownMode || state().length != m_knownLength) {
         m_knownMode = state().mode;
         m_knownLength = state().length;
@@ -215,7 +220,7 @@ void MainView::showActions()
     m_summarize->setEnabled(!state().sourceText->isEmpty());
     QWidget* const shown = isWorking ? m_stop : m_summarize;
     QWidget* const hidden = isWorking ? m_summarize : m_stop;
-    const bool wasFocused = hidden->hasFocus();
+    const bool wasFocused = Focus::isIn(*hidden);
     shown->show();
     if (wasFocused)
         shown->setFocus();
@@ -238,5 +243,19 @@ void MainView::performDefault()
 
 void MainView::takeFocus()
 {
-    m_pages->currentWidget()->setFocus(Qt::OtherFocusReason);
+    for (QWidget* widget : {m_pages->currentWidget()->focusProxy(), static_cast<QWidget*>(m_stop),
+                            static_cast<QWidget*>(m_summarize)}) {
+        while (widget->focusProxy())
+            widget = widget->focusProxy();
+        if (widget->isEnabled() && widget->isVisibleTo(this))
+            return widget->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void MainView::replaceFocus()
+{
+    if (m_stop->isHidden())
+        takeFocus();
+    else
+        m_stop->setFocus(Qt::OtherFocusReason);
 }

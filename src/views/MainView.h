@@ -26,8 +26,12 @@ public:
     /// What Return does wherever it has no use of its own.
     void performDefault();
 
-    /// Gives the focus to what the present tab begins with.
+    /// Gives the focus to what the present tab begins with, else to Stop or Summarize.
     void takeFocus();
+
+    /// Gives the focus to what is of use in place of a control that has gone: Stop during a run,
+    /// which ends it, else as `takeFocus`.
+    void replaceFocus();
 
 signals:
     /// The file chooser is on the screen between these two.

@@ -1,6 +1,7 @@
 #include "ModelSetupView.h"
 
 #include "Announcement.h"
+#include "Focus.h"
 #include "FocusRing.h"
 #include "Label.h"
 #include "MessageView.h"
@@ -39,7 +40,6 @@ ModelSetupView::ModelSetupView(const Theme& theme, QWidget* parent) : QWidget(pa
     addProgress(theme);
     addFailure(theme);
     column->addStretch();
-    setFocusProxy(m_button);
     setState(ModelManager::Idle{});
 }
 
@@ -50,6 +50,8 @@ void ModelSetupView::addProgress(const Theme& theme)
     m_bar = new ProgressBar(theme, m_progress);
     m_bar->setObjectName(QStringLiteral("downloadBar"));
     m_bar->setAccessibleName(QStringLiteral("Download of the model"));
+    m_bar->setFocusPolicy(Qt::TabFocus); // else all that could have the focus would quit
+    FocusRing::outline(*m_bar, *m_bar, ringRadius);
     m_percentage = new Label(theme, TextStyle::caption, ColorRole::secondary, {}, m_progress);
     m_percentage->setObjectName(QStringLiteral("percentage"));
     m_percentage->setAlignment(Qt::AlignCenter);
@@ -78,6 +80,21 @@ void ModelSetupView::addFailure(const Theme& theme)
     connect(m_button, &QPushButton::clicked, this, &ModelSetupView::startRequested);
 }
 
+void ModelSetupView::showParts(bool isDownloading, bool isFailed)
+{
+    const bool hadFocus = Focus::isIn(*this);
+    const bool isReading = isFailed && Focus::isIn(*m_message);
+    QWidget* const shown = isDownloading ? m_progress : m_button;
+    QWidget* const hidden = isDownloading ? static_cast<QWidget*>(m_button) : m_progress;
+    setFocusProxy(isDownloading ? static_cast<QWidget*>(m_bar) : m_button);
+    shown->show();
+    // First, because what is hidden hands the focus to what comes next, which quits.
+    if (hadFocus && !isReading)
+        setFocus(Qt::OtherFocusReason);
+    hidden->hide();
+    m_message->setVisible(isFailed);
+}
+
 void ModelSetupView::setState(const ModelManager::State& state)
 {
     const auto* const downloading = std::get_if<ModelManager::Downloading>(&state);
@@ -88,13 +105,8 @@ void ModelSetupView::setState(const ModelManager::State& state)
         const int percent = static_cast<int>(downloading->progress * 100);
         m_percentage->setText(QStringLiteral("%1%").arg(percent));
     }
-    // Hidden, it would hand the focus to what comes next, which quits.
-    if (downloading && m_button->hasFocus())
-        m_button->clearFocus();
-    m_progress->setVisible(downloading);
-    m_message->setVisible(failed);
-    m_button->setVisible(!downloading);
     m_button->setText(failed ? QStringLiteral("Retry") : QStringLiteral("Download model"));
+    showParts(downloading, failed);
     if (failed) {
         const QString message = QString::fromStdString(failed->message);
         m_message->setMessage(message);

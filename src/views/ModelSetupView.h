@@ -27,6 +27,7 @@ signals:
 private:
     void addProgress(const Theme& theme);
     void addFailure(const Theme& theme);
+    void showParts(bool isDownloading, bool isFailed);
 
     ProgressBar* m_bar;
     Label* m_percentage;

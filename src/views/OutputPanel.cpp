@@ -2,6 +2,7 @@
 
 #include "Announcement.h"
 #include "AppState.h"
+#include "Focus.h"
 #include "FocusRing.h"
 #include "FramedArea.h"
 #include "MessageView.h"
@@ -123,9 +124,26 @@ QWidget* OutputPanel::makeActions(const Theme& theme)
 void OutputPanel::refresh()
 {
     showContent();
-    m_actions->setEnabled(!state().output->isEmpty() && !state().isWorking);
+    enableActions();
     showNews();
     tellNews();
+}
+
+/// What has been told of work that goes on may have been lost with the window, which is away while
+/// the screen is captured.
+void OutputPanel::showEvent(QShowEvent*)
+{
+    m_toldStatus.clear();
+    tellNews();
+}
+
+void OutputPanel::enableActions()
+{
+    const bool isEnabled = !state().output->isEmpty() && !state().isWorking;
+    const bool hadFocus = Focus::isIn(*m_actions);
+    m_actions->setEnabled(isEnabled);
+    if (hadFocus && !isEnabled)
+        focusNextChild();
 }
 
 void OutputPanel::showContent()
@@ -149,7 +167,10 @@ void OutputPanel::showContent()
         page = m_progress;
     else if (output.isEmpty())
         page = m_placeholder;
+    const bool hadFocus = Focus::isIn(*m_pages->currentWidget());
     m_pages->setCurrentWidget(page);
+    if (hadFocus && Focus::isLost(*this))
+        focusNextChild();
 
     if (error && isNewError) {
         m_error->setAccessibleName(*error);

@@ -20,12 +20,14 @@ public:
 
 protected:
     void refresh() final;
+    void showEvent(QShowEvent* event) override;
 
 private:
     FramedArea* makeFrame(const Theme& theme, SummaryView::OpenLink openLink);
     QWidget* makeProgress(const Theme& theme);
     QWidget* makeActions(const Theme& theme);
     void showContent();
+    void enableActions();
     void showNews();
     void tellNews();
 

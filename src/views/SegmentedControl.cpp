@@ -3,6 +3,7 @@
 #include "AccessibleRole.h"
 #include "Drawing.h"
 #include "Fade.h"
+#include "Focus.h"
 #include "FocusRing.h"
 #include "Segment.h"
 #include "Theme.h"
@@ -49,7 +50,10 @@ void SegmentedControl::choose(int index)
     if (index == m_index)
         return;
     m_index = index;
+    const bool hadFocus = Focus::isIn(*this);
     updateTabStop();
+    if (hadFocus)
+        setFocus();
     m_pill->moveTo(index);
     emit indexChanged(index);
 }

@@ -1,5 +1,6 @@
 #include "TextEditor.h"
 
+#include "Divider.h"
 #include "FocusRing.h"
 #include "Label.h"
 #include "ScrollBar.h"
@@ -37,27 +38,60 @@ QChar plain(QChar character)
     }
 }
 
-/// The length of the longest line; line feeds and carriage returns end one.
-qsizetype longestLine(QStringView text)
+/// Counts what makes the layout of a text slow, character by character.
+class Layout
 {
-    qsizetype longest = 0;
-    auto begin = text.begin();
-    while (true) {
-        const auto end = std::find_if(begin, text.end(), [](QChar character) {
-            return character == u'\n' || character == u'\r';
-        });
-        longest = std::max<qsizetype>(longest, end - begin);
-        if (end == text.end())
-            return longest;
-        begin = end + 1;
+public:
+    /// Whether there may be `character` too.
+    bool takes(QChar character)
+    {
+        const bool endsLine = plain(character) == u'\n' || character == u'\r';
+        m_lines += endsLine ? 1 : 0;
+        // A line separator does not end what Qt lays out as a whole.
+        m_inLine = endsLine && character != QChar::LineSeparator ? 0 : m_inLine + 1;
+        if (!character.isHighSurrogate()) // else the other half tells
+            m_marks = isMark(character) ? m_marks + 1 : 0;
+        m_last = character;
+        return m_lines <= TextEditor::mostLines && m_inLine <= TextEditor::mostInLine &&
+               m_marks <= TextEditor::mostMarks;
     }
+
+private:
+    bool isMark(QChar character) const
+    {
+        constexpr char16_t firstMark = 0x0300;
+        if (character < firstMark)
+            return false;
+        const bool isHalf = character.isLowSurrogate() && m_last.isHighSurrogate();
+        return isHalf ? QChar::isMark(QChar::surrogateToUcs4(m_last, character))
+                      : character.isMark();
+    }
+
+    qsizetype m_lines = 1;
+    qsizetype m_inLine = 0;
+    qsizetype m_marks = 0;
+    QChar m_last;
+};
+
+/// Whether the whole of `text` may be laid out. Looks no further than it has to.
+bool isSmall(QStringView text)
+{
+    Layout layout;
+    return text.size() <= TextEditor::mostCharacters &&
+           std::all_of(text.begin(), text.end(),
+                       [&layout](QChar character) { return layout.takes(character); });
 }
 
-/// As much of `text` as may be one line, without half a character at the end.
+/// As much of `text` as may be one line, or less where more would be slow, without half a character
+/// at the end.
 QString beginning(const QString& text)
 {
-    const bool isHalved = text.at(TextEditor::mostInLine - 1).isHighSurrogate();
-    return text.first(TextEditor::mostInLine - (isHalved ? 1 : 0));
+    Layout layout;
+    qsizetype size = 0;
+    while (size < std::min(text.size(), TextEditor::mostInLine) && layout.takes(text.at(size)))
+        ++size;
+    const bool isHalved = size > 0 && text.at(size - 1).isHighSurrogate();
+    return text.first(size - (isHalved ? 1 : 0));
 }
 
 /// Asks before it puts in text that is pasted or dropped.
@@ -85,10 +119,11 @@ private:
 TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     : FramedArea(theme, parent),
       m_theme(theme),
-      m_editor(new Editor([this](const QString& pasted) { return insertLong(pasted); }, this)),
+      m_editor(new Editor([this](const QString& pasted) { return insertLarge(pasted); }, this)),
+      m_divider(new Divider(theme, this)),
       m_note(new Label(theme, TextStyle::caption, ColorRole::secondary,
-                       QStringLiteral("A line is too long to edit here: the text is kept whole, "
-                                      "but shown in part."),
+                       QStringLiteral("Too long to edit here: the beginning is shown, the whole "
+                                      "text is kept."),
                        this))
 {
     m_editor->setObjectName(QStringLiteral("editor"));
@@ -104,9 +139,11 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     layout->setContentsMargins(padding, padding, padding, padding);
     layout->setSpacing(padding);
     layout->addWidget(m_editor);
+    layout->addWidget(m_divider);
     layout->addWidget(m_note);
     m_note->setObjectName(QStringLiteral("editorNote"));
     m_note->setIndent(documentMargin);
+    m_divider->hide();
     m_note->hide();
     follow();
     connect(&theme, &Theme::changed, this, &TextEditor::follow);
@@ -163,8 +200,9 @@ void TextEditor::setText(const QString& text)
 
 void TextEditor::showText(const QString& text)
 {
-    m_isShownInPart = longestLine(text) > mostInLine;
+    m_isShownInPart = !isSmall(text);
     m_editor->setReadOnly(m_isShownInPart);
+    m_divider->setVisible(m_isShownInPart);
     m_note->setVisible(m_isShownInPart);
     m_editor->setAccessibleDescription(m_isShownInPart ? m_note->text() : QString());
     m_textBefore = QString();
@@ -178,19 +216,14 @@ void TextEditor::showText(const QString& text)
     }
 }
 
-/// Puts in text that makes a line too long, and says whether it was so.
-bool TextEditor::insertLong(const QString& pasted)
+/// Puts in text that makes it too large, and says whether it was so.
+bool TextEditor::insertLarge(const QString& pasted)
 {
     const QTextCursor cursor = m_editor->textCursor();
-    const QTextDocument& document = *m_editor->document();
-    const int begin = cursor.selectionStart();
-    const int end = cursor.selectionEnd();
-    const int around = document.findBlock(begin).length() + document.findBlock(end).length();
-    if (longestLine(pasted) + around <= mostInLine)
-        return false;
     const QString text = this->text();
-    const QString whole = text.first(begin) + pasted + text.sliced(end);
-    if (longestLine(whole) <= mostInLine)
+    const QString whole =
+        text.first(cursor.selectionStart()) + pasted + text.sliced(cursor.selectionEnd());
+    if (isSmall(whole))
         return false;
     showText(whole);
     return true;

@@ -1,6 +1,7 @@
 #include "WebTab.h"
 
 #include "AppState.h"
+#include "Focus.h"
 #include "Label.h"
 #include "PushButton.h"
 #include "TextField.h"
@@ -64,7 +65,7 @@ void WebTab::refresh()
     }
     const bool isEnabled = isFilled(address) && !state().isWorking;
     // Disabled, it would hand the focus to what comes next.
-    if (!isEnabled && m_fetch->hasFocus())
+    if (!isEnabled && Focus::isIn(*m_fetch))
         m_address->setFocus();
     m_fetch->setEnabled(isEnabled);
 }

@@ -138,7 +138,8 @@ TEST_F(AccessibilityTest, EveryControlOfTheSetupHasAName)
     const ScreenReader::Node bar = m_reader.find("progress bar", "Download of the model");
     m_session.waitUntil("half of the model", [&] { return m_reader.value(bar) == 50; });
     m_reader.find("label", "50%");
-    EXPECT_THAT(namesOfControls(), ElementsAreArray({"push button: Quit"}));
+    EXPECT_THAT(namesOfControls(),
+                ElementsAreArray({"progress bar: Download of the model", "push button: Quit"}));
     server.setAnswer("/model", {.status = 404});
     server.release();
 }
@@ -219,6 +220,41 @@ TEST_F(AccessibilityTest, TheStatusIsTold)
     waitUntilTold("Summarizing…");
     m_reader.perform(m_reader.find("push button", "Stop"), "Press");
     m_reader.find("push button", "Summarize");
+}
+
+TEST_F(AccessibilityTest, WhatIsReadOffTheScreenIsToldWhenThePopoverIsBack)
+{
+    launchToRead();
+    show();
+    choose("Capture");
+    const std::uint32_t shown = popover();
+    m_reader.forgetEvents();
+    pressButton("Full Screen");
+    const std::string status = "Capturing and reading text…";
+    // Away for the picture, with whatever has been told in it.
+    m_session.waitUntil("the popover to come back", [&] {
+        QCoreApplication::processEvents();
+        const auto& events = m_reader.events();
+        const auto back = std::find_if(events.begin(), events.end(), [](const auto& event) {
+            return event.kind == "StateChanged showing" && event.value == 0 &&
+                   event.source.role == "frame";
+        });
+        return back != events.end() && popover() == shown;
+    });
+    m_session.waitUntil("the status to be told then", [&] {
+        QCoreApplication::processEvents();
+        bool isBack = false;
+        bool isTold = false;
+        for (const ScreenReader::Event& event : m_reader.events()) {
+            if (event.kind != "StateChanged showing")
+                continue;
+            if (event.source.role == "frame")
+                isBack = event.value == 1;
+            isTold |= isBack && event.value == 1 && event.source.role == "notification" &&
+                      event.source.name == status;
+        }
+        return isTold;
+    });
 }
 
 TEST_F(AccessibilityTest, AnErrorIsTold)

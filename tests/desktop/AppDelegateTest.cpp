@@ -7,10 +7,12 @@
 #include "ModelManager.h"
 #include "OutsideClicks.h"
 #include "SelectionFixture.h"
+#include "TestWindow.h"
 #include "Theme.h"
 
 #include <QCoroFuture>
 #include <QPromise>
+#include <QWindow>
 
 #include <filesystem>
 #include <fstream>
@@ -190,6 +192,25 @@ TEST_F(AppDelegateTest, ThePopoverIsAwayDuringACaptureAndBackAfterIt)
     EXPECT_TRUE(popover().isVisible());
 }
 
+TEST_F(AppDelegateTest, ThePopoverStaysDuringACaptureOfAWindowThatItDoesNotCover)
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_delegate.showPopover();
+    waitFor("the popover", [this] { return popover().windowHandle()->isExposed(); });
+    const QRect area = popover().geometry();
+    TestWindow beside(m_session, {20, 600, 200, 200});
+    TestWindow below(m_session, {area.left() - 100, area.top() + 100, 200, 200});
+    for (TestWindow* window : {&beside, &below})
+        window->show();
+    EXPECT_FALSE(m_delegate.hideForCapture(beside.id()));
+    EXPECT_TRUE(popover().isVisible());
+    EXPECT_TRUE(m_delegate.hideForCapture(below.id()));
+    EXPECT_FALSE(popover().isVisible());
+    m_delegate.showAfterCapture();
+    m_delegate.showAfterCapture();
+    EXPECT_TRUE(popover().isVisible());
+}
+
 TEST_F(AppDelegateTest, APopoverThatWasNotShownStaysAwayAfterACapture)
 {
     m_delegate.applicationDidFinishLaunching();
@@ -207,6 +228,7 @@ TEST_F(AppDelegateTest, ACurtainHidesThePopoverFromAnotherThread)
     std::atomic<bool> isDrawn = false;
     std::thread thread([&] {
         CaptureCurtain curtain(queue, m_delegate);
+        curtain.draw();
         isDrawn = true;
         drawn.get_future().wait();
     });
@@ -224,7 +246,10 @@ TEST_F(AppDelegateTest, ACurtainDoesNotWaitForAProgramThatEnds)
     const auto queue = MainThreadQueue::create();
     queue->close();
     // Nobody is going to answer it.
-    std::thread([&] { const CaptureCurtain curtain(queue, m_delegate); }).join();
+    std::thread([&] {
+        CaptureCurtain curtain(queue, m_delegate);
+        curtain.draw();
+    }).join();
 }
 
 TEST_F(AppDelegateTest, ClicksCloseNothingWhileAChooserIsOpen)

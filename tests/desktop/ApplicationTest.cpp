@@ -7,8 +7,47 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace {
+
+/// Whether a window of another program goes from the screen, for however short a time.
+class HideWatch
+{
+public:
+    HideWatch(DesktopSession& session, xcb_window_t window)
+        : m_connection(xcb_connect(session.display().constData(), nullptr))
+    {
+        const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(m_connection, window, XCB_CW_EVENT_MASK, &events);
+        sync();
+    }
+    ~HideWatch() { xcb_disconnect(m_connection); }
+    HideWatch(const HideWatch&) = delete;
+    HideWatch& operator=(const HideWatch&) = delete;
+
+    bool wasHidden()
+    {
+        sync();
+        while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection)) {
+            constexpr int sent = 0x80; // by a program rather than the server
+            m_wasHidden |= (event->response_type & ~sent) == XCB_UNMAP_NOTIFY;
+            std::free(event);
+        }
+        return m_wasHidden;
+    }
+
+private:
+    /// Returns once the server has done and told all that it has been asked for.
+    void sync()
+    {
+        std::free(
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
+    }
+
+    xcb_connection_t* m_connection;
+    bool m_wasHidden = false;
+};
 
 class ApplicationTest : public ApplicationFixture
 {
@@ -84,6 +123,82 @@ TEST_F(ApplicationTest, ARightClickInAnotherApplicationCloses)
     show();
     click(foreign.topLeft() + QPoint(20, 20), 3);
     waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, AnUnmanagedWindowThatHelpsToWriteMayBeClicked)
+{
+    launch();
+    TestWindow candidates(m_session, {100, 700, 300, 100}); // of an input method
+    candidates.makeUnmanaged();
+    candidates.show();
+    show();
+    click({200, 750});
+    expectStillShown();
+}
+
+TEST_F(ApplicationTest, OnAnotherWorkspaceToggleShowsItThere)
+{
+    launch();
+    show();
+    const std::uint32_t shown = popover();
+    for (const int workspace : {1, 0}) {
+        m_session.xdotool({"set_desktop", QString::number(workspace)});
+        waitUntilHidden();
+        toggle();
+        waitUntilShown();
+        waitUntilInFront(shown);
+        EXPECT_EQ(m_session.xdotool({"get_desktop"}).trimmed().toInt(), workspace);
+        EXPECT_EQ(
+            m_session.xdotool({"get_desktop_for_window", QString::number(shown)}).trimmed().toInt(),
+            workspace);
+    }
+    toggle();
+    waitUntilHidden();
+}
+
+TEST_F(ApplicationTest, TheHotkeyOnAnotherWorkspaceShowsItThere)
+{
+    launch();
+    show();
+    const std::uint32_t shown = popover();
+    m_session.xdotool({"set_desktop", "1"});
+    waitUntilHidden();
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilShown();
+    waitUntilInFront(shown);
+    EXPECT_EQ(m_session.xdotool({"get_desktop"}).trimmed(), "1");
+}
+
+TEST_F(ApplicationTest, ItIsInNoTaskbarOrPagerAndHasTheProgramsIcon)
+{
+    launch();
+    for (int i = 0; i < 2; ++i) {
+        show();
+        const QByteArray state = m_session.property(popover(), "_NET_WM_STATE");
+        for (const char* expected : {"SKIP_TASKBAR", "SKIP_PAGER", "ABOVE"})
+            EXPECT_TRUE(state.contains(expected)) << expected << " in " << state.toStdString();
+        EXPECT_FALSE(m_session.property(popover(), "_NET_WM_ICON").contains("not found"));
+        toggle();
+        waitUntilHidden();
+    }
+}
+
+TEST_F(ApplicationTest, TheHotkeyDoesNotHideAPopoverThatIsInNobodysWay)
+{
+    launch();
+    show();
+    const std::uint32_t shown = popover();
+    const QRect area = areaOf(shown);
+    TestWindow window(m_session, {20, 300, 400, 300}); // with nothing to select or to read
+    window.show();
+    ASSERT_FALSE(area.intersects(areaOf(window.id())));
+    m_session.xdotool({"windowactivate", QString::number(window.id())});
+    waitUntilInFront(window.id());
+    HideWatch watch(m_session, shown);
+    m_session.xdotool({"key", "ctrl+alt+s"});
+    waitUntilInFront(shown);
+    ASSERT_TRUE(isAnswering());
+    EXPECT_FALSE(watch.wasHidden());
 }
 
 TEST_F(ApplicationTest, AClickOnTheEmptyDesktopCloses)
@@ -277,6 +392,19 @@ TEST_F(ApplicationTest, ItEndsWhenItIsAskedTo)
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.readAllStandardError(), "");
     }
+}
+
+TEST_F(ApplicationTest, ItEndsAlsoWhereItsInterfaceHangs)
+{
+    QProcess& process = launch();
+    show();
+    m_session.freezeServer();
+    EXPECT_EQ(run({"toggle"}), 1) << "it is not to be had";
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    constexpr int limit = 10'000; // milliseconds, for what takes one second where others work too
+    EXPECT_TRUE(process.waitForFinished(limit));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
 }
 
 // On a model that keeps the processors busy.

@@ -1,5 +1,6 @@
 #include "ReaderFixture.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <functional>
@@ -9,13 +10,19 @@ namespace {
 class DropTest : public ReaderFixture
 {
 protected:
+    /// Opens the popover with its document tab.
+    void openZone()
+    {
+        show();
+        m_reader.perform(m_reader.find("radio button", "Document"), "Toggle");
+        m_zone = m_reader.find("label", m_invitation).area.center();
+    }
+
     /// Launches the application with its popover closed and the document tab behind it.
     void launchWithDocumentTab()
     {
         launchToRead();
-        show();
-        m_reader.perform(m_reader.find("radio button", "Document"), "Toggle");
-        m_reader.find("label", m_invitation);
+        openZone();
         toggle();
         waitUntilHidden();
     }
@@ -28,19 +35,63 @@ protected:
         return file.fileName();
     }
 
-    /// Begins to drag out of another application, which is in front then.
-    void beginDrag(const QStringList& options)
+    /// Starts another application to drag from.
+    std::uint32_t startSource(const QStringList& options)
     {
         m_source =
             &m_session.start(PITHWISE_DESKTOP_APP, QStringList{"--title", "Source"} + options);
-        const std::uint32_t window = m_session.waitForWindow({"--name", "^Source$"});
-        waitUntilInFront(window);
-        const QPoint start = areaOf(window).center();
+        return m_session.waitForWindow({"--name", "^Source$"});
+    }
+
+    /// Presses the mouse at `start` and pulls.
+    void pull(const QPoint& start)
+    {
         moveTo(start);
         m_session.xdotool({"mousedown", "1"});
         moveTo(start + QPoint(20, 0));
         moveTo(start + QPoint(30, 10));
+    }
+
+    /// Begins to drag out of another application, which is in front then.
+    void beginDrag(const QStringList& options)
+    {
+        const std::uint32_t window = startSource(options);
+        waitUntilInFront(window);
+        pull(areaOf(window).center());
         EXPECT_EQ(nextLine(*m_source), "dragging none");
+    }
+
+    /// Moves a window to where the popover is not.
+    QRect moveAside(std::uint32_t window)
+    {
+        const QPoint place(40, 160);
+        m_session.xdotool({"windowmove", QString::number(window), QString::number(place.x()),
+                           QString::number(place.y())});
+        m_session.waitUntil("the window to move", [&] {
+            return (areaOf(window).topLeft() - place).manhattanLength() < 60;
+        });
+        return areaOf(window);
+    }
+
+    /// Where the first icon is in the view of a file manager's window: what is drawn on its ground
+    /// first from above, right of the list of places.
+    QPoint findIcon(const QRect& window)
+    {
+        QPoint icon;
+        m_session.waitUntil("an icon", [&] {
+            const QImage picture = screen();
+            const QRgb ground = picture.pixel(window.center() + QPoint(100, 100));
+            constexpr int places = 200; // as wide as they are, at most
+            constexpr int bars = 90;    // above the view
+            for (int y = window.top() + bars; y < window.center().y() && icon.isNull(); ++y) {
+                for (int x = window.left() + places; x < window.left() + places + 100; ++x) {
+                    if (picture.pixel(x, y) != ground)
+                        icon = QPoint(x, y + 10);
+                }
+            }
+            return !icon.isNull();
+        });
+        return icon;
     }
 
     /// Opens the popover, with what is dragged not over it yet.
@@ -103,6 +154,42 @@ TEST_F(DropTest, AFileThatWasDraggedBeforeThePopoverOpenedIsSummarized)
 {
     launchWithDocumentTab();
     drop({"--drags", fileWith("notes.txt", "Three short words.")});
+    m_reader.find("label", "notes.txt · 3 words");
+    waitForSummary();
+    EXPECT_TRUE(isShown());
+}
+
+TEST_F(DropTest, TheMouseAloneIsEnoughToDropAFile)
+{
+    launchToRead();
+    const QRect source =
+        moveAside(startSource({"--drags", fileWith("notes.txt", "Three short words.")}));
+    openZone();
+    pull(source.center());
+    EXPECT_EQ(nextLine(*m_source), "dragging none");
+    dragUntilTold(m_zone, "over copy");
+    release();
+    EXPECT_EQ(nextLine(*m_source), "dropped copy");
+    m_reader.find("label", "notes.txt · 3 words");
+    EXPECT_TRUE(isShown());
+    click(source.center());
+    waitUntilHidden();
+}
+
+TEST_F(DropTest, AFileOfTheFileManagerIsDroppedWithTheMouseAlone)
+{
+    launchToRead();
+    const QString folder = m_session.path("documents");
+    QDir().mkpath(folder);
+    fileWith("documents/notes.txt", "Three short words.");
+    m_session.start("pcmanfm", {"--no-desktop", folder});
+    const QRect manager = moveAside(m_session.waitForWindow({"--class", "^[Pp]cmanfm$"}));
+    const QPoint icon = findIcon(manager);
+    openZone();
+    const QRgb before = groundOfZone();
+    pull(icon);
+    dragAbout(m_zone, "the highlight", [&] { return groundOfZone() != before; });
+    release();
     m_reader.find("label", "notes.txt · 3 words");
     waitForSummary();
     EXPECT_TRUE(isShown());

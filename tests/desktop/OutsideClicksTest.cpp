@@ -21,6 +21,27 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    /// What the mouse does, once it has been told.
+    void mouse(const QStringList& actions)
+    {
+        m_session.xdotool(actions);
+        m_session.xdotool({"getmouselocation"});
+        QCoreApplication::processEvents();
+    }
+
+    void press(int x, int y)
+    {
+        mouse({"mousemove", QString::number(x), QString::number(y)});
+        mouse({"mousedown", "1"});
+    }
+
+    void moveBy(int x, int y)
+    {
+        mouse({"mousemove_relative", "--", QString::number(x), QString::number(y)});
+    }
+
+    void release() { mouse({"mouseup", "1"}); }
+
     /// Makes a click of which is told, before which all others have been.
     void expectSoFar(int count)
     {
@@ -106,6 +127,100 @@ TEST_F(OutsideClicksTest, AWindowOfAnotherProgramOnTopOfOursIsOutside)
     other.show();
     m_session.xdotool({"windowraise", QString::number(other.id())});
     click(200, 200);
+    expectSoFar(1);
+}
+
+TEST_F(OutsideClicksTest, AClickIsToldWhenTheButtonIsReleased)
+{
+    press(500, 500);
+    EXPECT_EQ(m_clicks, 0);
+    moveBy(2, -3); // as a hand trembles
+    release();
+    m_session.waitUntil("the click", [this] {
+        QCoreApplication::processEvents();
+        return m_clicks == 1;
+    });
+}
+
+TEST_F(OutsideClicksTest, APressThatBecomesADragIsNoClick)
+{
+    press(500, 500);
+    moveBy(8, 0);
+    moveBy(100, 0);
+    release();
+    press(500, 500);
+    moveBy(30, 30);
+    moveBy(-30, -30); // back to where it began
+    release();
+    press(500, 500);
+    mouse({"mousemove", "700", "300", "mouseup", "1"}); // at once
+    expectSoFar(0);
+}
+
+TEST_F(OutsideClicksTest, APressThatIsForgottenIsNoClick)
+{
+    press(500, 500);
+    m_outside->forget();
+    release();
+    // One that nobody has looked at yet.
+    m_session.xdotool({"mousedown", "1"});
+    m_session.xdotool({"getmouselocation"});
+    m_outside->forget();
+    release();
+    expectSoFar(0);
+}
+
+TEST_F(OutsideClicksTest, APressDuringAPauseIsNoClick)
+{
+    m_outside->pause();
+    press(500, 500);
+    m_outside->resume();
+    release();
+    press(500, 500);
+    m_outside->pause();
+    release();
+    m_outside->resume();
+    expectSoFar(0);
+}
+
+TEST_F(OutsideClicksTest, WhatOnlyHelpsToWriteIsNotOutside)
+{
+    TestWindow candidates(m_session, {600, 100, 300, 200});
+    candidates.makeUnmanaged();
+    candidates.show();
+    TestWindow keyboard(m_session, {100, 600, 900, 200});
+    keyboard.setTypes({"_DOCK"});
+    keyboard.leaveKeyboard();
+    keyboard.show();
+    TestWindow floating(m_session, {100, 300, 300, 200});
+    floating.setTypes({"_UTILITY", "_NORMAL"});
+    floating.leaveKeyboard();
+    floating.show();
+    click(700, 200);
+    click(500, 700);
+    click(250, 400);
+    expectSoFar(0);
+}
+
+TEST_F(OutsideClicksTest, AWindowThatLeavesTheKeyboardButIsNoPanelIsOutside)
+{
+    TestWindow window(m_session, {600, 100, 300, 200});
+    window.leaveKeyboard();
+    window.show();
+    TestWindow palette(m_session, {600, 500, 300, 200});
+    palette.setTypes({"_UTILITY"});
+    palette.show();
+    click(700, 200);
+    click(700, 600);
+    expectSoFar(2);
+}
+
+TEST_F(OutsideClicksTest, AWindowOverTheWholeScreenIsOutsideWhoeverManagesIt)
+{
+    TestWindow window(m_session, {0, 0, 1280, 900});
+    window.makeUnmanaged();
+    window.show();
+    click(700, 200);
     expectSoFar(1);
 }
 

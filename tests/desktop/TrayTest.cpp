@@ -232,6 +232,21 @@ TEST_F(TrayTest, TheClickOnAnIconOnTheBusThatClosesDoesNotOpenAgain)
     EXPECT_FALSE(isShown());
 }
 
+TEST_F(TrayTest, TheClickOnAnIconOnTheBusShowsAPopoverOfAnotherWorkspaceHere)
+{
+    QProcess& panel = startStatusNotifierPanel();
+    launch();
+    const QString item = nextItem(panel);
+    activate(item);
+    waitUntilShown();
+    m_session.xdotool({"set_desktop", "1"});
+    waitUntilHidden();
+    click({640, 890}); // on a panel, which passes it on
+    activate(item);
+    waitUntilShown();
+    waitUntilInFront(popover());
+}
+
 TEST_F(TrayTest, ThePopoverIsWhereAnIconOnTheBusWasClicked)
 {
     QProcess& panel = startStatusNotifierPanel();

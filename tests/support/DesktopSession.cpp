@@ -251,6 +251,11 @@ void DesktopSession::setMonitors(const std::vector<QRect>& monitors)
     }
 }
 
+void DesktopSession::freezeServer()
+{
+    ::kill(static_cast<pid_t>(m_server->processId()), SIGSTOP);
+}
+
 void DesktopSession::killServer()
 {
     m_server->kill();

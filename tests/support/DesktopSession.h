@@ -85,6 +85,10 @@ public:
     /// What `xprop` prints of a property of `window`, or of the root window for 0.
     QByteArray property(std::uint32_t window, const QString& name);
 
+    /// Freezes the X server for the rest of the session, as a driver that hangs would. Whoever asks
+    /// it anything waits.
+    void freezeServer();
+
     /// Kills the X server, as a crash of it would.
     void killServer();
 

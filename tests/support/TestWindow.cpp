@@ -15,7 +15,9 @@ using Reply = std::unique_ptr<Content, decltype(&std::free)>;
 } // namespace
 
 TestWindow::TestWindow(DesktopSession& session, const QRect& area, std::uint32_t colour)
-    : m_session(session), m_connection(xcb_connect(session.display().constData(), nullptr))
+    : m_session(session),
+      m_isManaged(session.isManaged()),
+      m_connection(xcb_connect(session.display().constData(), nullptr))
 {
     if (xcb_connection_has_error(m_connection.get()) != 0)
         throw std::runtime_error("There is no X server.");
@@ -38,7 +40,7 @@ TestWindow::~TestWindow()
 {
     // The next window of a test may get the same id. While the manager has not let go of this one,
     // it would take away from that one the properties it has set.
-    if (!m_session.isManaged() || !m_session.isRunning())
+    if (!m_isManaged || !m_session.isRunning())
         return;
     xcb_destroy_window(m_connection.get(), m_window);
     try {
@@ -100,6 +102,20 @@ void TestWindow::setStates(std::initializer_list<const char*> names)
     setAtoms("_NET_WM_STATE", names);
 }
 
+void TestWindow::makeUnmanaged()
+{
+    constexpr std::uint32_t isUnmanaged = 1;
+    xcb_change_window_attributes(m_connection.get(), m_window, XCB_CW_OVERRIDE_REDIRECT,
+                                 &isUnmanaged);
+    m_isManaged = false;
+}
+
+void TestWindow::leaveKeyboard()
+{
+    constexpr std::uint32_t tellsInput = 1; // of the flags; what it is follows
+    setProperty("WM_HINTS", "WM_HINTS", {tellsInput, 0, 0, 0, 0, 0, 0, 0, 0});
+}
+
 void TestWindow::show()
 {
     xcb_map_window(m_connection.get(), m_window);
@@ -110,9 +126,9 @@ void TestWindow::show()
                                             nullptr),
             std::free);
         return reply->map_state == XCB_MAP_STATE_VIEWABLE &&
-               (!m_session.isManaged() || m_session.isListed(m_window));
+               (!m_isManaged || m_session.isListed(m_window));
     });
-    if (m_session.isManaged())
+    if (m_isManaged)
         waitForManager();
 }
 

@@ -33,6 +33,10 @@ public:
     /// Names of _NET_WM_WINDOW_TYPE_* and _NET_WM_STATE_*.
     void setTypes(std::initializer_list<const char*> names);
     void setStates(std::initializer_list<const char*> names);
+    /// Window managers leave it alone. For one that is not shown yet.
+    void makeUnmanaged();
+    /// As a program that does not want the keyboard.
+    void leaveKeyboard();
     void setOwner(std::uint32_t process) { setProperty("_NET_WM_PID", "CARDINAL", {process}); }
 
     /// Shows it and waits until the server does and the window manager is done with it.
@@ -57,6 +61,7 @@ private:
     void setAtoms(const char* property, std::initializer_list<const char*> names);
 
     DesktopSession& m_session;
+    bool m_isManaged;
     std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
     xcb_window_t m_root;
     xcb_window_t m_window;

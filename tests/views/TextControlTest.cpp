@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 
+#include <ctime>
 #include <random>
 
 class TextControlTest : public ControlTest
@@ -134,8 +135,8 @@ TEST_F(TextControlTest, ATextWithALineTooLongIsShownInPartAndKeptWhole)
     EXPECT_TRUE(editorOf(area).isReadOnly());
     EXPECT_TRUE(note.isVisible());
     EXPECT_EQ(note.text(),
-              QStringLiteral("A line is too long to edit here: the text is kept whole, "
-                             "but shown in part."));
+              QStringLiteral("Too long to edit here: the beginning is shown, the whole text is "
+                             "kept."));
     EXPECT_EQ(editorOf(area).accessibleDescription(), note.text());
     EXPECT_TRUE(text.startsWith(QStringLiteral("one")));
     EXPECT_LE(editorOf(area).document()->characterCount(), TextEditor::mostInLine + 1);
@@ -172,6 +173,105 @@ TEST_F(TextControlTest, TheNoteOfALongLineIsSeenInOneLine)
     EXPECT_LE(note.sizeHint().width(), note.width());
     EXPECT_GT(note.y(), editorOf(area).geometry().bottom());
     EXPECT_LT(note.geometry().bottom(), area.height());
+}
+
+/// What a text may be made of, over and over.
+struct Material
+{
+    const char* name;
+    QString piece;
+};
+
+static std::vector<Material> materials()
+{
+    return {{"short lines", QStringLiteral("a\n")},
+            {"empty lines", QStringLiteral("\n")},
+            {"carriage returns", QStringLiteral("\r")},
+            {"line separators", QStringLiteral("\u2028")},
+            {"paragraph separators", QStringLiteral("\u2029")},
+            {"frame marks", QStringLiteral("\uFDD0\uFDD1")},
+            {"letters", QStringLiteral("a")},
+            {"words", QStringLiteral("word ")},
+            {"prose", QStringLiteral("The board agreed on it. ").repeated(6) + u'\n'},
+            {"spaces", QStringLiteral(" ")},
+            {"tabs", QStringLiteral("\t")},
+            {"zeros", QString(1, QChar(0))},
+            {"nothing to see", QStringLiteral("\u200B")},
+            {"letters without gaps", QStringLiteral("WAVE")},
+            {"marks on one letter", QStringLiteral("\u0301\u0323")},
+            {"scripts", QStringLiteral("a\u0436\u03B1\u3042\uD55C\u0639\u0939")},
+            {"emoji", QStringLiteral("\U0001F4EC")},
+            {"halves of characters", QString(1, QChar(0xD800))},
+            {"right to left", QStringLiteral("\u05E9\u05DC\u05D5\u05DD a ")},
+            {"embeddings", QStringLiteral("\u202B")},
+            {"ideographs", QStringLiteral("\u6F22\u5B57")}};
+}
+
+TEST_F(TextControlTest, ATextOfMillionsOfCharactersIsShownAtOnceWhateverItIsMadeOf)
+{
+    show();
+    for (const Material& material : materials()) {
+        auto& area = add<TextEditor>();
+        area.setFixedHeight(90);
+        area.show();
+        // What comes first tells what it is on, where it is on something.
+        const QString text = u'x' + material.piece.repeated(5'000'000 / material.piece.size());
+        const std::clock_t begin = std::clock();
+        area.setText(text);
+        area.grab();
+        const double seconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+        // A quick machine takes a tenth of it.
+        EXPECT_LT(seconds, 0.5) << material.name;
+        EXPECT_LE(editorOf(area).document()->blockCount(), TextEditor::mostLines) << material.name;
+        EXPECT_TRUE(editorOf(area).isReadOnly()) << material.name;
+        EXPECT_TRUE(area.findChild<QLabel*>(QStringLiteral("editorNote"))->isVisible());
+        QTest::keyClicks(&editorOf(area), QStringLiteral("x"));
+        editorOf(area).selectAll();
+        editorOf(area).cut();
+        EXPECT_TRUE(area.text() == text) << material.name;
+        delete &area;
+    }
+}
+
+TEST_F(TextControlTest, ALetterWithMoreMarksThanCanBeToldApartIsShownInPart)
+{
+    auto& area = add<TextEditor>();
+    const QString marks = QStringLiteral("\u0301").repeated(TextEditor::mostMarks);
+    area.setText(u'a' + marks + u'b' + marks);
+    EXPECT_FALSE(editorOf(area).isReadOnly());
+    const QString text = u'a' + marks + QStringLiteral("\u0323b");
+    area.setText(text);
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+    EXPECT_EQ(editorOf(area).toPlainText(), u'a' + marks);
+    EXPECT_EQ(area.text(), text);
+    // Those that take two code units.
+    area.setText(u'a' + QStringLiteral("\U000E0100").repeated(TextEditor::mostMarks + 1));
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+}
+
+TEST_F(TextControlTest, AsManyLinesAsThereMayBeCanBeEdited)
+{
+    auto& area = add<TextEditor>();
+    const QString lines = QStringLiteral("a\n").repeated(TextEditor::mostLines - 1);
+    area.setText(lines);
+    EXPECT_FALSE(editorOf(area).isReadOnly());
+    area.setText(lines + u'\n');
+    EXPECT_TRUE(editorOf(area).isReadOnly());
+    EXPECT_EQ(area.text(), lines + u'\n');
+    area.setText(QStringLiteral("a\u2028").repeated(TextEditor::mostLines));
+    EXPECT_TRUE(editorOf(area).isReadOnly()) << "lines of another kind";
+}
+
+TEST_F(TextControlTest, APasteOfTooManyLinesIsTakenWhole)
+{
+    auto& area = add<TextEditor>();
+    area.setText(QStringLiteral("before"));
+    editorOf(area).moveCursor(QTextCursor::End);
+    const QString pasted = QStringLiteral("a\n").repeated(TextEditor::mostLines);
+    QApplication::clipboard()->setText(pasted);
+    editorOf(area).paste();
+    EXPECT_EQ(area.text(), QStringLiteral("before") + pasted);
+    EXPECT_TRUE(editorOf(area).isReadOnly());
 }
 
 TEST_F(TextControlTest, APasteThatMakesALineTooLongIsTakenWhole)

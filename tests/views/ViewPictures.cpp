@@ -86,6 +86,11 @@ std::vector<Picture> setups()
         {"setup-idle", [](Interface& i) { i.view.setModelState(ModelManager::Idle{}); }},
         {"setup-begun", [](Interface& i) { i.view.setModelState(Downloading{0}); }},
         {"setup-downloading", [](Interface& i) { i.view.setModelState(Downloading{0.57}); }},
+        {"setup-downloading-focus",
+         [](Interface& i) {
+             i.view.setModelState(Downloading{0.57});
+             i.view.takeFocus();
+         }},
         {"setup-failed",
          [](Interface& i) {
              i.view.setModelState(Failed{"The download of the model was interrupted."});
@@ -118,6 +123,11 @@ std::vector<Picture> tabs()
          [](Interface& i) {
              i.state.sourceText = article().replace(u'\n', u' ').repeated(100);
              i.state.sourceLabel = QStringLiteral("Clipboard");
+         }},
+        {"clipboard-many-lines",
+         [](Interface& i) {
+             i.state.sourceText = QStringLiteral("One of many lines.\n").repeated(5000);
+             i.state.sourceLabel = QStringLiteral("log.txt");
          }},
         {"clipboard-focus", [](Interface& i) { i.view.takeFocus(); }},
         {"document-empty", [](Interface& i) { i.state.tab = Tab::document; }},

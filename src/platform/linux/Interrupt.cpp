@@ -44,8 +44,9 @@ sigset_t stopSignals()
 class Interrupt::Watcher
 {
 public:
-    explicit Watcher(std::function<void()> callback)
+    Watcher(std::function<void()> callback, std::optional<std::chrono::milliseconds> patience)
         : m_callback(std::move(callback)),
+          m_patience(patience),
           m_signals(stopSignals()),
           m_signalDescriptor(signalfd(-1, &m_signals, SFD_CLOEXEC)),
           m_quitDescriptor(eventfd(0, EFD_CLOEXEC))
@@ -83,13 +84,26 @@ private:
             m_callback();
             // The next one meets a thread that does not block it and takes the default action.
             pthread_sigmask(SIG_UNBLOCK, &m_signals, nullptr);
-            eventfd_t ignored = 0;
-            eventfd_read(m_quitDescriptor.get(), &ignored);
+            waitForEnd();
             return;
         }
     }
 
+    /// Not with exit(), which would wait for whatever holds the main thread up.
+    void waitForEnd()
+    {
+        pollfd descriptor = {m_quitDescriptor.get(), POLLIN, 0};
+        const int limit = m_patience ? static_cast<int>(m_patience->count()) : -1;
+        int count = 0;
+        do {
+            count = poll(&descriptor, 1, limit);
+        } while (count < 0 && errno == EINTR);
+        if (count == 0)
+            _exit(0);
+    }
+
     std::function<void()> m_callback;
+    std::optional<std::chrono::milliseconds> m_patience;
     sigset_t m_signals;
     Descriptor m_signalDescriptor;
     Descriptor m_quitDescriptor;
@@ -97,8 +111,9 @@ private:
     std::thread m_thread;
 };
 
-Interrupt::Interrupt(std::function<void()> callback)
-    : m_watcher(std::make_unique<Watcher>(std::move(callback)))
+Interrupt::Interrupt(std::function<void()> callback,
+                     std::optional<std::chrono::milliseconds> patience)
+    : m_watcher(std::make_unique<Watcher>(std::move(callback), patience))
 {}
 
 Interrupt::~Interrupt() = default;

@@ -8,4 +8,5 @@ class NullOutsideClicks : public OutsideClicks
 public:
     void pause() override {}
     void resume() override {}
+    void forget() override {}
 };

@@ -6,9 +6,9 @@
 
 #include <utility>
 
-std::unique_ptr<OutsideClicks> OutsideClicks::create(std::function<void()> pressed)
+std::unique_ptr<OutsideClicks> OutsideClicks::create(std::function<void()> clicked)
 {
-    auto x11 = DesktopKind::isX11() ? X11OutsideClicks::create(std::move(pressed)) : nullptr;
+    auto x11 = DesktopKind::isX11() ? X11OutsideClicks::create(std::move(clicked)) : nullptr;
     if (x11)
         return x11;
     return std::make_unique<NullOutsideClicks>();

@@ -20,6 +20,9 @@ public:
     /// waited for. To be called after the connection was used outside of the handler.
     void flush();
 
+    /// Hands out now what has come. Not for the handler.
+    void takeAll() { dispatch(); }
+
 private:
     void dispatch();
 

@@ -4,36 +4,44 @@
 #include "X11Connection.h"
 #include "X11Events.h"
 #include "X11RawInput.h"
+#include "X11WindowUnder.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// The mouse as the X server tells it to whoever asks, on a connection of its own.
 class X11OutsideClicks : public OutsideClicks
 {
 public:
     /// Null where no X server answers or it does not tell.
-    static std::unique_ptr<X11OutsideClicks> create(std::function<void()> pressed);
+    static std::unique_ptr<X11OutsideClicks> create(std::function<void()> clicked);
 
     void pause() override;
     void resume() override;
+    void forget() override;
 
 private:
-    X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
+    struct Press
+    {
+        std::uint32_t button;
+        X11WindowUnder::Place place;
+    };
 
-    void select(std::uint32_t mask);
+    X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> clicked);
+
+    void listen();
     void handle(const xcb_generic_event_t& event);
-    bool isPointerOnOurs();
-    xcb_window_t childAtPointer(xcb_window_t window);
-    bool isOurs(xcb_window_t window);
-    bool isFrameOfOurs(xcb_window_t window, int levels);
+    void press(std::uint32_t button);
+    void move();
+    void release(std::uint32_t button);
 
     const std::unique_ptr<X11Connection> m_connection;
-    const std::function<void()> m_pressed;
+    const std::function<void()> m_clicked;
     X11RawInput m_input;
     X11Events m_events;
-    xcb_atom_t m_processProperty;
-    xcb_atom_t m_stateProperty;
+    X11WindowUnder m_under;
+    std::optional<Press> m_press; // outside, and no drag so far
     bool m_isPaused = false;
 };

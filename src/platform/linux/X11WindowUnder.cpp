@@ -1,0 +1,105 @@
+#include "X11WindowUnder.h"
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <vector>
+
+static constexpr int frameLevels = 2; // as deep as window managers put windows in frames
+
+X11WindowUnder::X11WindowUnder(X11Connection& connection)
+    : m_connection(connection),
+      m_process(connection.atom("_NET_WM_PID")),
+      m_state(connection.atom("WM_STATE")),
+      m_type(connection.atom("_NET_WM_WINDOW_TYPE")),
+      m_dock(connection.atom("_NET_WM_WINDOW_TYPE_DOCK")),
+      m_utility(connection.atom("_NET_WM_WINDOW_TYPE_UTILITY")),
+      m_toolbar(connection.atom("_NET_WM_WINDOW_TYPE_TOOLBAR"))
+{}
+
+X11WindowUnder::Place X11WindowUnder::pointer()
+{
+    const auto pointer = m_connection.reply<xcb_query_pointer_reply_t>(
+        xcb_query_pointer(m_connection.get(), m_connection.root()));
+    return pointer ? Place{pointer->root_x, pointer->root_y, pointer->child} : Place{};
+}
+
+xcb_window_t X11WindowUnder::childAtPointer(xcb_window_t window)
+{
+    const auto pointer = m_connection.reply<xcb_query_pointer_reply_t>(
+        xcb_query_pointer(m_connection.get(), window));
+    return pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+bool X11WindowUnder::isOurs(xcb_window_t top)
+{
+    // A window of ours may be in a frame of the window manager's, or in a panel.
+    for (xcb_window_t window = top; window != XCB_NONE; window = childAtPointer(window)) {
+        if (belongsToUs(window))
+            return true;
+    }
+    // Unlike an icon in a panel, a window in a frame has a state that the window manager gave it.
+    const auto managed = managedIn(top, frameLevels);
+    return managed && belongsToUs(*managed);
+}
+
+bool X11WindowUnder::isAid(xcb_window_t top)
+{
+    if (top == XCB_NONE)
+        return false;
+    const auto managed = managedIn(top, frameLevels);
+    return managed ? leavesKeyboard(*managed) : isFree(top);
+}
+
+bool X11WindowUnder::belongsToUs(xcb_window_t window)
+{
+    const std::vector<std::uint32_t> process =
+        m_connection.values(m_connection.askValues(window, m_process, 1));
+    return !process.empty() && process[0] == static_cast<std::uint32_t>(::getpid());
+}
+
+/// The window that a window manager manages, which may be `window` or in it as in a frame.
+std::optional<xcb_window_t> X11WindowUnder::managedIn(xcb_window_t window, int levels)
+{
+    if (!m_connection.values(m_connection.askValues(window, m_state, 1)).empty())
+        return window;
+    const auto tree =
+        m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), window));
+    if (!tree || levels == 0)
+        return std::nullopt;
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        if (const auto managed = managedIn(children[i], levels - 1))
+            return managed;
+    }
+    return std::nullopt;
+}
+
+bool X11WindowUnder::leavesKeyboard(xcb_window_t window)
+{
+    constexpr std::uint32_t tellsInput = 1; // of the flags, in front
+    const std::vector<std::uint32_t> types =
+        m_connection.values(m_connection.askValues(window, m_type, 1));
+    const std::vector<std::uint32_t> hints =
+        m_connection.values(m_connection.askValues(window, XCB_ATOM_WM_HINTS, 2));
+    const bool isPanel =
+        !types.empty() && (types[0] == m_dock || types[0] == m_utility || types[0] == m_toolbar);
+    return isPanel && hints.size() == 2 && (hints[0] & tellsInput) != 0 && hints[1] == 0;
+}
+
+/// A window over the whole screen is the desktop's own, as compositors have them.
+bool X11WindowUnder::isFree(xcb_window_t window)
+{
+    const auto attributesQuestion = xcb_get_window_attributes(m_connection.get(), window);
+    const auto areaQuestion = xcb_get_geometry(m_connection.get(), window);
+    const auto attributes =
+        m_connection.reply<xcb_get_window_attributes_reply_t>(attributesQuestion);
+    const auto area = m_connection.reply<xcb_get_geometry_reply_t>(areaQuestion);
+    if (!attributes || !area)
+        return false;
+    const xcb_screen_t& screen = m_connection.screen();
+    const bool isWhole =
+        area->width >= screen.width_in_pixels && area->height >= screen.height_in_pixels;
+    return attributes->override_redirect != 0 &&
+           attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT && !isWhole;
+}
