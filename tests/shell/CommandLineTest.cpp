@@ -1,5 +1,7 @@
 #include "ProgramFixture.h"
 
+#include <QProcess>
+
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
@@ -132,6 +134,26 @@ TEST_F(CommandLineTest, AMissingFileIsNamed)
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.error, "pithwise: There is no file named no such?file.txt.\n");
+}
+
+TEST_F(CommandLineTest, AnErrorHoldsNothingThatCommandsATerminal)
+{
+    for (const auto output : {Program::Output::pipe, Program::Output::terminal}) {
+        const Result result = run({"plan", u"a\u009B31mb\u202Ec\u2066d\u007F.txt"_qs}, {}, output);
+        EXPECT_EQ(result.error, "pithwise: There is no file named a?31mb?c?d?.txt.\n");
+    }
+    EXPECT_EQ(run({"plan", "--mode", u"\u009Bpoem"_qs, "x"}).error.substr(0, 40),
+              "pithwise: ?poem is not one of bullets|ex");
+}
+
+TEST_F(CommandLineTest, AnErrorIsValidUtf8WhateverBytesAFileHasForAName)
+{
+    const std::string script = "exec \"$0\" plan \"$(printf 'a\\377\\233.txt')\"";
+    QProcess shell;
+    shell.start("/bin/sh", {"-c", QString::fromStdString(script), Program::path()});
+    ASSERT_TRUE(shell.waitForFinished());
+    EXPECT_EQ(shell.readAllStandardError().toStdString(),
+              "pithwise: There is no file named aÿ?.txt.\n");
 }
 
 TEST_F(CommandLineTest, OnlyRegularFilesAreRead)

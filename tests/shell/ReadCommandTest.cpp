@@ -62,6 +62,14 @@ TEST_F(ReadCommandTest, ATerminalGetsTheTextWithoutItsControlCodes)
               "one[31m two\tm three\r\n");
 }
 
+TEST_F(ReadCommandTest, ATerminalGetsNothingThatTurnsTheTextAround)
+{
+    const QString source = file("source", "pay \u202E001\u202C, \u2066\u2067a\u2069 \u200Fb\n");
+    EXPECT_EQ(run({"read", source}, {}, Program::Output::terminal).output,
+              "pay 001, a \u200Fb\r\n");
+    EXPECT_EQ(run({"read", source}).output, "pay \u202E001\u202C, \u2066\u2067a\u2069 \u200Fb\n");
+}
+
 TEST_F(ReadCommandTest, WhatCannotBeReadIsAnErrorInOneSentence)
 {
     for (const auto& [source, sentence] : std::initializer_list<std::pair<QString, std::string>>{
