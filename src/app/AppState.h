@@ -102,7 +102,7 @@ private:
     QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read);
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);
-    QCoro::Task<QString> clipboardText();
+    QFuture<Reading> clipboardText();
     QCoro::Task<QString> frontWindowText();
     QCoro::Task<> acceptClipboard(QString messageOtherwise);
 

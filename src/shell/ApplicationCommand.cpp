@@ -4,8 +4,10 @@
 #include "Application.h"
 #include "BackgroundTask.h"
 #include "Desktop.h"
+#include "HomeFolder.h"
 #include "Instance.h"
 #include "Interrupt.h"
+#include "ModelOption.h"
 #include "Mutex.h"
 #include "Terminal.h"
 
@@ -14,7 +16,6 @@
 #include <QPixmapCache>
 
 #include <iostream>
-#include <system_error>
 
 namespace ApplicationCommand {
 
@@ -87,13 +88,6 @@ bool isFirst(Instance& instance)
     return true; // where the bus lets nobody have the name too
 }
 
-void checkModel(const std::string& model)
-{
-    std::error_code ignored;
-    if (!model.empty() && !std::filesystem::is_regular_file(model, ignored))
-        throw AppError("There is no model file at " + model + ".");
-}
-
 /// Nothing else can be seen of it where the desktop has no tray.
 void greet()
 {
@@ -108,7 +102,7 @@ int runApplication(const std::string& model)
     Instance instance;
     if (!isFirst(instance))
         return 0;
-    checkModel(model);
+    ModelOption::requireFile(model);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     Application application(model);
     application.launch(instance);
@@ -120,6 +114,7 @@ int runApplication(const std::string& model)
 
 int run(const std::string& model)
 {
+    HomeFolder::path(); // before libraries make folders below what they take for it
     if (!Desktop::isAvailable())
         throw AppError("There is no display to show Pithwise on. On the command line it works "
                        "without one: see \"pithwise --help\".");

@@ -1,5 +1,6 @@
 #include "Program.h"
 #include "SelectionFixture.h"
+#include "SelectionOwner.h"
 
 namespace {
 
@@ -52,6 +53,21 @@ TEST_F(DesktopSourceTest, ThereIsNothingToSummarizeWithoutText)
 {
     EXPECT_EQ(run("summarize", "--selection").error, "pithwise: No text is selected.\n");
     EXPECT_EQ(run("summarize", "--clipboard").error, "pithwise: The clipboard has no text.\n");
+}
+
+TEST_F(DesktopSourceTest, AnOwnerOfTheClipboardThatDoesNotAnswerIsSaidNotTo)
+{
+    const SelectionOwner owner([](const std::string&) {
+        return SelectionOwner::Answer{"", 8, "", true};
+    });
+    EXPECT_EQ(run("read", "--clipboard").error,
+              "pithwise: The application that owns the clipboard does not answer.\n");
+}
+
+TEST_F(DesktopSourceTest, AnOwnerThatRefusesHasNoText)
+{
+    const SelectionOwner owner([](const std::string&) { return SelectionOwner::Answer{}; });
+    EXPECT_EQ(run("read", "--clipboard").error, "pithwise: The clipboard has no text.\n");
 }
 
 TEST_F(DesktopSourceTest, TheClipboardOutlivesOneProgramAfterTheOther)

@@ -1,5 +1,6 @@
 #include "ProgramFixture.h"
 
+#include <QFileInfo>
 #include <QProcess>
 
 #include <nlohmann/json.hpp>
@@ -179,6 +180,34 @@ TEST_F(CommandLineTest, ABlankTextIsAnError)
     const Result result = run({"summarize", "-"}, "");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.error, "pithwise: No text found in standard input.\n");
+}
+
+TEST_F(CommandLineTest, WithoutAHomeFolderTheModelHasNoPlace)
+{
+    for (const QStringList& arguments : {QStringList{"model", "path"},
+                                         {"model", "status"},
+                                         {"model", "download"},
+                                         {"summarize", file("source", "text")}}) {
+        Program program;
+        prepare(program);
+        program.setEnvironment("XDG_DATA_HOME", "");
+        program.setEnvironment("HOME", "");
+        program.start(arguments);
+        EXPECT_EQ(program.finish(), 1);
+        EXPECT_EQ(program.output(), "");
+        EXPECT_EQ(QByteArray(program.error()).replace("Downloading the language model…\n", ""),
+                  "pithwise: There is no home folder: the variable HOME names none.\n");
+    }
+    EXPECT_FALSE(QFileInfo::exists("/.local"));
+}
+
+TEST_F(CommandLineTest, AModelFileThatIsNotThereIsNamedAsItWasGiven)
+{
+    for (const QStringList& command : {QStringList{"summarize", "-"}, {"hotkey"}}) {
+        for (const char* name : {"no/such.gguf", "./x", "/nowhere.gguf"})
+            EXPECT_EQ(run(command + QStringList{"--model", name}, "text").error,
+                      "pithwise: There is no file named " + std::string(name) + ".\n");
+    }
 }
 
 TEST_F(CommandLineTest, OutputThatCannotBeWrittenIsAnError)

@@ -5,7 +5,9 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 namespace {
 
@@ -36,6 +38,18 @@ TEST_F(ReadCommandTest, AFileIsPrintedAsItIs)
         EXPECT_EQ(result.output, text.toStdString());
         EXPECT_EQ(result.error, "");
     }
+}
+
+TEST_F(ReadCommandTest, NoCoreDumpHoldsTheText)
+{
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
+    if (limit.rlim_cur == 0)
+        GTEST_SKIP() << "There are no core dumps here.";
+    EXPECT_THAT(run({"read", "/proc/self/limits"}).output,
+                testing::ContainsRegex("Max core file size +0 "));
 }
 
 TEST_F(ReadCommandTest, AMissingLineFeedAtTheEndIsAdded)
