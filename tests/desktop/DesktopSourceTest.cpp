@@ -89,7 +89,8 @@ TEST_F(DesktopSourceTest, AFrozenOwnerOfTheClipboardIsNotWaitedForWithoutEnd)
     const QProcess& owner = startApp({"--owns", "1000"}, "Owner");
     m_session.waitUntil("the owner", [&] { return clipboard("text/html") == "<b>bold</b>"; });
     stop(owner);
-    EXPECT_EQ(plan("--clipboard").error, "pithwise: The clipboard has no text.\n");
+    EXPECT_EQ(plan("--clipboard").error,
+              "pithwise: The application that owns the clipboard does not answer.\n");
     resume(owner);
 }
 
