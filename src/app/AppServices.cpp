@@ -1,6 +1,7 @@
 #include "AppServices.h"
 
 #include "ChildProcess.h"
+#include "ClipboardText.h"
 #include "DocumentProcess.h"
 #include "DocumentsFolder.h"
 #include "HTMLText.h"
@@ -8,7 +9,6 @@
 #include "Pasteboard.h"
 #include "ScreenPermission.h"
 #include "SelectionGrabber.h"
-#include "Utf8.h"
 
 #include <QCoreApplication>
 #include <QTimer>
@@ -17,15 +17,6 @@
 #include <variant>
 
 namespace {
-
-constexpr std::chrono::seconds clipboardLimit(2);
-
-/// Not AppServices::pasteboard, which the main thread may be using.
-std::optional<std::string> readClipboard()
-{
-    std::optional<std::string> text = Pasteboard::create()->plainText(clipboardLimit);
-    return text ? std::optional(Utf8::decoded(*std::move(text))) : std::nullopt;
-}
 
 void callLater(std::chrono::milliseconds delay, std::function<void()> function)
 {
@@ -43,7 +34,7 @@ AppServices AppServices::system()
                 return DocumentProcess::read(file, ChildProcess::thisProgram());
             },
         .captureText = [](ScreenGrab::Kind kind) { return ScreenGrab::captureText(kind); },
-        .clipboardText = readClipboard,
+        .clipboardText = ClipboardText::read,
         .fetchPage = [](std::string address) { return HTMLText::fetch(std::move(address)); },
         .grabSelection = [ports] { return SelectionGrabber::grab(ports); },
         .mayCaptureScreen = [] { return ScreenPermission::create()->isGranted(); },

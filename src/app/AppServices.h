@@ -24,8 +24,8 @@ struct AppServices
     std::function<std::string(const std::filesystem::path&)> readDocument;
     /// The text on the screen. Blocks.
     std::function<std::string(ScreenGrab::Kind)> captureText;
-    /// The plain text on the clipboard, if there is any. Blocks, because the program that has it
-    /// may be this one.
+    /// The plain text on the clipboard, if there is any. Throws where its owner does not answer.
+    /// Blocks, because the program that has it may be this one.
     std::function<std::optional<std::string>()> clipboardText;
     /// The reader text of the page at an address as the user typed it.
     std::function<QCoro::Task<std::string>(std::string)> fetchPage;
@@ -40,7 +40,7 @@ struct AppServices
     std::shared_ptr<Pasteboard> pasteboard;
     std::function<void(const std::filesystem::path&, const DailyNote::Entry&, const QDateTime&)>
         appendToNote;
-    /// The user's folder for documents.
+    /// The user's folder for documents. Throws where there is none to be had.
     std::function<std::filesystem::path()> documentsFolder;
     std::function<QDateTime()> now;
     /// Calls the function after so long.

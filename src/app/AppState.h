@@ -108,7 +108,7 @@ private:
     QCoro::Task<> takeWhatIsThere();
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);
-    QCoro::Task<QString> clipboardText();
+    QFuture<Reading> clipboardText();
     QCoro::Task<QString> frontWindowText();
     QCoro::Task<> acceptClipboard(QString messageOtherwise);
 

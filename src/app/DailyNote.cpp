@@ -1,10 +1,16 @@
 #include "DailyNote.h"
 
+#include "ControlCharacters.h"
 #include "NoteDate.h"
 #include "NoteFile.h"
 
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace DailyNote {
@@ -14,10 +20,28 @@ static std::string headerOf(const std::string& day)
     return "# Summaries — " + day + "\n\n";
 }
 
+/// The label without what would end the heading it stands in, or turn it around.
+static std::string headingOf(const QString& label)
+{
+    constexpr std::array<std::string_view, 2> separators = {"\u2028", "\u2029"};
+    const std::string written = label.isEmpty() ? "Summary" : label.toStdString();
+    std::string heading;
+    for (std::string_view rest = written; !rest.empty();) {
+        std::size_t replaced = ControlCharacters::lengthAt(rest);
+        for (const std::string_view separator : separators) {
+            if (rest.starts_with(separator))
+                replaced = separator.size();
+        }
+        heading += replaced > 0 ? ' ' : rest[0];
+        rest.remove_prefix(replaced > 0 ? replaced : 1);
+    }
+    return heading;
+}
+
 static std::string textOf(const Entry& entry, const std::string& time)
 {
     std::string text = "## " + time + " — ";
-    text += entry.label.isEmpty() ? "Summary" : entry.label.toStdString();
+    text += headingOf(entry.label);
     text += " (";
     text += rawValue(entry.mode);
     text += ")\n\n";
@@ -26,13 +50,21 @@ static std::string textOf(const Entry& entry, const std::string& time)
     return text;
 }
 
+/// Only for the user where it is new, because the notes hold what others may not know.
+static void makeFolder(const std::filesystem::path& folder)
+{
+    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
+        throw std::system_error(errno, std::generic_category());
+}
+
 void append(const std::filesystem::path& documents, const Entry& entry, const QDateTime& now)
 {
     const std::string day = NoteDate::day(now);
     const std::string text = textOf(entry, NoteDate::time(now));
     try {
         const std::filesystem::path folder = documents / "Pithwise Notes";
-        std::filesystem::create_directories(folder);
+        std::filesystem::create_directories(documents);
+        makeFolder(folder);
         NoteFile::append(folder / (day + ".md"), headerOf(day), text);
     } catch (const std::system_error& error) {
         // Its own text names functions and paths besides the cause.

@@ -1,5 +1,7 @@
 #include "DocumentsFolder.h"
 
+#include "HomeFolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -8,6 +10,7 @@ namespace DocumentsFolder {
 
 std::filesystem::path path()
 {
+    HomeFolder::path(); // without which Qt would take the root for it
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     // Qt takes a relative path from the file as it stands, where it is not allowed.
     if (!QDir::isAbsolutePath(folder))

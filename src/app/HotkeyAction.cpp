@@ -1,4 +1,5 @@
 #include "AppState.h"
+#include "PlatformWords.h"
 #include "QtText.h"
 
 #include <QPointer>
@@ -26,7 +27,8 @@ QCoro::Task<> AppState::takeWhatIsThere()
         setSource(*selected, QStringLiteral("Selected text"));
         co_return;
     }
-    if (m_services.mayCaptureScreen()) {
+    const bool mayCapture = m_services.mayCaptureScreen();
+    if (mayCapture) {
         tab = Tab::capture;
         isWorking = true;
         status = QStringLiteral("Capturing and reading text…");
@@ -41,7 +43,6 @@ QCoro::Task<> AppState::takeWhatIsThere()
         status = QString();
     }
     tab = Tab::clipboard;
-    const auto nothing = QStringLiteral("Select some text first, or grant Accessibility and Screen "
-                                        "Recording access in System Settings.");
-    co_await acceptClipboard(nothing);
+    co_await acceptClipboard(QString::fromUtf8(mayCapture ? platformWords.nothingSelected
+                                                          : platformWords.nothingReadable));
 }

@@ -26,7 +26,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds lockLimit(500);
 constexpr std::chrono::milliseconds lockInterval(5);
-constexpr int maximumLinks = 40;    // as for the system
+constexpr int maximumLinks = 40; // as for the system
+constexpr mode_t noteMode = 0600;
 constexpr int maximumAttempts = 10; // each is in vain only when another program interferes
 
 [[noreturn]] void fail(int error)
@@ -154,7 +155,9 @@ void appendTo(FileDescriptor file, std::string_view bytes)
 Creation create(const Path& file, std::string_view text)
 {
     const FileDescriptor descriptor(
-        ::open(file.parent_path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666));
+        ::open(file.parent_path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, noteMode));
+    if (descriptor.value() < 0 && errno == ENOENT)
+        fail(ENOENT); // a link led to a folder that is not there
     if (descriptor.value() < 0)
         return Creation::unsupported;
     if (!write(descriptor.value(), text) || ::fsync(descriptor.value()) != 0)
@@ -169,7 +172,7 @@ Creation create(const Path& file, std::string_view text)
 void replace(const Path& file, std::string_view text)
 {
     PartFile::removeAbandoned(file);
-    PartFile part(file, "the note");
+    PartFile part(file, "the note", noteMode);
     part.write(text);
     part.moveIntoPlace();
 }

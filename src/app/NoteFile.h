@@ -7,7 +7,8 @@
 namespace NoteFile {
 
 /// Adds `entry` at the end of `file`, or makes the file of `header` and `entry` where it is missing
-/// or may not be written to. Symbolic links are followed. Requires: the folder is there.
+/// or may not be written to, for the user alone. Symbolic links are followed, but no folder is made
+/// where one leads. Requires: the folder is there.
 ///
 /// Processes that do this at once in a folder wait for each other. An entry that comes out short is
 /// taken back; a reader sees a new file whole or not at all. Throws std::system_error, or

@@ -25,10 +25,10 @@ void AppState::replaceClipboard()
 
 void AppState::appendToDailyNote()
 {
-    const std::filesystem::path documents = m_services.documentsFolder();
-    if (documents.empty())
-        std::abort(); // every desktop has one
     try {
+        const std::filesystem::path documents = m_services.documentsFolder();
+        if (documents.empty())
+            std::abort(); // every desktop has one
         m_services.appendToNote(documents, {sourceLabel, mode, output}, m_services.now());
     } catch (const std::exception& error) {
         errorMessage = QStringLiteral("Couldn't write the daily note: ") + QtText::sentence(error);

@@ -95,9 +95,9 @@ QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()
 // These two are apart from where they are awaited, because GCC 12 destroys a function object twice
 // that is made in an expression that waits.
 
-QCoro::Task<QString> AppState::clipboardText()
+QFuture<Reading> AppState::clipboardText()
 {
-    return inBackgroundOrNothing([read = m_services.clipboardText] { return read().value_or(""); });
+    return inBackground([read = m_services.clipboardText] { return read().value_or(""); });
 }
 
 QCoro::Task<QString> AppState::frontWindowText()
@@ -110,13 +110,13 @@ QCoro::Task<QString> AppState::frontWindowText()
 QCoro::Task<> AppState::acceptClipboard(QString messageOtherwise)
 {
     const QPointer<AppState> state(this);
-    const QString text = co_await clipboardText();
+    const Reading reading = co_await clipboardText();
     if (!state)
         co_return;
-    if (text.isEmpty())
-        errorMessage = messageOtherwise;
+    if (reading.text.isEmpty())
+        errorMessage = reading.error.value_or(messageOtherwise);
     else
-        accept(text, QStringLiteral("Clipboard"));
+        accept(reading.text, QStringLiteral("Clipboard"));
 }
 
 void AppState::useClipboard()

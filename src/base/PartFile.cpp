@@ -46,7 +46,7 @@ static bool lock(const FileDescriptor& file)
     return ::fstat(file.value(), &status) == 0 && status.st_nlink > 0;
 }
 
-PartFile::PartFile(std::filesystem::path destination, std::string name)
+PartFile::PartFile(std::filesystem::path destination, std::string name, mode_t permissions)
     : m_destination(std::move(destination)), m_name(std::move(name))
 {
     std::error_code ignored;
@@ -55,8 +55,8 @@ PartFile::PartFile(std::filesystem::path destination, std::string name)
     // it; then it takes another one.
     do {
         m_path = randomPath(m_destination);
-        m_file =
-            FileDescriptor(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        m_file = FileDescriptor(
+            ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions));
         if (m_file.value() < 0)
             failWriting();
     } while (!lock(m_file));

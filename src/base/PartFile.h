@@ -2,6 +2,8 @@
 
 #include "FileDescriptor.h"
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -15,8 +17,8 @@ class PartFile
 {
 public:
     /// Creates the file, and its folder where that is missing. `name` is what errors call it, such
-    /// as "the model file".
-    PartFile(std::filesystem::path destination, std::string name);
+    /// as "the model file". The process's mask is taken off the permissions.
+    PartFile(std::filesystem::path destination, std::string name, mode_t permissions = 0666);
     ~PartFile();
     PartFile(const PartFile&) = delete;
     PartFile& operator=(const PartFile&) = delete;

@@ -1,5 +1,7 @@
 #include "ModelFile.h"
 
+#include "HomeFolder.h"
+
 #include <cstdlib>
 #include <system_error>
 
@@ -14,8 +16,7 @@ static std::filesystem::path dataHome()
         if (path.is_absolute())
             return path;
     }
-    const char* home = std::getenv("HOME");
-    return std::filesystem::path(home != nullptr ? home : "/") / ".local" / "share";
+    return HomeFolder::path() / ".local" / "share";
 }
 
 std::filesystem::path directory()

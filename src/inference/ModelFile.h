@@ -9,7 +9,8 @@ namespace ModelFile {
 constexpr std::string_view name = "Qwen2.5-1.5B-Instruct-Q4_K_M.gguf";
 
 /// $XDG_DATA_HOME/Pithwise, by default ~/.local/share/Pithwise. Every call also creates the folder;
-/// a failure to do so is ignored here and shows in what is done with the folder next.
+/// a failure to do so is ignored here and shows in what is done with the folder next. Throws
+/// AppError where neither variable names a folder.
 std::filesystem::path directory();
 
 /// `directory()` / `name`.

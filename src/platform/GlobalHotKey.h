@@ -11,6 +11,9 @@ public:
     /// Gives the keys back.
     virtual ~GlobalHotKey() = default;
 
+    /// Whether this program has the keys, as far as the system tells by now.
+    virtual bool isGranted() const = 0;
+
     /// Has `pressed` called by the event loop, once for a press however long the keys are held.
     /// Never called where another program has these keys, or the session lets no program have any.
     static std::unique_ptr<GlobalHotKey> create(std::function<void()> pressed);

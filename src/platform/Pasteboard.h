@@ -43,6 +43,10 @@ public:
     /// may be invalid.
     virtual std::optional<std::string> plainText(std::chrono::milliseconds limit) = 0;
 
+    /// Whether the last plainText() had nothing only because the application that owns the
+    /// clipboard did not answer in time.
+    virtual bool hasSilentOwner() { return false; }
+
     /// Empties the clipboard.
     virtual void clear() = 0;
 

@@ -3,6 +3,7 @@
 #include "ClipboardOffer.h"
 #include "ContentView.h"
 #include "CurtainedScreenshot.h"
+#include "HotKey.h"
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
@@ -80,7 +81,8 @@ AppServices Application::services(const std::filesystem::path& model)
 std::unique_ptr<QWidget> Application::makeContent()
 {
     const ContentView::Actions actions = {QCoreApplication::quit,
-                                          [](const QUrl& url) { QDesktopServices::openUrl(url); }};
+                                          [](const QUrl& url) { QDesktopServices::openUrl(url); },
+                                          HotKey::isGranted};
     auto view = std::make_unique<ContentView>(m_state, m_theme, actions);
     view->follow(m_model);
     QObject::connect(view.get(), &ContentView::chooserOpened, &m_delegate,

@@ -4,8 +4,10 @@
 #include "Application.h"
 #include "BackgroundTask.h"
 #include "Desktop.h"
+#include "HomeFolder.h"
 #include "Instance.h"
 #include "Interrupt.h"
+#include "ModelOption.h"
 #include "Mutex.h"
 #include "Terminal.h"
 
@@ -15,7 +17,6 @@
 
 #include <chrono>
 #include <iostream>
-#include <system_error>
 
 namespace ApplicationCommand {
 
@@ -88,13 +89,6 @@ bool isFirst(Instance& instance)
     return true; // where the bus lets nobody have the name too
 }
 
-void checkModel(const std::string& model)
-{
-    std::error_code ignored;
-    if (!model.empty() && !std::filesystem::is_regular_file(model, ignored))
-        throw AppError("There is no model file at " + model + ".");
-}
-
 /// Nothing else can be seen of it where the desktop has no tray.
 void greet()
 {
@@ -109,7 +103,7 @@ int runApplication(const std::string& model)
     Instance instance;
     if (!isFirst(instance))
         return 0;
-    checkModel(model);
+    ModelOption::requireFile(model);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     Application application(model);
     application.launch(instance);
@@ -121,6 +115,7 @@ int runApplication(const std::string& model)
 
 int run(const std::string& model)
 {
+    HomeFolder::path(); // before libraries make folders below what they take for it
     if (!Desktop::isAvailable())
         throw AppError("There is no display to show Pithwise on. On the command line it works "
                        "without one: see \"pithwise --help\".");

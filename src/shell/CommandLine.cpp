@@ -10,6 +10,7 @@
 #include "PlanCommand.h"
 #include "ReadCommand.h"
 #include "SummarizeCommand.h"
+#include "TextOutput.h"
 
 #include <CLI/CLI.hpp>
 
@@ -233,14 +234,9 @@ std::string usage(const CLI::App& app)
     return help.substr(begin, help.find('\n', begin) - begin);
 }
 
-/// A sentence from outside may quote a file's name, which may hold anything.
 void printError(std::string sentence)
 {
-    for (char& byte : sentence) {
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F)
-            byte = '?';
-    }
-    std::cerr << "pithwise: " << sentence << "\n";
+    std::cerr << "pithwise: " << TextOutput::oneLine(std::move(sentence)) << "\n";
 }
 
 int runAction(const std::function<int()>& action)

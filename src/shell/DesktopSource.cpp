@@ -2,9 +2,9 @@
 
 #include "AppError.h"
 #include "BackgroundTask.h"
+#include "ClipboardText.h"
 #include "Pasteboard.h"
 #include "SelectionGrabber.h"
-#include "Utf8.h"
 #include "WhiteSpace.h"
 
 #include <QCoreApplication>
@@ -32,8 +32,7 @@ void serveSelection(const BackgroundTask::Answer& answer)
 
 std::string readClipboard()
 {
-    const auto pasteboard = Pasteboard::create();
-    std::string text = Utf8::decoded(pasteboard->plainText(std::chrono::seconds(2)).value_or(""));
+    std::string text = ClipboardText::read().value_or("");
     if (WhiteSpace::trimmed(text).empty())
         throw AppError("The clipboard has no text.");
     return text;

@@ -35,4 +35,9 @@ void install(std::function<void()> newAction)
     });
 }
 
+bool isGranted()
+{
+    return hotKey && hotKey->isGranted();
+}
+
 } // namespace HotKey

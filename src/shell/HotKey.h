@@ -9,4 +9,7 @@ namespace HotKey {
 /// The hotkey stays until the process ends. Nothing is reported where another program has it.
 void install(std::function<void()> action);
 
+/// Whether it works, which it does not where another program has it.
+bool isGranted();
+
 } // namespace HotKey

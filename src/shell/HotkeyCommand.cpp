@@ -6,13 +6,16 @@
 #include "ClipboardOffer.h"
 #include "DesktopSource.h"
 #include "Interrupt.h"
+#include "ModelFile.h"
 #include "ModelOption.h"
 #include "QtText.h"
 #include "StatusLine.h"
 
 #include <QCoreApplication>
 
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 namespace HotkeyCommand {
 
@@ -94,6 +97,14 @@ AppServices services(const std::string& model, std::string selection)
     return services;
 }
 
+void requireModel(const std::string& model)
+{
+    ModelOption::requireFile(model);
+    std::error_code ignored;
+    if (model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored))
+        throw AppError("The language model is missing; \"pithwise model download\" fetches it.");
+}
+
 void throwError(const AppState& state)
 {
     if (const std::optional<QString>& message = state.errorMessage.get())
@@ -104,6 +115,7 @@ void throwError(const AppState& state)
 
 int run(const Request& request)
 {
+    requireModel(request.model);
     std::string selection = DesktopSource::selection();
     int argumentCount = 1;
     char name[] = "pithwise";

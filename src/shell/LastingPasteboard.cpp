@@ -31,6 +31,12 @@ std::optional<std::string> LastingPasteboard::plainText(std::chrono::millisecond
     return m_below->plainText(limit);
 }
 
+bool LastingPasteboard::hasSilentOwner()
+{
+    const MutexLock lock(m_mutex);
+    return m_below->hasSilentOwner();
+}
+
 void LastingPasteboard::clear()
 {
     const MutexLock lock(m_mutex);

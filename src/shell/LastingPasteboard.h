@@ -24,6 +24,7 @@ public:
     std::uint64_t changeCount() override;
     Snapshot snapshot(std::chrono::milliseconds limit) override;
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
+    bool hasSilentOwner() override;
     void clear() override;
     void write(Item item) override;
     void writeText(std::string text) override;

@@ -15,6 +15,7 @@ namespace SummarizeCommand {
 
 int run(const SummaryRequest& request)
 {
+    ModelOption::requireFile(request.model);
     const std::string text = SourceText::read(request);
     std::error_code ignored;
     if (request.model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored)) {

@@ -1,24 +1,15 @@
 #include "TextOutput.h"
 
 #include "AppError.h"
+#include "ControlCharacters.h"
 #include "Terminal.h"
+#include "Utf8.h"
 
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace TextOutput {
-
-/// How many bytes at the start of `text` are a control code that a terminal could take for the
-/// start of a command: C0 but for tabs and line feeds, delete, and C1.
-static std::size_t controlCode(std::string_view text)
-{
-    const auto first = static_cast<unsigned char>(text[0]);
-    if ((first < 0x20 && first != '\n' && first != '\t') || first == 0x7F)
-        return 1;
-    const bool isC1 =
-        first == 0xC2 && text.size() > 1 && static_cast<unsigned char>(text[1]) < 0xA0;
-    return isC1 ? 2 : 0;
-}
 
 static AppError notWritten()
 {
@@ -40,8 +31,8 @@ void write(std::FILE& stream, std::string_view text)
     }
     std::size_t length = 0; // of what is harmless
     while (length < text.size()) {
-        const std::size_t skipped = controlCode(text.substr(length));
-        if (skipped == 0) {
+        const std::size_t skipped = ControlCharacters::lengthAt(text.substr(length));
+        if (skipped == 0 || text[length] == '\n' || text[length] == '\t') {
             ++length;
             continue;
         }
@@ -56,6 +47,19 @@ void flush(std::FILE& stream)
 {
     if (std::fflush(&stream) != 0 || std::ferror(&stream) != 0)
         throw notWritten();
+}
+
+std::string oneLine(std::string text)
+{
+    const std::string decoded = Utf8::decoded(std::move(text));
+    std::string line;
+    line.reserve(decoded.size());
+    for (std::string_view rest = decoded; !rest.empty();) {
+        const std::size_t replaced = ControlCharacters::lengthAt(rest);
+        line += replaced > 0 ? '?' : rest[0];
+        rest.remove_prefix(replaced > 0 ? replaced : 1);
+    }
+    return line;
 }
 
 } // namespace TextOutput

@@ -1,5 +1,6 @@
 #include "BackgroundThreads.h"
 #include "CommandLine.h"
+#include "CoreDumps.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,7 @@ static void endBesideWork(int status)
 
 int main(int argc, char** argv)
 {
+    CoreDumps::forbid();
     const int status = CommandLine::run(argc, argv);
     endBesideWork(status);
     return status;

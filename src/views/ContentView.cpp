@@ -7,6 +7,7 @@
 #include "LinkButton.h"
 #include "MainView.h"
 #include "ModelSetupView.h"
+#include "PlatformWords.h"
 #include "SymbolView.h"
 #include "Theme.h"
 
@@ -25,7 +26,7 @@ static constexpr int noteSpacing = 4;
 
 ContentView::ContentView(AppState& state, const Theme& theme, const Actions& actions,
                          QWidget* parent)
-    : QWidget(parent)
+    : QWidget(parent), m_hasHotkey(actions.hasHotkey)
 {
     resize(extent);
     theme.applyTo(*this);
@@ -75,14 +76,21 @@ QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>
     // The text of the button, not what a click may miss it by, ends at the padding.
     row->setContentsMargins(sidePadding, footerPadding, sidePadding - LinkButton::padding,
                             footerPadding);
-    row->addWidget(new Label(theme, TextStyle::smallCaption, ColorRole::secondary,
-                             QStringLiteral("Hotkey: ⌃⌥S  ·  captures selection or window"), this));
+    m_hint = new Label(theme, TextStyle::smallCaption, ColorRole::secondary, {}, this);
+    showHint();
+    row->addWidget(m_hint);
     row->addStretch();
     auto* const button = new LinkButton(theme, QStringLiteral("Quit"), this);
     button->setObjectName(QStringLiteral("quit"));
     connect(button, &QPushButton::clicked, this, quit);
     row->addWidget(button);
     return row;
+}
+
+void ContentView::showHint() const
+{
+    m_hint->setText(
+        QString::fromUtf8(m_hasHotkey() ? platformWords.hotkey : platformWords.withoutHotkey));
 }
 
 void ContentView::setModelState(const ModelManager::State& state)
@@ -119,6 +127,7 @@ void ContentView::takeFocus()
 /// Where the user has left the focus, else where it is of most use.
 void ContentView::showEvent(QShowEvent*)
 {
+    showHint();
     if (Focus::isLost(*this))
         takeFocus();
 }

@@ -10,6 +10,7 @@
 class AppState;
 class MainView;
 class ModelSetupView;
+class QLabel;
 class QStackedWidget;
 class Theme;
 
@@ -26,6 +27,8 @@ public:
     {
         std::function<void()> quit;
         SummaryView::OpenLink openLink; // http, https and mailto only
+        /// Whether the footer may promise the hotkey.
+        std::function<bool()> hasHotkey = [] { return true; };
     };
 
     /// Requires: `state` and `theme` outlive this view.
@@ -58,9 +61,12 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    void showHint() const;
     QLayout* makeHeader(const Theme& theme);
     QLayout* makeFooter(const Theme& theme, const std::function<void()>& quit);
 
+    const std::function<bool()> m_hasHotkey;
+    QLabel* m_hint; // in the footer
     QStackedWidget* m_body;
     ModelSetupView* m_setup;
     MainView* m_main;

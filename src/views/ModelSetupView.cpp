@@ -5,6 +5,7 @@
 #include "FocusRing.h"
 #include "Label.h"
 #include "MessageView.h"
+#include "PlatformWords.h"
 #include "ProgressBar.h"
 #include "PushButton.h"
 #include "SentenceLabel.h"
@@ -30,11 +31,8 @@ ModelSetupView::ModelSetupView(const Theme& theme, QWidget* parent) : QWidget(pa
     column->addWidget(new Label(theme, TextStyle::title, ColorRole::label,
                                 QStringLiteral("Setting up the on-device model"), this),
                       0, Qt::AlignHCenter);
-    auto* const text = new SentenceLabel(
-        theme, TextStyle::body, ColorRole::secondary,
-        QStringLiteral("A small language model (about 1 GB) is downloaded once. After "
-                       "that, everything runs offline on your Mac."),
-        this);
+    auto* const text = new SentenceLabel(theme, TextStyle::body, ColorRole::secondary,
+                                         QString::fromUtf8(platformWords.modelSetup), this);
     text->setContentsMargins(textPadding, 0, textPadding, 0);
     column->addWidget(text);
     addProgress(theme);

@@ -9,6 +9,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -19,6 +20,7 @@ using Runs = std::vector<InlineMarkdown::Run>;
 constexpr int padding = 12;
 constexpr int lineHeight = 130; // percent
 constexpr qreal codeGround = 0.07;
+constexpr int longestAddress = 120; // shown of it; fits every screen
 
 bool looksLike(const InlineMarkdown::Run& a, const InlineMarkdown::Run& b)
 {
@@ -81,6 +83,23 @@ Runs shownRuns(QStringView markdown)
     return runs;
 }
 
+/// Whether clicking on the link does anything.
+bool isOpened(const QUrl& link)
+{
+    const QString scheme = link.scheme();
+    return scheme == u"http" || scheme == u"https" || scheme == u"mailto";
+}
+
+/// The address as it is sent, in which no letter can pass for another, from its beginning: there it
+/// says whose it is.
+QString shownAddress(const QUrl& link)
+{
+    QString address = QString::fromLatin1(link.toEncoded());
+    if (address.size() > longestAddress)
+        address = address.first(longestAddress - 1) + u'…';
+    return address;
+}
+
 } // namespace
 
 SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
@@ -95,6 +114,8 @@ SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(padding);
     connect(this, &QTextBrowser::anchorClicked, this, &SummaryView::open);
+    connect(this, &QTextBrowser::highlighted, this,
+            [this](const QUrl& link) { showTarget(link, QCursor::pos()); });
     connect(&theme, &Theme::changed, this, &SummaryView::follow);
     follow();
 }
@@ -192,7 +213,7 @@ QTextCharFormat SummaryView::format(const InlineMarkdown::Run& run) const
         format.setFontFamilies(QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
         format.setBackground(Drawing::faded(m_theme[ColorRole::label], codeGround));
     }
-    if (!run.link.isEmpty()) {
+    if (isOpened(QUrl(run.link))) {
         format.setAnchor(true);
         format.setAnchorHref(run.link);
         format.setForeground(m_theme[ColorRole::accentText]);
@@ -203,7 +224,25 @@ QTextCharFormat SummaryView::format(const InlineMarkdown::Run& run) const
 
 void SummaryView::open(const QUrl& link) const
 {
-    const QString scheme = link.scheme();
-    if (scheme == u"http" || scheme == u"https" || scheme == u"mailto")
+    if (isOpened(link))
         m_openLink(link);
+}
+
+/// Goes from link to link, too.
+bool SummaryView::focusNextPrevChild(bool next)
+{
+    const bool isInside = QTextBrowser::focusNextPrevChild(next);
+    if (isInside)
+        showTarget(QUrl(textCursor().charFormat().anchorHref()),
+                   viewport()->mapToGlobal(cursorRect().bottomLeft()));
+    return isInside;
+}
+
+/// For an empty link, that of the one before goes.
+void SummaryView::showTarget(const QUrl& link, const QPoint& place)
+{
+    if (link.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(place, shownAddress(link), viewport());
 }

@@ -19,12 +19,16 @@ class SummaryView : public QTextBrowser
 public:
     using OpenLink = std::function<void(const QUrl&)>;
 
-    /// `openLink` is called for links that are clicked or activated with the keyboard, and only for
-    /// http, https and mailto.
+    /// `openLink` is called for links that are clicked or activated with the keyboard. Only those
+    /// of http, https and mailto are links; each shows its address before it is opened. Nothing
+    /// that the text names is ever loaded.
     SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent = nullptr);
 
     /// Shows `markdown` (see SummaryText) in place of what is shown.
     void setMarkdown(QStringView markdown);
+
+protected:
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void follow();
@@ -34,6 +38,7 @@ private:
     void indentMarks(int from, int to) const;
     QTextCharFormat format(const InlineMarkdown::Run& run) const;
     void open(const QUrl& link) const;
+    void showTarget(const QUrl& link, const QPoint& place);
 
     const Theme& m_theme;
     OpenLink m_openLink;

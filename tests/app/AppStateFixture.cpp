@@ -35,6 +35,8 @@ AppServices AppStateFixture::services()
         .captureText = [this](ScreenGrab::Kind kind) { return captures.call(kind); },
         .clipboardText = [this]() -> std::optional<std::string> {
             ++clipboardReads;
+            if (!clipboardError.empty())
+                throw std::runtime_error(clipboardError);
             return clipboard;
         },
         .fetchPage = [this](std::string address) { return fetch(std::move(address)); },
@@ -50,7 +52,12 @@ AppServices AppStateFixture::services()
                 if (!noteError.empty())
                     throw std::runtime_error(noteError);
             },
-        .documentsFolder = [] { return std::filesystem::path("/documents"); },
+        .documentsFolder =
+            [this] {
+                if (!folderError.empty())
+                    throw std::runtime_error(folderError);
+                return std::filesystem::path("/documents");
+            },
         .now = [this] { return now; },
         .later =
             [this](std::chrono::milliseconds delay, std::function<void()> function) {

@@ -91,6 +91,7 @@ protected:
     ScriptedCalls<std::filesystem::path, std::string> documents;
     ScriptedCalls<ScreenGrab::Kind, std::string> captures;
     std::optional<std::string> clipboard; // set while nothing reads it
+    std::string clipboardError;           // this too
     std::atomic<int> clipboardReads = 0;
     std::vector<std::string> addresses;
     std::deque<QPromise<std::string>> pages;
@@ -100,6 +101,7 @@ protected:
     std::vector<std::string> pasteboardCalls;
     std::vector<Note> notes;
     std::string noteError;
+    std::string folderError;
     QDateTime now{QDate(2024, 2, 29), QTime(13, 5)};
     std::chrono::milliseconds clock{0};
     std::deque<std::pair<std::chrono::milliseconds, std::function<void()>>> timers;

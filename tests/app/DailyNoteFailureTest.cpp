@@ -178,6 +178,7 @@ TEST_F(DailyNoteFailureTest, WhereAFileCannotBeGivenANameLaterANewNoteIsWholeToo
         append("text");
         EXPECT_EQ(content(note), header + entry("text") + entry("text"));
         EXPECT_EQ(names(folder), std::set<std::string>{"2026-11-21.md"});
+        EXPECT_EQ(mode(note), 0600u);
         return;
     }
     const std::vector<std::string> space =
@@ -197,6 +198,7 @@ TEST_F(DailyNoteFailureTest, ANoteThatMayNotBeWrittenToIsReplaced)
         append("next");
     });
     EXPECT_EQ(content(note), header + entry("new") + entry("next"));
+    EXPECT_EQ(mode(note), 0600u);
     EXPECT_EQ(names(folder), std::set<std::string>{"2026-11-21.md"});
 }
 

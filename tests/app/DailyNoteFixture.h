@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -36,6 +37,13 @@ protected:
     static void write(const Path& file, std::string_view text)
     {
         std::ofstream(file, std::ios::binary) << text;
+    }
+
+    /// The permissions of a file or folder; 0 where there is none.
+    static mode_t mode(const Path& path)
+    {
+        struct stat status = {};
+        return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777u : 0;
     }
 
     static std::set<std::string> names(const Path& folder)

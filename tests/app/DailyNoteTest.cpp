@@ -1,7 +1,5 @@
 #include "DailyNoteFixture.h"
 
-#include <sys/stat.h>
-
 namespace {
 
 using DailyNoteTest = DailyNoteFixture;
@@ -50,11 +48,24 @@ TEST_F(DailyNoteTest, JustAfterMidnightANewNoteBegins)
 
 TEST_F(DailyNoteTest, LabelAndSummaryAreWrittenAsTheyStand)
 {
-    DailyNote::append(documents,
-                      {"two\nlines — 👩‍💻 **b**", SummaryMode::tldr, "\n \t*x*\r\n\n\n "},
-                      now);
-    EXPECT_EQ(content(note), header + "## 09:05 — two\nlines — 👩‍💻 **b** (TL;DR)\n\n"
-                                      "\n \t*x*\r\n\n\n \n\n");
+    DailyNote::append(
+        documents,
+        {"# two  words — 👩‍💻 **b** \u200Fא", SummaryMode::tldr, "\n \t*x*\r\n\n\n "},
+        now);
+    EXPECT_EQ(content(note),
+              header + "## 09:05 — # two  words — 👩‍💻 **b** \u200Fא (TL;DR)\n\n"
+                       "\n \t*x*\r\n\n\n \n\n");
+}
+
+TEST_F(DailyNoteTest, ALabelStaysOnTheLineOfItsHeading)
+{
+    for (const int character : {0x0A, 0x0D, 0x09, 0x0B, 0x0C, 0x00, 0x85, 0x2028, 0x2029, 0x1B,
+                                0x7F, 0x9B, 0x202E, 0x2066}) {
+        const QString label = QStringLiteral("a%1# b.txt").arg(QChar(character));
+        DailyNote::append(documents, {label, SummaryMode::tldr, "text"}, now);
+        EXPECT_EQ(content(note), header + "## 09:05 — a # b.txt (TL;DR)\n\ntext\n\n") << character;
+        std::filesystem::remove(note);
+    }
 }
 
 TEST_F(DailyNoteTest, AnEmptySummaryIsAnEntryToo)
@@ -102,14 +113,23 @@ TEST_F(DailyNoteTest, DocumentsAreMadeWithAllFoldersAbove)
               header + entry("text"));
 }
 
-TEST_F(DailyNoteTest, TheNoteHasTheUsualPermissions)
+TEST_F(DailyNoteTest, OnlyTheUserMayReadWhatIsNew)
 {
-    const mode_t mask = ::umask(027);
+    const mode_t mask = ::umask(022);
     append("text");
     ::umask(mask);
-    struct stat status;
-    ASSERT_EQ(::stat(note.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777u, 0640u);
+    EXPECT_EQ(mode(note), 0600u);
+    EXPECT_EQ(mode(folder), 0700u);
+}
+
+TEST_F(DailyNoteTest, WhatIsThereKeepsItsPermissions)
+{
+    append("text");
+    ASSERT_EQ(::chmod(note.c_str(), 0644), 0);
+    ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    append("text");
+    EXPECT_EQ(mode(note), 0644u);
+    EXPECT_EQ(mode(folder), 0755u);
 }
 
 TEST_F(DailyNoteTest, ANoteBehindALinkIsAddedToWhereItLies)
@@ -134,12 +154,12 @@ TEST_F(DailyNoteTest, ALinkToNothingLeadsToTheNewNote)
               (std::set<std::string>{"Pithwise Notes", "elsewhere.md", "second"}));
 }
 
-TEST_F(DailyNoteTest, ALinkIntoAFolderThatIsMissingLeadsToANoteThere)
+TEST_F(DailyNoteTest, ALinkIntoAFolderThatIsMissingMakesNoFolder)
 {
     std::filesystem::create_directories(folder);
     std::filesystem::create_symlink(documents / "a" / "b.md", note);
-    append("text");
-    EXPECT_EQ(content(documents / "a" / "b.md"), header + entry("text"));
+    EXPECT_EQ(failure(), sentence(ENOENT));
+    EXPECT_EQ(names(documents), std::set<std::string>{"Pithwise Notes"});
 }
 
 TEST_F(DailyNoteTest, AFolderBehindALinkIsUsed)

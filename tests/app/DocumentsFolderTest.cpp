@@ -1,5 +1,6 @@
 #include "DocumentsFolder.h"
 
+#include "AppError.h"
 #include "EnvironmentVariable.h"
 
 #include <QDir>
@@ -68,6 +69,14 @@ TEST_F(DocumentsFolderTest, ASettingThatIsNoneIsPassedOver)
                              "XDG_DOCUMENTS_DIR=\"\"", "XDG_DOCUMENTS_DIR", "\xFF\xFE", ""}) {
         write(line);
         EXPECT_EQ(DocumentsFolder::path(), inHome("Documents")) << line;
+    }
+}
+
+TEST_F(DocumentsFolderTest, WithoutAHomeFolderThereIsNone)
+{
+    for (const char* home : {"", "relative"}) {
+        const EnvironmentVariable variable("HOME", home);
+        EXPECT_THROW(DocumentsFolder::path(), AppError);
     }
 }
 

@@ -12,8 +12,9 @@ using testing::IsEmpty;
 class HotkeyActionTest : public AppStateFixture
 {
 protected:
-    const QString m_nothing = "Select some text first, or grant Accessibility and Screen Recording "
-                              "access in System Settings.";
+    const QString m_nothing = "Select some text first, or copy some.";
+    const QString m_noAccess = "Pithwise can read other windows only in an X11 session. Choose one "
+                               "when you log in.";
 
     /// Starts the flow; `isDone` tells its end.
     QCoro::Task<> press()
@@ -100,7 +101,7 @@ TEST_F(HotkeyActionTest, WithNothingAtAllThatIsExplained)
         press();
         answer(selections.back(), Grabbed());
         waitForDone();
-        EXPECT_EQ(state->errorMessage.get(), m_nothing);
+        EXPECT_EQ(state->errorMessage.get(), m_noAccess);
         EXPECT_EQ(state->tab, Tab::clipboard);
         EXPECT_EQ(state->status.get(), "kept");
     }
@@ -120,10 +121,20 @@ TEST_F(HotkeyActionTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
     waitForDone();
     EXPECT_TRUE(state->isWorking);
     EXPECT_EQ(state->status.get(), "Summarizing…");
-    EXPECT_EQ(state->errorMessage.get(), m_nothing);
+    EXPECT_EQ(state->errorMessage.get(), m_noAccess);
     EXPECT_FALSE(state->token()->isCancelled());
     engine.finish(0, "summary");
     waitForOutput("summary");
+}
+
+TEST_F(HotkeyActionTest, AClipboardThatCannotBeReadIsExplained)
+{
+    mayCapture = false;
+    clipboardError = "Its owner does not answer.";
+    press();
+    answer(selections[0], Grabbed());
+    waitForDone();
+    expectIdle("Its owner does not answer.");
 }
 
 TEST_F(HotkeyActionTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)

@@ -80,6 +80,15 @@ TEST_F(OutputActionsTest, ANoteWithoutALabelIsLeftToTheNote)
     EXPECT_EQ(notes[0].entry.output, "");
 }
 
+TEST_F(OutputActionsTest, AFolderThatCannotBeHadIsExplained)
+{
+    folderError = "There is no home.";
+    state->appendToDailyNote();
+    EXPECT_EQ(state->errorMessage.get(), "Couldn't write the daily note: There is no home.");
+    EXPECT_EQ(state->toast.get(), std::nullopt);
+    EXPECT_TRUE(notes.empty());
+}
+
 TEST_F(OutputActionsTest, ANoteThatCannotBeWrittenIsAnErrorWithoutANotice)
 {
     noteError = "The disk is full.";

@@ -37,6 +37,17 @@ TEST_F(SourceActionsTest, AnEmptyAbsentOrBlankClipboardIsSaidToHaveNoText)
     }
 }
 
+TEST_F(SourceActionsTest, AClipboardThatCannotBeReadIsExplained)
+{
+    state->status = "kept";
+    clipboardError = "Its owner does not answer.";
+    trace.clear();
+    state->useClipboard();
+    waitForError("Its owner does not answer.");
+    EXPECT_EQ(state->status.get(), "kept");
+    EXPECT_EQ(trace.size(), 1U);
+}
+
 TEST_F(SourceActionsTest, AFileIsReadAndSummarizedUnderItsName)
 {
     state->errorMessage = "earlier";

@@ -3,8 +3,11 @@
 #include "TestWindow.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -368,8 +371,35 @@ TEST_F(ApplicationTest, WithoutADisplayThatIsOneSentence)
 
 TEST_F(ApplicationTest, AModelFileThatIsNotThereIsOneSentence)
 {
-    EXPECT_EQ(run({"--model", "/nowhere.gguf"}), 1);
-    EXPECT_EQ(m_error, "pithwise: There is no model file at /nowhere.gguf.\n");
+    EXPECT_EQ(run({"--model", "./nowhere.gguf"}), 1);
+    EXPECT_EQ(m_error, "pithwise: There is no file named ./nowhere.gguf.\n");
+}
+
+TEST_F(ApplicationTest, WithoutAHomeFolderThatIsOneSentence)
+{
+    for (const QStringList& variables : {QStringList{"-u", "HOME"}, QStringList{"HOME="}}) {
+        QProcess& process =
+            m_session.start("env", variables + QStringList{Program::path(), "--model", standin()});
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_EQ(process.readAllStandardError(),
+                  "pithwise: There is no home folder: the variable HOME names none.\n");
+    }
+}
+
+TEST_F(ApplicationTest, NoCoreDumpHoldsTheTextAndTheDesktopMayLookAtTheProcess)
+{
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
+    if (limit.rlim_cur == 0)
+        GTEST_SKIP() << "There are no core dumps here.";
+    const QString folder = "/proc/" + QString::number(launch().processId());
+    QFile limits(folder + "/limits");
+    ASSERT_TRUE(limits.open(QIODevice::ReadOnly));
+    EXPECT_THAT(limits.readAll().toStdString(), testing::ContainsRegex("Max core file size +0 "));
+    EXPECT_EQ(QFileInfo(folder + "/root").ownerId(), ::geteuid());
 }
 
 TEST_F(ApplicationTest, WithoutASessionBusItRunsAllTheSame)

@@ -6,20 +6,23 @@
 #include <QDir>
 #include <QFile>
 
+#include <sys/resource.h>
+
 namespace {
 
-/// The programs of this session that are still running, by their arguments.
-QByteArrayList runningPrograms(const DesktopSession& session)
+/// The programs of this session that are still running, by the contents of that file of theirs in
+/// /proc.
+QByteArrayList runningPrograms(const DesktopSession& session, const QString& name = "cmdline")
 {
     const QByteArray mark = "XDG_RUNTIME_DIR=" + QFile::encodeName(session.path("runtime"));
     QByteArrayList programs;
     for (const QString& entry : QDir("/proc").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QFile environment("/proc/" + entry + "/environ");
-        QFile arguments("/proc/" + entry + "/cmdline");
-        if (environment.open(QIODevice::ReadOnly) && arguments.open(QIODevice::ReadOnly) &&
+        QFile contents("/proc/" + entry + "/" + name);
+        if (environment.open(QIODevice::ReadOnly) && contents.open(QIODevice::ReadOnly) &&
             QFile::symLinkTarget("/proc/" + entry + "/exe") == Program::path() &&
             environment.readAll().split('\0').contains(mark))
-            programs.append(arguments.readAll());
+            programs.append(contents.readAll());
     }
     return programs;
 }
@@ -68,6 +71,20 @@ TEST_F(ClipboardOfferTest, TheSummaryCanBePastedAfterTheProgramHasEnded)
     EXPECT_EQ(clipboard(), "- A naïve point 👩.");
     EXPECT_EQ(clipboard(), "- A naïve point 👩.");
     EXPECT_EQ(runningPrograms(m_session).size(), 1);
+}
+
+TEST_F(ClipboardOfferTest, NoCoreDumpOfTheServerHoldsTheText)
+{
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
+    if (limit.rlim_cur == 0)
+        GTEST_SKIP() << "There are no core dumps here.";
+    summarize("- A point.");
+    const QByteArrayList limits = runningPrograms(m_session, "limits");
+    ASSERT_EQ(limits.size(), 1);
+    EXPECT_THAT(limits[0].toStdString(), testing::ContainsRegex("Max core file size +0 "));
 }
 
 TEST_F(ClipboardOfferTest, TheServerEndsWhenAnotherProgramCopies)

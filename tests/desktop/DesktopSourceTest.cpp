@@ -1,5 +1,6 @@
 #include "Program.h"
 #include "SelectionFixture.h"
+#include "SelectionOwner.h"
 
 namespace {
 
@@ -54,6 +55,21 @@ TEST_F(DesktopSourceTest, ThereIsNothingToSummarizeWithoutText)
     EXPECT_EQ(run("summarize", "--clipboard").error, "pithwise: The clipboard has no text.\n");
 }
 
+TEST_F(DesktopSourceTest, AnOwnerOfTheClipboardThatDoesNotAnswerIsSaidNotTo)
+{
+    const SelectionOwner owner([](const std::string&) {
+        return SelectionOwner::Answer{"", 8, "", true};
+    });
+    EXPECT_EQ(run("read", "--clipboard").error,
+              "pithwise: The application that owns the clipboard does not answer.\n");
+}
+
+TEST_F(DesktopSourceTest, AnOwnerThatRefusesHasNoText)
+{
+    const SelectionOwner owner([](const std::string&) { return SelectionOwner::Answer{}; });
+    EXPECT_EQ(run("read", "--clipboard").error, "pithwise: The clipboard has no text.\n");
+}
+
 TEST_F(DesktopSourceTest, TheClipboardOutlivesOneProgramAfterTheOther)
 {
     startApp({"--copies", "copied"});
@@ -73,7 +89,8 @@ TEST_F(DesktopSourceTest, AFrozenOwnerOfTheClipboardIsNotWaitedForWithoutEnd)
     const QProcess& owner = startApp({"--owns", "1000"}, "Owner");
     m_session.waitUntil("the owner", [&] { return clipboard("text/html") == "<b>bold</b>"; });
     stop(owner);
-    EXPECT_EQ(plan("--clipboard").error, "pithwise: The clipboard has no text.\n");
+    EXPECT_EQ(plan("--clipboard").error,
+              "pithwise: The application that owns the clipboard does not answer.\n");
     resume(owner);
 }
 

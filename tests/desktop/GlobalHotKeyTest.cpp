@@ -73,6 +73,16 @@ TEST_F(GlobalHotKeyTest, EachPressIsToldOnce)
     waitForPresses(2);
 }
 
+TEST_F(GlobalHotKeyTest, KeysThatAnotherProgramHasAreNotGranted)
+{
+    EXPECT_TRUE(m_hotKey->isGranted());
+    auto other = GlobalHotKey::create([] {});
+    EXPECT_FALSE(other->isGranted());
+    m_hotKey.reset();
+    other = GlobalHotKey::create([] {});
+    EXPECT_TRUE(other->isGranted());
+}
+
 TEST_F(GlobalHotKeyTest, PressesThatCameWhileTheProgramWasBusyAreAllTold)
 {
     for (int i = 0; i < 5; ++i)

@@ -1,6 +1,7 @@
 #include "BenchModel.h"
 #include "Program.h"
 #include "SelectionFixture.h"
+#include "SelectionOwner.h"
 #include "StandinModel.h"
 
 #include <QDir>
@@ -86,18 +87,30 @@ TEST_F(HotkeyCommandTest, WithNothingAtAllThatIsOneSentence)
     const Result result = hotkeyOnStandin({"--copy"});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
-    EXPECT_TRUE(result.error.ends_with("pithwise: Select some text first, or grant Accessibility "
-                                       "and Screen Recording access in System Settings.\n"))
+    EXPECT_TRUE(result.error.ends_with("pithwise: Select some text first, or copy some.\n"))
         << result.error;
 }
 
-TEST_F(HotkeyCommandTest, WithoutAModelThatIsOneSentence)
+TEST_F(HotkeyCommandTest, WithoutAModelItSaysWhatToDo)
 {
     selectSomeText();
     const Result result = hotkey({});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.error, "pithwise: The language model is still downloading.\n");
+    EXPECT_EQ(result.error, "pithwise: The language model is missing; \"pithwise model download\" "
+                            "fetches it.\n");
+}
+
+TEST_F(HotkeyCommandTest, AnOwnerOfTheClipboardThatDoesNotAnswerIsSaidNotTo)
+{
+    const SelectionOwner owner([](const std::string&) {
+        return SelectionOwner::Answer{"", 8, "", true};
+    });
+    const Result result = hotkeyOnStandin();
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.error.ends_with(
+        "pithwise: The application that owns the clipboard does not answer.\n"))
+        << result.error;
 }
 
 TEST_F(HotkeyCommandTest, ADamagedModelIsOneSentence)

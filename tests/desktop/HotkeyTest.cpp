@@ -85,8 +85,7 @@ TEST_F(HotkeyTest, WithNothingAtAllTheEarlierTextStays)
     waitUntilHidden();
     press({"ctrl+alt+s"});
     waitUntilShown();
-    m_reader.find("text", "Select some text first, or grant Accessibility and Screen Recording "
-                          "access in System Settings.");
+    m_reader.find("text", "Select some text first, or copy some.");
     EXPECT_EQ(source(), "Some text.");
     pressButton("Summarize");
     waitForSummary();

@@ -1,5 +1,7 @@
 #include "ModelFile.h"
 
+#include "AppError.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -45,6 +47,24 @@ TEST_F(ModelFileTest, ARelativeOrEmptyDataFolderIsIgnored)
     EXPECT_EQ(ModelFile::directory(), m_folder / ".local/share/Pithwise");
     setenv("XDG_DATA_HOME", "", 1);
     EXPECT_EQ(ModelFile::directory(), m_folder / ".local/share/Pithwise");
+}
+
+TEST_F(ModelFileTest, WithoutAHomeFolderThereIsNoneForTheModel)
+{
+    for (const char* home : {"", "relative", static_cast<const char*>(nullptr)}) {
+        if (home != nullptr)
+            setenv("HOME", home, 1);
+        else
+            unsetenv("HOME");
+        try {
+            ModelFile::path();
+            ADD_FAILURE() << ModelFile::path();
+        } catch (const AppError& error) {
+            EXPECT_EQ(error.message(), "There is no home folder: the variable HOME names none.");
+        }
+    }
+    setenv("XDG_DATA_HOME", (m_folder / "elsewhere").c_str(), 1);
+    EXPECT_EQ(ModelFile::directory(), m_folder / "elsewhere/Pithwise");
 }
 
 TEST_F(ModelFileTest, AFolderThatCannotBeCreatedIsNoErrorHere)

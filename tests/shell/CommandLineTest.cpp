@@ -1,5 +1,8 @@
 #include "ProgramFixture.h"
 
+#include <QFileInfo>
+#include <QProcess>
+
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
 
@@ -134,6 +137,26 @@ TEST_F(CommandLineTest, AMissingFileIsNamed)
     EXPECT_EQ(result.error, "pithwise: There is no file named no such?file.txt.\n");
 }
 
+TEST_F(CommandLineTest, AnErrorHoldsNothingThatCommandsATerminal)
+{
+    for (const auto output : {Program::Output::pipe, Program::Output::terminal}) {
+        const Result result = run({"plan", u"a\u009B31mb\u202Ec\u2066d\u007F.txt"_qs}, {}, output);
+        EXPECT_EQ(result.error, "pithwise: There is no file named a?31mb?c?d?.txt.\n");
+    }
+    EXPECT_EQ(run({"plan", "--mode", u"\u009Bpoem"_qs, "x"}).error.substr(0, 40),
+              "pithwise: ?poem is not one of bullets|ex");
+}
+
+TEST_F(CommandLineTest, AnErrorIsValidUtf8WhateverBytesAFileHasForAName)
+{
+    const std::string script = "exec \"$0\" plan \"$(printf 'a\\377\\233.txt')\"";
+    QProcess shell;
+    shell.start("/bin/sh", {"-c", QString::fromStdString(script), Program::path()});
+    ASSERT_TRUE(shell.waitForFinished());
+    EXPECT_EQ(shell.readAllStandardError().toStdString(),
+              "pithwise: There is no file named aÿ?.txt.\n");
+}
+
 TEST_F(CommandLineTest, OnlyRegularFilesAreRead)
 {
     ASSERT_EQ(::mkfifo(qPrintable(path("pipe")), 0600), 0);
@@ -157,6 +180,34 @@ TEST_F(CommandLineTest, ABlankTextIsAnError)
     const Result result = run({"summarize", "-"}, "");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.error, "pithwise: No text found in standard input.\n");
+}
+
+TEST_F(CommandLineTest, WithoutAHomeFolderTheModelHasNoPlace)
+{
+    for (const QStringList& arguments : {QStringList{"model", "path"},
+                                         {"model", "status"},
+                                         {"model", "download"},
+                                         {"summarize", file("source", "text")}}) {
+        Program program;
+        prepare(program);
+        program.setEnvironment("XDG_DATA_HOME", "");
+        program.setEnvironment("HOME", "");
+        program.start(arguments);
+        EXPECT_EQ(program.finish(), 1);
+        EXPECT_EQ(program.output(), "");
+        EXPECT_EQ(QByteArray(program.error()).replace("Downloading the language model…\n", ""),
+                  "pithwise: There is no home folder: the variable HOME names none.\n");
+    }
+    EXPECT_FALSE(QFileInfo::exists("/.local"));
+}
+
+TEST_F(CommandLineTest, AModelFileThatIsNotThereIsNamedAsItWasGiven)
+{
+    for (const QStringList& command : {QStringList{"summarize", "-"}, {"hotkey"}}) {
+        for (const char* name : {"no/such.gguf", "./x", "/nowhere.gguf"})
+            EXPECT_EQ(run(command + QStringList{"--model", name}, "text").error,
+                      "pithwise: There is no file named " + std::string(name) + ".\n");
+    }
 }
 
 TEST_F(CommandLineTest, OutputThatCannotBeWrittenIsAnError)

@@ -5,7 +5,9 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 namespace {
 
@@ -38,6 +40,18 @@ TEST_F(ReadCommandTest, AFileIsPrintedAsItIs)
     }
 }
 
+TEST_F(ReadCommandTest, NoCoreDumpHoldsTheText)
+{
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
+    if (limit.rlim_cur == 0)
+        GTEST_SKIP() << "There are no core dumps here.";
+    EXPECT_THAT(run({"read", "/proc/self/limits"}).output,
+                testing::ContainsRegex("Max core file size +0 "));
+}
+
 TEST_F(ReadCommandTest, AMissingLineFeedAtTheEndIsAdded)
 {
     EXPECT_EQ(run({"read", file("source", "text")}).output, "text\n");
@@ -60,6 +74,14 @@ TEST_F(ReadCommandTest, ATerminalGetsTheTextWithoutItsControlCodes)
     const QString source = file("source", "one\x1B[31m two\t\a\xC2\x9Bm three\x7F\x1B");
     EXPECT_EQ(run({"read", source}, {}, Program::Output::terminal).output,
               "one[31m two\tm three\r\n");
+}
+
+TEST_F(ReadCommandTest, ATerminalGetsNothingThatTurnsTheTextAround)
+{
+    const QString source = file("source", "pay \u202E001\u202C, \u2066\u2067a\u2069 \u200Fb\n");
+    EXPECT_EQ(run({"read", source}, {}, Program::Output::terminal).output,
+              "pay 001, a \u200Fb\r\n");
+    EXPECT_EQ(run({"read", source}).output, "pay \u202E001\u202C, \u2066\u2067a\u2069 \u200Fb\n");
 }
 
 TEST_F(ReadCommandTest, WhatCannotBeReadIsAnErrorInOneSentence)

@@ -37,8 +37,19 @@ TEST_F(ContentViewTest, HasItsSizeAndItsHeaderAndFooter)
     EXPECT_EQ(view->size(), QSize(460, 640));
     EXPECT_TRUE(hasLabel("Pithwise"));
     EXPECT_TRUE(hasLabel("On-device"));
-    EXPECT_TRUE(hasLabel("Hotkey: ⌃⌥S  ·  captures selection or window"));
+    EXPECT_TRUE(hasLabel("Hotkey: Ctrl+Alt+S  ·  captures selection or window"));
     EXPECT_EQ(button("quit").text(), QStringLiteral("Quit"));
+}
+
+TEST_F(ContentViewTest, TheFooterPromisesTheHotkeyOnlyWhereItWorks)
+{
+    hasHotkey = false;
+    show();
+    EXPECT_TRUE(hasLabel("\"pithwise hotkey\" captures selection or window"));
+    view->hide();
+    hasHotkey = true;
+    show();
+    EXPECT_TRUE(hasLabel("Hotkey: Ctrl+Alt+S  ·  captures selection or window"));
 }
 
 TEST_F(ContentViewTest, TheHeaderAndTheFooterHaveTheirPaddings)
@@ -84,7 +95,7 @@ TEST_F(ContentViewTest, EveryTextHasItsStyleAndItsColour)
     const std::map<QString, Look> looks = {
         {"Pithwise", {TextStyle::headline, ColorRole::label}},
         {"On-device", note},
-        {"Hotkey: ⌃⌥S  ·  captures selection or window",
+        {"Hotkey: Ctrl+Alt+S  ·  captures selection or window",
          {TextStyle::smallCaption, ColorRole::secondary}},
         {"Setting up the on-device model", {TextStyle::title, ColorRole::label}},
         {"Drop a PDF, TXT, DOCX, RTF or image here", {TextStyle::callout, ColorRole::label}},

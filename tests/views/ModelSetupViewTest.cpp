@@ -41,7 +41,7 @@ TEST_F(ModelSetupViewTest, HasItsTexts)
     EXPECT_EQ(texts,
               QStringList({"Setting up the on-device model",
                            "A small language model (about 1 GB) is downloaded once. After that, "
-                           "everything runs offline on your Mac."}));
+                           "everything runs offline on your computer."}));
 }
 
 TEST_F(ModelSetupViewTest, IdleOffersTheDownload)

@@ -189,7 +189,7 @@ void addLabels(QVBoxLayout& column, const Theme& theme)
                  label(TextStyle::body, ColorRole::label, "Body"),
                  label(TextStyle::callout, ColorRole::label, "Callout")});
     row(column, {label(TextStyle::caption, ColorRole::secondary, "Caption"),
-                 label(TextStyle::smallCaption, ColorRole::secondary, "Hotkey: ⌃⌥S"),
+                 label(TextStyle::smallCaption, ColorRole::secondary, "Hotkey: Ctrl+Alt+S"),
                  label(TextStyle::callout, ColorRole::tertiary, "Tertiary"),
                  label(TextStyle::caption, ColorRole::error, "An error.")});
     auto* const bar = new ProgressBar(theme);

@@ -1,6 +1,7 @@
 #include "SummaryView.h"
 
 #include "ControlFixture.h"
+#include "LoopbackServer.h"
 #include "SummaryText.h"
 
 #include <QRegularExpression>
@@ -8,6 +9,7 @@
 #include <QSignalSpy>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QToolTip>
 
 #include <random>
 #include <vector>
@@ -205,6 +207,75 @@ TEST_F(SummaryViewTest, LinksOpenWhenTheyAreClickedAndOnlySafeOnes)
                                         QUrl(QStringLiteral("mailto:me@a.example"))};
     EXPECT_EQ(opened, expected);
     EXPECT_TRUE(view.toPlainText().startsWith(u"aaaa")) << "nothing is loaded";
+}
+
+TEST_F(SummaryViewTest, OnlyWhatCanBeOpenedLooksLikeALink)
+{
+    view.setMarkdown(u"[a](https://a.example) [b](file:///etc/passwd) [c](javascript:x) [d](e) "
+                     u"[f](data:text/html,x) [g](HTTP://g.example)");
+    EXPECT_EQ(view.toPlainText(), QStringLiteral("a b c d f g"));
+    for (const int position : {0, 10})
+        EXPECT_TRUE(formatAt(position).isAnchor()) << position;
+    for (const int position : {2, 4, 6, 8}) {
+        EXPECT_FALSE(formatAt(position).isAnchor()) << position;
+        EXPECT_FALSE(formatAt(position).fontUnderline()) << position;
+    }
+}
+
+TEST_F(SummaryViewTest, NoPictureIsEverLoaded)
+{
+    LoopbackServer server;
+    const QString page = server.url("/a.png").toString();
+    view.setMarkdown(
+        QStringLiteral("![a](%1) <img src=\"%1\"> [![b](%1)](%1)\n![c](file:///c.png)\n"
+                       "<link rel='stylesheet' href='%1'><style>@import '%1'</style>")
+            .arg(page));
+    show();
+    view.grab();
+    for (QTextBlock block = view.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto i = block.begin(); !i.atEnd(); ++i)
+            EXPECT_FALSE(i.fragment().charFormat().isImageFormat());
+    }
+    QTest::mouseMove(view.viewport(), QPoint(20, 20));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(SummaryViewTest, ALinkUnderTheMouseShowsWhereItLeads)
+{
+    view.setMarkdown(u"plain [bank.example](https://a@evil.example/ü?q=<b>) plain");
+    show();
+    QTextCursor cursor(view.document());
+    cursor.setPosition(8);
+    QTest::mouseMove(view.viewport(), view.cursorRect(cursor).center());
+    ASSERT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }));
+    EXPECT_EQ(QToolTip::text(), QStringLiteral("https://a@evil.example/%C3%BC?q=%3Cb%3E"));
+    cursor.setPosition(2);
+    QTest::mouseMove(view.viewport(), view.cursorRect(cursor).center());
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
+}
+
+TEST_F(SummaryViewTest, ALinkThatGetsTheKeyboardShowsWhereItLeads)
+{
+    view.setMarkdown(u"[aaaa](https://a.example)");
+    show();
+    view.setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    ASSERT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }));
+    EXPECT_EQ(QToolTip::text(), QStringLiteral("https://a.example"));
+}
+
+TEST_F(SummaryViewTest, ALongAddressIsShownFromItsBeginning)
+{
+    view.setMarkdown(QStringLiteral("[aaaa](https://a.example/%1)").arg(QString(5000, u'x')));
+    show();
+    QTextCursor cursor(view.document());
+    cursor.setPosition(2);
+    QTest::mouseMove(view.viewport(), view.cursorRect(cursor).center());
+    ASSERT_TRUE(QTest::qWaitFor([] { return QToolTip::isVisible(); }));
+    EXPECT_TRUE(QToolTip::text().startsWith(u"https://a.example/xxx"));
+    EXPECT_TRUE(QToolTip::text().endsWith(u"…"));
+    EXPECT_EQ(QToolTip::text().size(), 120);
 }
 
 TEST_F(SummaryViewTest, ALinkOpensWithTheKeyboard)

@@ -19,7 +19,8 @@ ViewTest::ViewTest()
     view = std::make_unique<ContentView>(
         *state, theme,
         ContentView::Actions{[this] { ++quits; },
-                             [this](const QUrl& url) { opened.push_back(url); }});
+                             [this](const QUrl& url) { opened.push_back(url); },
+                             [this] { return hasHotkey; }});
     view->setModelState(ModelManager::Ready{});
 }
 

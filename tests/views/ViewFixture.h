@@ -60,4 +60,5 @@ protected:
     std::unique_ptr<ContentView> view;
     int quits = 0;
     std::vector<QUrl> opened;
+    bool hasHotkey = true;
 };

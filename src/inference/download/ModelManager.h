@@ -43,7 +43,7 @@ public:
     };
     using State = std::variant<Idle, Downloading, Ready, Failed>;
 
-    /// The folder of the model; created where missing, as far as possible.
+    /// ModelFile::directory().
     static std::filesystem::path directory();
     /// The address of the model: PITHWISE_MODEL_URL from the environment if set and not empty, else
     /// the address from the build options.

@@ -4,4 +4,7 @@
 
 /// For sessions that let programs have no keys.
 class NullGlobalHotKey : public GlobalHotKey
-{};
+{
+public:
+    bool isGranted() const override { return false; }
+};

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -95,7 +96,7 @@ std::set<std::uint16_t> X11GlobalHotKey::findModifiers()
     return modifiers;
 }
 
-/// Where another program has the keys, the server refuses with an error event, and that is that.
+/// Where another program has the keys with any state of the lock keys, they are not ours.
 void X11GlobalHotKey::grab()
 {
     std::set<std::uint16_t> modifiers = findModifiers();
@@ -103,9 +104,16 @@ void X11GlobalHotKey::grab()
         return;
     m_modifiers = std::move(modifiers);
     xcb_ungrab_key(m_connection->get(), physicalS, m_connection->root(), XCB_MOD_MASK_ANY);
+    std::vector<xcb_void_cookie_t> grabs;
     for (const std::uint16_t mask : m_modifiers)
-        xcb_grab_key(m_connection->get(), 0, m_connection->root(), mask, physicalS,
-                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        grabs.push_back(xcb_grab_key_checked(m_connection->get(), 0, m_connection->root(), mask,
+                                             physicalS, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    m_isGranted = true;
+    for (const xcb_void_cookie_t grab : grabs) {
+        const X11Connection::Owned<xcb_generic_error_t> refusal(
+            xcb_request_check(m_connection->get(), grab));
+        m_isGranted = m_isGranted && !refusal;
+    }
 }
 
 void X11GlobalHotKey::handle(const xcb_generic_event_t& event)

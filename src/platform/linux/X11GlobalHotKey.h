@@ -17,6 +17,8 @@ public:
     /// Null where no X server answers or it cannot tell when a key is released.
     static std::unique_ptr<X11GlobalHotKey> create(std::function<void()> pressed);
 
+    bool isGranted() const override { return m_isGranted; }
+
 private:
     X11GlobalHotKey(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
 
@@ -32,6 +34,7 @@ private:
     X11RawInput m_input;
     X11Events m_events;
     std::set<std::uint16_t> m_modifiers; // with which the key is grabbed
+    bool m_isGranted = false;
     bool m_isHeld = false;
     xcb_timestamp_t m_released = 0;
 };

@@ -141,9 +141,12 @@ Pasteboard::Snapshot X11Pasteboard::snapshot(milliseconds limit)
 std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
 {
     const Deadline deadline = X11Connection::Clock::now() + limit;
+    m_hasSilentOwner = false;
     if (m_reader.owner(m_clipboard, deadline).value_or(XCB_NONE) == XCB_NONE)
         return std::nullopt;
-    return m_reader.text(m_clipboard, limit, deadline);
+    std::optional<std::string> text = m_reader.text(m_clipboard, limit, deadline);
+    m_hasSilentOwner = m_reader.hasStalled() && !m_connection->isLost();
+    return text;
 }
 
 void X11Pasteboard::writeText(std::string text)

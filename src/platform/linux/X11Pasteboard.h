@@ -14,6 +14,7 @@ public:
     std::uint64_t changeCount() override { return m_server->changeCount(); }
     Snapshot snapshot(std::chrono::milliseconds limit) override;
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
+    bool hasSilentOwner() override { return m_hasSilentOwner; }
     void clear() override { m_server->release(); }
     void write(Item item) override { m_server->offer(std::move(item)); }
     void writeText(std::string text) override;
@@ -37,4 +38,5 @@ private:
     std::unique_ptr<SelectionServer> m_server;
     SelectionReader m_reader;
     xcb_atom_t m_clipboard;
+    bool m_hasSilentOwner = false;
 };

@@ -1,0 +1,39 @@
+#pragma once
+
+/// The sentences that name what only one kind of computer has: its keys, its settings, itself. All
+/// in UTF-8.
+struct PlatformWords
+{
+    const char* modelSetup;      // while the model is not there yet
+    const char* hotkey;          // the footer, where the hotkey works
+    const char* withoutHotkey;   // and where it does not
+    const char* nothingSelected; // after the hotkey, where everything may be read
+    const char* nothingReadable; // where other windows may not
+};
+
+inline constexpr PlatformWords macWords = {
+    .modelSetup = "A small language model (about 1 GB) is downloaded once. After that, everything "
+                  "runs offline on your Mac.",
+    .hotkey = "Hotkey: ⌃⌥S  ·  captures selection or window",
+    .withoutHotkey = "",
+    .nothingSelected = "Select some text first, or grant Accessibility and Screen Recording access "
+                       "in System Settings.",
+    .nothingReadable = "Select some text first, or grant Accessibility and Screen Recording access "
+                       "in System Settings.",
+};
+
+inline constexpr PlatformWords linuxWords = {
+    .modelSetup = "A small language model (about 1 GB) is downloaded once. After that, everything "
+                  "runs offline on your computer.",
+    .hotkey = "Hotkey: Ctrl+Alt+S  ·  captures selection or window",
+    .withoutHotkey = "\"pithwise hotkey\" captures selection or window",
+    .nothingSelected = "Select some text first, or copy some.",
+    .nothingReadable = "Pithwise can read other windows only in an X11 session. Choose one when "
+                       "you log in.",
+};
+
+#ifdef __APPLE__
+inline constexpr const PlatformWords& platformWords = macWords;
+#else
+inline constexpr const PlatformWords& platformWords = linuxWords;
+#endif
