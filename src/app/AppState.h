@@ -98,7 +98,7 @@ private:
     void flash(const QString& message);
     void copy(const QString& text);
 
-    QFuture<Reading> inBackground(std::function<std::string()> read);
+    QFuture<Reading> inBackground(std::function<DocumentText()> read);
     QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read);
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);

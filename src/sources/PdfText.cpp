@@ -1,7 +1,8 @@
 #include "AppError.h"
 #include "Characters.h"
 #include "DocumentReader.h"
-#include "OCR.h"
+#include "PageRecognition.h"
+#include "RecognizedPages.h"
 #include "RegularFile.h"
 #include "TextRecognizer.h"
 #include "WhiteSpace.h"
@@ -14,8 +15,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace DocumentReader {
 
@@ -77,26 +78,24 @@ QImage rendered(QPdfDocument& document, int page)
     return image;
 }
 
-std::string recognizedText(QPdfDocument& document)
+std::string recognizedText(QPdfDocument& document, const OnPage& onPage)
 {
-    std::unique_ptr<TextRecognizer> recognizer;
-    std::optional<std::string> text;
-    const int pages = std::min(document.pageCount(), mostRecognizedPages);
-    for (int page = 0; page < pages; ++page) {
-        const QImage image = rendered(document, page);
-        if (image.isNull())
-            continue;
-        if (!recognizer)
-            recognizer = TextRecognizer::create();
-        const std::string pageText = OCR::recognize(image, *recognizer);
-        text = text ? *text + "\n\n" + pageText : pageText;
-    }
-    return text.value_or("");
+    RecognizedPages recognized(std::min(document.pageCount(), mostRecognizedPages));
+    PageRecognition::run({.count = recognized.count(),
+                          .draw = [&](int index) { return rendered(document, index); },
+                          .onText =
+                              [&](int index, std::optional<std::string> text) {
+                                  if (onPage)
+                                      onPage({index, recognized.count(), text});
+                                  recognized.add(index, std::move(text));
+                              },
+                          .create = [] { return TextRecognizer::create(); }});
+    return recognized.text();
 }
 
 } // namespace
 
-std::string readPDF(const std::filesystem::path& file)
+std::string readPDF(const std::filesystem::path& file, const OnPage& onPage)
 {
     const std::optional<RegularFile> content = RegularFile::open(file);
     QFile device;
@@ -111,7 +110,7 @@ std::string readPDF(const std::filesystem::path& file)
     const std::string_view trimmed = WhiteSpace::trimmed(text);
     if (Characters::prefix(trimmed, leastTextLayer).characters == leastTextLayer)
         return std::string(trimmed);
-    return recognizedText(document);
+    return recognizedText(document, onPage);
 }
 
 } // namespace DocumentReader
