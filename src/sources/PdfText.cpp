@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfDocument>
+#include <QPdfDocumentRenderOptions>
 #include <QPdfSelection>
 
 #include <algorithm>
@@ -65,11 +66,14 @@ QSize renderedSize(QSizeF points)
     return {pixels(width), pixels(height)};
 }
 
-/// The page on white paper; a null image where it cannot be drawn.
+/// The page on white paper, as far as its crop box reaches, with its annotations; Qt Pdf draws no
+/// form fields. A null image where it cannot be drawn.
 QImage rendered(QPdfDocument& document, int page)
 {
     const QSize size = renderedSize(document.pagePointSize(page));
-    QImage image = size.isEmpty() ? QImage() : document.render(page, size);
+    QPdfDocumentRenderOptions options;
+    options.setRenderFlags(QPdfDocumentRenderOptions::RenderFlag::Annotations);
+    QImage image = size.isEmpty() ? QImage() : document.render(page, size, options);
     if (!image.isNull()) {
         QPainter painter(&image);
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);

@@ -207,6 +207,32 @@ TEST_F(PdfTextTest, OnlyTheFirstFifteenPagesOfAScanAreRecognized)
     EXPECT_EQ(read(pdf), expected);
 }
 
+TEST_F(PdfTextTest, TheTextOfAnnotationsIsRecognized)
+{
+    for (const char* kind : {"FreeText", "Stamp"}) {
+        PdfWriter pdf;
+        pdf.addAnnotatedPage(kind, "BT /F1 24 Tf 2 10 Td " + PdfWriter::shown("Approved") + "ET");
+        EXPECT_EQ(read(pdf), "Approved") << kind;
+    }
+}
+
+TEST_F(PdfTextTest, OnlyWhatIsSeenOfAPageIsRecognized)
+{
+    PdfWriter pdf;
+    pdf.addPage("BT /F1 24 Tf 150 200 Td " + PdfWriter::shown("Inside") +
+                    "ET BT /F1 24 Tf 10 20 Td " + PdfWriter::shown("Outside") + "ET",
+                "600 400]/CropBox[100 100 400 300");
+    EXPECT_EQ(read(pdf), "Inside");
+}
+
+TEST_F(PdfTextTest, ATurnedPageIsRecognizedUpright)
+{
+    PdfWriter pdf;
+    pdf.addPage("BT 0 1 -1 0 100 40 Tm /F1 24 Tf " + PdfWriter::shown("Upright") + "ET",
+                "200 300]/Rotate 90/X[");
+    EXPECT_EQ(read(pdf), "Upright");
+}
+
 TEST_F(PdfTextTest, AnEmptyPageOfAScanKeepsItsSeparator)
 {
     PdfWriter pdf;
