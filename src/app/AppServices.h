@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DailyNote.h"
+#include "DocumentText.h"
 #include "Pithwise.h"
 #include "ScreenGrab.h"
 
@@ -21,7 +22,7 @@ class Pasteboard;
 struct AppServices
 {
     /// The text of a file. Blocks.
-    std::function<std::string(const std::filesystem::path&)> readDocument;
+    std::function<DocumentText(const std::filesystem::path&)> readDocument;
     /// The text on the screen. Blocks.
     std::function<std::string(ScreenGrab::Kind)> captureText;
     /// The plain text on the clipboard, if there is any. Throws where its owner does not answer.

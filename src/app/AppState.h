@@ -101,7 +101,7 @@ private:
     void copy(const QString& text);
 
     enum class Effort { little, much }; // much takes its turn
-    QFuture<Reading> inBackground(std::function<std::string()> read,
+    QFuture<Reading> inBackground(std::function<DocumentText()> read,
                                   Effort effort = Effort::little);
     QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read,
                                                Effort effort = Effort::little);

@@ -4,9 +4,12 @@
 #include "ChildProcess.h"
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
+#include "PageRecord.h"
+#include "RecognizedPages.h"
 #include "Utf8.h"
 
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace DocumentProcess {
@@ -14,7 +17,9 @@ namespace DocumentProcess {
 namespace {
 
 constexpr int exitText = 0;
-constexpr int exitSentence = 3; // a status that no crash or usage error has
+// Statuses that no crash or usage error has.
+constexpr int exitSentence = 3;
+constexpr int exitPages = 4; // the text is in the records of the pages
 
 int print(std::FILE& stream, const std::string& text, int status)
 {
@@ -23,28 +28,53 @@ int print(std::FILE& stream, const std::string& text, int status)
     return isWritten ? status : 1;
 }
 
+/// The pages whose records `output` begins with, which are taken off.
+std::optional<RecognizedPages> takePages(std::string& output)
+{
+    std::optional<RecognizedPages> pages;
+    std::string_view rest = output;
+    while (std::optional<DocumentReader::ScannedPage> page = PageRecord::take(rest)) {
+        if (!pages)
+            pages.emplace(page->count);
+        if (page->index < pages->count())
+            pages->add(page->index, std::move(page->text));
+    }
+    output.erase(0, output.size() - rest.size());
+    return pages;
+}
+
 } // namespace
 
-std::string read(const std::filesystem::path& file, const std::string& program,
-                 std::chrono::milliseconds limit)
+DocumentText read(const std::filesystem::path& file, const std::string& program,
+                  std::chrono::milliseconds limit)
 {
     ChildProcess::Result result =
         ChildProcess::run({program, command, std::filesystem::absolute(file).native()}, limit);
-    if (result.end == ChildProcess::End::timedOut)
-        throw AppError("Reading the document takes too long.");
-    if (result.end == ChildProcess::End::exited && result.exitStatus == exitText)
+    const bool hasExited = result.end == ChildProcess::End::exited;
+    if (hasExited && result.exitStatus == exitText)
         return std::move(result.output);
-    if (result.end == ChildProcess::End::exited && result.exitStatus == exitSentence)
+    const std::optional<RecognizedPages> pages = takePages(result.output);
+    if (hasExited && result.exitStatus == exitSentence)
         throw AppError(Utf8::decoded(std::move(result.output)));
-    throw AppError("Reading the document failed.");
+    const bool isTimedOut = result.end == ChildProcess::End::timedOut;
+    if (pages && (isTimedOut || (hasExited && result.exitStatus == exitPages)))
+        return {Utf8::decoded(pages->text()), pages->share()};
+    throw AppError(isTimedOut ? "Reading the document takes too long."
+                              : "Reading the document failed.");
 }
 
 int serve(const std::filesystem::path& file, std::FILE& stream)
 {
     ChildProcess::endWithParent();
     const LibraryMessages quiet;
+    bool hasPages = false;
+    const auto onPage = [&](const DocumentReader::ScannedPage& page) {
+        hasPages = true;
+        print(stream, PageRecord::written(page), exitPages);
+    };
     try {
-        return print(stream, DocumentReader::read(file), exitText);
+        const std::string text = DocumentReader::read(file, onPage);
+        return hasPages ? print(stream, "", exitPages) : print(stream, text, exitText);
     } catch (const std::bad_alloc&) {
         return print(stream, "There is not enough memory.", exitSentence);
     } catch (const std::exception& error) {

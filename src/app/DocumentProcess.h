@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DocumentText.h"
+
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -12,17 +14,18 @@ namespace DocumentProcess {
 /// The argument with which a program is told to be that process, followed by the file's path.
 constexpr const char* command = "read-document";
 
-/// Above what fifteen scanned pages take on a slow machine.
+/// How long nothing may come of a document: far above what a scanned page takes on a slow machine.
 constexpr std::chrono::milliseconds defaultLimit = std::chrono::minutes(2);
 
 /// What DocumentReader::read returns or throws for `file`, the error always as an AppError; read by
-/// a process of the program at the path `program`. Throws AppError also when that takes longer than
-/// `limit` or fails. Blocks; any thread.
-std::string read(const std::filesystem::path& file, const std::string& program,
-                 std::chrono::milliseconds limit = defaultLimit);
+/// a process of the program at the path `program`. Where `limit` passes without a text or a further
+/// page of a scan, it is what has been recognised until then. Throws AppError also where that is
+/// nothing, and where the process fails. Blocks; any thread.
+DocumentText read(const std::filesystem::path& file, const std::string& program,
+                  std::chrono::milliseconds limit = defaultLimit);
 
-/// What that process does: writes the text, or the error's sentence, to `stream` and returns its
-/// exit status. Main thread.
+/// What that process does: writes the text, or the pages of a scan one by one, or the error's
+/// sentence, to `stream` and returns its exit status. Main thread.
 int serve(const std::filesystem::path& file, std::FILE& stream);
 
 } // namespace DocumentProcess

@@ -13,9 +13,10 @@ struct Reading
 {
     QString text;                 // normalised
     std::optional<QString> error; // a sentence, where it failed
+    QString share = {};           // which part of the source was read, empty for the whole
 
     static Reading failed(const std::exception& caught)
     {
-        return {QString(), QtText::sentence(caught)};
+        return {.text = {}, .error = QtText::sentence(caught)};
     }
 };

@@ -35,7 +35,7 @@ QCoro::Task<Reading> reading(QCoro::Task<std::string> page)
 {
     try {
         const std::string text = co_await page;
-        co_return Reading{QtText::normalised(text), std::nullopt};
+        co_return Reading{.text = QtText::normalised(text), .error = std::nullopt};
     } catch (const std::exception& error) {
         co_return Reading::failed(error);
     }
@@ -57,17 +57,22 @@ QCoro::Task<> AppState::acceptWhenRead(Awaitable source, QString label)
     const Reading reading = co_await source;
     if (!state)
         co_return;
+    if (!reading.share.isEmpty())
+        label += " (" + reading.share + u')';
     if (reading.error)
         fail(*reading.error);
     else
         accept(reading.text, label);
 }
 
-QFuture<Reading> AppState::inBackground(std::function<std::string()> read, Effort effort)
+QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read, Effort effort)
 {
     const auto reading = [read = std::move(read)] {
         try {
-            return Reading{QtText::normalised(read()), std::nullopt};
+            const DocumentText text = read();
+            return Reading{.text = QtText::normalised(text.text),
+                           .error = std::nullopt,
+                           .share = QtText::fromUtf8(text.share)};
         } catch (const std::exception& error) {
             return Reading::failed(error);
         }

@@ -17,12 +17,12 @@ struct Result
 {
     End end;
     int exitStatus = 0; // of one that exited
-    std::string output; // on standard output
+    std::string output; // on standard output, also of one that was killed
 };
 
 /// Runs the program words[0] (a path) with the arguments that follow, without input; what it writes
-/// to standard error is dropped. It is killed where it takes longer than `limit`. Throws
-/// std::system_error when it cannot be started. Blocks; any thread.
+/// to standard error is dropped. It is killed where it writes nothing for longer than `limit`.
+/// Throws std::system_error when it cannot be started. Blocks; any thread.
 Result run(std::vector<std::string> words, std::chrono::milliseconds limit);
 
 /// The path of the program that is running, by which run() finds it even when its file has been

@@ -1,30 +1,33 @@
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
-#include <memory>
+#include "FileDescriptor.h"
 
-/// Pictures of the user's screen as PNG files that are new and readable by the user alone.
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+/// Pictures of the user's screen, as PNG files that have no name: nothing of them is left, however
+/// the process ends.
 ///
-/// Each `take` blocks, may be called from any thread and returns whether it wrote `file`; where it
-/// did not, or threw, there is no file. Each throws std::runtime_error with a sentence for the user
-/// when there was a picture that could not be written.
+/// Each `take` blocks, may be called from any thread and returns the file, or nothing. Each throws
+/// std::runtime_error with a sentence for the user when there was a picture that could not be
+/// written.
 class Screenshot
 {
 public:
     virtual ~Screenshot() = default;
 
-    /// All monitors, without the pointer. False where the system refuses.
-    virtual bool takeScreen(const std::filesystem::path& file) = 0;
+    /// All monitors, without the pointer. Nothing where the system refuses.
+    virtual std::optional<FileDescriptor> takeScreen() = 0;
 
-    /// The window that WindowList knows as `id`, without title bar and shadow. False also when it
+    /// The window that WindowList knows as `id`, without title bar and shadow. Nothing also when it
     /// is gone.
-    virtual bool takeWindow(std::uint32_t id, const std::filesystem::path& file) = 0;
+    virtual std::optional<FileDescriptor> takeWindow(std::uint32_t id) = 0;
 
-    /// The rectangle that the user drags out, of the screen as it was at the call. False when the
+    /// The rectangle that the user drags out, of the screen as it was at the call. Nothing when the
     /// user cancels, and at once while another selection is under way. Shows its size only in a
     /// process with a QGuiApplication.
-    virtual bool takeSelection(const std::filesystem::path& file) = 0;
+    virtual std::optional<FileDescriptor> takeSelection() = 0;
 
     /// Cancels the selection of this object that is under way, else the next one. Any thread.
     virtual void cancelSelection() = 0;

@@ -20,12 +20,35 @@ public:
         std::size_t rowBytes; // from the start of one row to that of the next
     };
 
+    /// A picture in colours, each 0x00RRGGBB, of which the first byte is not looked at; not owned.
+    struct ColourImage
+    {
+        const std::uint32_t* pixels;
+        int width;
+        int height;
+        std::size_t rowPixels;
+    };
+
+    struct Reading
+    {
+        /// The best reading of every line of text, in reading order, valid UTF-8; a line the
+        /// recogniser has no reading for is an empty string.
+        std::vector<std::string> lines;
+        /// How many letters are read, each counting the less the less it is sure.
+        double certainty = 0;
+        /// Whether text seems to be there that was not read, or not well.
+        bool isDoubtful = false;
+    };
+
     virtual ~TextRecognizer() = default;
 
-    /// The best reading of every line of text, in reading order, valid UTF-8; a line the recogniser
-    /// has no reading for is an empty string. Throws std::runtime_error with a sentence for the
-    /// user when recognising fails. Blocks, for seconds with a full page.
-    virtual std::vector<std::string> lines(const GreyImage& image) = 0;
+    /// The text in `image`, small and faint text included. Throws std::runtime_error with a
+    /// sentence for the user when recognising fails. Blocks, for seconds with a full page.
+    virtual Reading read(const GreyImage& image) = 0;
+
+    /// The same by the recogniser's own ways alone, for what the preparation of pictures does not
+    /// suit: noise, colours of the same shade.
+    virtual Reading readPlainly(const ColourImage& image) = 0;
 
     /// The system's recogniser. Throws std::runtime_error with a sentence for the user when it is
     /// not installed.

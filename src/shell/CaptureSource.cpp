@@ -64,7 +64,7 @@ std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
 std::string read(ScreenGrab::Kind kind)
 {
     const auto screenshot = Screenshot::create();
-    // Not at once, so that the picture is removed first.
+    // Not at once, so that the overlay goes first.
     const Interrupt interrupt([&screenshot] { screenshot->cancelSelection(); });
     std::string text;
     try {

@@ -33,11 +33,11 @@ static std::string extension(const std::filesystem::path& file)
     return extension;
 }
 
-std::string read(const std::filesystem::path& file)
+std::string read(const std::filesystem::path& file, const OnPage& onPage)
 {
     const std::string kind = extension(file);
     if (kind == "pdf")
-        return readPDF(file);
+        return readPDF(file, onPage);
     if (kind == "docx")
         return readDOCX(file);
     if (kind == "rtf" || kind == "rtfd")

@@ -47,9 +47,8 @@ bool isLightOnNothing(const QImage& image)
     return light > opaque / 2 && opaque < pixelCount * 255 / 2;
 }
 
-QImage onGround(const QImage& image)
+QImage onGround(const QImage& image, int ground)
 {
-    const int ground = isLightOnNothing(image) ? 0 : 255;
     QImage grey = checked(QImage(image.size(), QImage::Format_Grayscale8));
     forEachRow(image, [&](int y, const QRgb* pixels) {
         uchar* const row = grey.scanLine(y);
@@ -63,10 +62,15 @@ QImage onGround(const QImage& image)
 
 } // namespace
 
-QImage of(const QImage& image)
+Ground groundOf(const QImage& image)
+{
+    return image.hasAlphaChannel() && isLightOnNothing(image) ? Ground::dark : Ground::light;
+}
+
+QImage of(const QImage& image, Ground ground)
 {
     if (image.hasAlphaChannel())
-        return onGround(image);
+        return onGround(image, ground == Ground::dark ? 0 : 255);
     return checked(image.convertToFormat(QImage::Format_Grayscale8));
 }
 

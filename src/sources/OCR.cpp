@@ -4,15 +4,22 @@
 #include "ImageFile.h"
 #include "TextRecognizer.h"
 
+#include <QPainter>
+
+#include <cmath>
+#include <cstdint>
+#include <new>
+
 namespace OCR {
 
-/// Requires an image of QImage::Format_Grayscale8.
-static std::string recognizeGrey(const QImage& grey, TextRecognizer& recognizer)
+namespace {
+
+using Reading = TextRecognizer::Reading;
+
+std::string joined(const std::vector<std::string>& lines)
 {
     std::string text;
-    for (const std::string& line :
-         recognizer.lines({grey.constBits(), grey.width(), grey.height(),
-                           static_cast<std::size_t>(grey.bytesPerLine())})) {
+    for (const std::string& line : lines) {
         if (line.empty())
             continue;
         if (!text.empty())
@@ -21,6 +28,64 @@ static std::string recognizeGrey(const QImage& grey, TextRecognizer& recognizer)
     }
     return text;
 }
+
+Reading readGrey(const QImage& grey, TextRecognizer& recognizer)
+{
+    return recognizer.read({grey.constBits(), grey.width(), grey.height(),
+                            static_cast<std::size_t>(grey.bytesPerLine())});
+}
+
+/// `image` on white paper.
+Reading readPlainly(const QImage& image, TextRecognizer& recognizer)
+{
+    QImage page(image.size(), QImage::Format_RGB32);
+    if (page.isNull())
+        throw std::bad_alloc();
+    page.fill(Qt::white);
+    QPainter painter(&page);
+    painter.drawImage(page.rect(), image, image.rect());
+    painter.end();
+    return recognizer.readPlainly({reinterpret_cast<const std::uint32_t*>(page.constBits()),
+                                   page.width(), page.height(),
+                                   static_cast<std::size_t>(page.bytesPerLine()) / 4});
+}
+
+void takeBetter(Reading& best, Reading other)
+{
+    if (other.certainty > best.certainty)
+        best = std::move(other);
+}
+
+/// Reads `image` in the other ways too, where `best`, read in grey on `ground`, is doubtful.
+Reading bestOf(Reading best, const QImage& image, GreyPicture::Ground ground,
+               TextRecognizer& recognizer)
+{
+    using GreyPicture::Ground;
+    if (!best.isDoubtful)
+        return best;
+    takeBetter(best, readPlainly(image, recognizer));
+    // Fringes can be lighter than the letters that they surround, or darker.
+    if (image.hasAlphaChannel()) {
+        const Ground other = ground == Ground::dark ? Ground::light : Ground::dark;
+        takeBetter(best, readGrey(GreyPicture::of(image, other), recognizer));
+    }
+    return best;
+}
+
+/// Smaller where it has many pixels, so that it can stay until it is known whether it is needed
+/// once more.
+QImage bounded(QImage image)
+{
+    constexpr double mostPixels = 36e6;
+    const double pixels = static_cast<double>(image.width()) * image.height();
+    if (pixels <= mostPixels)
+        return image;
+    const QSizeF size = QSizeF(image.size()) * std::sqrt(mostPixels / pixels);
+    return image.scaled(size.toSize().expandedTo({1, 1}), Qt::IgnoreAspectRatio,
+                        Qt::SmoothTransformation);
+}
+
+} // namespace
 
 std::string recognize(const QImage& image)
 {
@@ -31,14 +96,21 @@ std::string recognize(const QImage& image, TextRecognizer& recognizer)
 {
     if (image.isNull())
         return {};
-    return recognizeGrey(GreyPicture::of(image), recognizer);
+    const GreyPicture::Ground ground = GreyPicture::groundOf(image);
+    Reading reading = readGrey(GreyPicture::of(image, ground), recognizer);
+    return joined(bestOf(std::move(reading), image, ground, recognizer).lines);
 }
 
 std::string recognize(const std::filesystem::path& imageAt)
 {
-    // The coloured picture, four times as large, is gone before the recogniser takes its memory.
-    const QImage grey = GreyPicture::of(ImageFile::load(imageAt));
-    return recognizeGrey(grey, *TextRecognizer::create());
+    QImage image = ImageFile::load(imageAt);
+    const GreyPicture::Ground ground = GreyPicture::groundOf(image);
+    const QImage grey = GreyPicture::of(image, ground);
+    // A large coloured picture is gone before the recogniser takes its memory.
+    image = bounded(std::move(image));
+    const auto recognizer = TextRecognizer::create();
+    Reading reading = readGrey(grey, *recognizer);
+    return joined(bestOf(std::move(reading), image, ground, *recognizer).lines);
 }
 
 } // namespace OCR

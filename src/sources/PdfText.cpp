@@ -1,7 +1,8 @@
 #include "AppError.h"
 #include "Characters.h"
 #include "DocumentReader.h"
-#include "OCR.h"
+#include "PageRecognition.h"
+#include "RecognizedPages.h"
 #include "RegularFile.h"
 #include "TextRecognizer.h"
 #include "WhiteSpace.h"
@@ -10,12 +11,13 @@
 #include <QImage>
 #include <QPainter>
 #include <QPdfDocument>
+#include <QPdfDocumentRenderOptions>
 #include <QPdfSelection>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace DocumentReader {
 
@@ -64,11 +66,14 @@ QSize renderedSize(QSizeF points)
     return {pixels(width), pixels(height)};
 }
 
-/// The page on white paper; a null image where it cannot be drawn.
+/// The page on white paper, as far as its crop box reaches, with its annotations; Qt Pdf draws no
+/// form fields. A null image where it cannot be drawn.
 QImage rendered(QPdfDocument& document, int page)
 {
     const QSize size = renderedSize(document.pagePointSize(page));
-    QImage image = size.isEmpty() ? QImage() : document.render(page, size);
+    QPdfDocumentRenderOptions options;
+    options.setRenderFlags(QPdfDocumentRenderOptions::RenderFlag::Annotations);
+    QImage image = size.isEmpty() ? QImage() : document.render(page, size, options);
     if (!image.isNull()) {
         QPainter painter(&image);
         painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
@@ -77,26 +82,24 @@ QImage rendered(QPdfDocument& document, int page)
     return image;
 }
 
-std::string recognizedText(QPdfDocument& document)
+std::string recognizedText(QPdfDocument& document, const OnPage& onPage)
 {
-    std::unique_ptr<TextRecognizer> recognizer;
-    std::optional<std::string> text;
-    const int pages = std::min(document.pageCount(), mostRecognizedPages);
-    for (int page = 0; page < pages; ++page) {
-        const QImage image = rendered(document, page);
-        if (image.isNull())
-            continue;
-        if (!recognizer)
-            recognizer = TextRecognizer::create();
-        const std::string pageText = OCR::recognize(image, *recognizer);
-        text = text ? *text + "\n\n" + pageText : pageText;
-    }
-    return text.value_or("");
+    RecognizedPages recognized(std::min(document.pageCount(), mostRecognizedPages));
+    PageRecognition::run({.count = recognized.count(),
+                          .draw = [&](int index) { return rendered(document, index); },
+                          .onText =
+                              [&](int index, std::optional<std::string> text) {
+                                  if (onPage)
+                                      onPage({index, recognized.count(), text});
+                                  recognized.add(index, std::move(text));
+                              },
+                          .create = [] { return TextRecognizer::create(); }});
+    return recognized.text();
 }
 
 } // namespace
 
-std::string readPDF(const std::filesystem::path& file)
+std::string readPDF(const std::filesystem::path& file, const OnPage& onPage)
 {
     const std::optional<RegularFile> content = RegularFile::open(file);
     QFile device;
@@ -111,7 +114,7 @@ std::string readPDF(const std::filesystem::path& file)
     const std::string_view trimmed = WhiteSpace::trimmed(text);
     if (Characters::prefix(trimmed, leastTextLayer).characters == leastTextLayer)
         return std::string(trimmed);
-    return recognizedText(document);
+    return recognizedText(document, onPage);
 }
 
 } // namespace DocumentReader

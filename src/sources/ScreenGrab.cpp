@@ -6,39 +6,13 @@
 #include "Screenshot.h"
 #include "WindowList.h"
 
-#include <QDir>
-#include <QFile>
-#include <QUuid>
-
 #include <unistd.h>
+
+#include <utility>
 
 namespace ScreenGrab {
 
 namespace {
-
-/// A name for a picture in the user's temporary folder. A file of that name is gone in the end.
-class TemporaryPicture
-{
-public:
-    TemporaryPicture()
-    {
-        const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-        const QString path = QDir(QDir::tempPath()).filePath("pithwise-" + id + ".png");
-        m_path = QFile::encodeName(path).toStdString();
-    }
-    ~TemporaryPicture()
-    {
-        std::error_code ignored; // it may never have been there
-        std::filesystem::remove(m_path, ignored);
-    }
-    TemporaryPicture(const TemporaryPicture&) = delete;
-    TemporaryPicture& operator=(const TemporaryPicture&) = delete;
-
-    const std::filesystem::path& path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 /// Too small to hold text worth reading: tool palettes, floating buttons.
 constexpr double smallSide = 120; // points
@@ -49,27 +23,29 @@ bool isEligible(const WindowList::Window& window)
            window.width > smallSide && window.height > smallSide;
 }
 
-bool takeFrontWindow(const Tools& tools, const std::filesystem::path& file)
+std::optional<FileDescriptor> takeFrontWindow(const Tools& tools)
 {
     const std::optional<std::uint32_t> window = frontWindowID(tools.windowList);
     if (!window)
         throw AppError("No window found to capture.");
-    return tools.screenshot.takeWindow(*window, file);
+    return tools.screenshot.takeWindow(*window);
 }
 
 /// Throws AppError unless the picture was taken.
-void take(Kind kind, const Tools& tools, const std::filesystem::path& file)
+FileDescriptor take(Kind kind, const Tools& tools)
 {
     if (kind == Kind::selection) {
-        if (!tools.screenshot.takeSelection(file))
+        std::optional<FileDescriptor> selected = tools.screenshot.takeSelection();
+        if (!selected)
             throw AppError("Capture cancelled.");
-        return;
+        return *std::move(selected);
     }
-    const bool isTaken =
-        kind == Kind::window ? takeFrontWindow(tools, file) : tools.screenshot.takeScreen(file);
-    if (!isTaken)
+    std::optional<FileDescriptor> picture =
+        kind == Kind::window ? takeFrontWindow(tools) : tools.screenshot.takeScreen();
+    if (!picture)
         throw AppError("Capture failed. Allow Screen Recording for this app in System Settings → "
                        "Privacy & Security.");
+    return *std::move(picture);
 }
 
 } // namespace
@@ -93,9 +69,8 @@ std::string captureText(Kind kind, const Tools& tools)
     // Without the permission the attempt is made all the same: it may be given meanwhile.
     if (kind != Kind::selection && !tools.permission.isGranted())
         tools.permission.request();
-    const TemporaryPicture picture;
-    take(kind, tools, picture.path());
-    return tools.recognize(picture.path());
+    const FileDescriptor picture = take(kind, tools);
+    return tools.recognize("/proc/self/fd/" + std::to_string(picture.value()));
 }
 
 std::string captureText(Kind kind)

@@ -34,8 +34,8 @@ std::optional<std::uint32_t> frontWindowID();
 std::optional<std::uint32_t> frontWindowID(WindowList& windowList);
 
 /// Takes a picture and returns the text in it, which may be empty. Throws AppError where there is
-/// no picture, and what Screenshot and OCR throw. Leaves no file behind. Blocks, for seconds with a
-/// full page and for as long as the user selects; any thread.
+/// no picture, and what Screenshot and OCR throw. The picture never has a name in any folder.
+/// Blocks, for seconds with a full page and for as long as the user selects; any thread.
 std::string captureText(Kind kind);
 std::string captureText(Kind kind, const Tools& tools);
 

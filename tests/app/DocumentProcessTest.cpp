@@ -2,6 +2,8 @@
 
 #include "DocumentFolder.h"
 #include "DocumentReader.h"
+#include "PageRecord.h"
+#include "PdfWriter.h"
 #include "Program.h"
 
 #include <QElapsedTimer>
@@ -12,22 +14,39 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
 class DocumentProcessTest : public testing::Test
 {
 protected:
     std::string read(const std::filesystem::path& file)
     {
-        return DocumentProcess::read(file, Program::path().toStdString());
+        return DocumentProcess::read(file, Program::path().toStdString()).text;
     }
 
-    /// What is said of a program that does what the shell's `line` says.
-    std::string errorOf(const std::string& line,
+    /// What a program reads that does what the shell's `line` says.
+    DocumentText readBy(const std::string& line,
                         std::chrono::milliseconds limit = DocumentProcess::defaultLimit)
     {
         const std::filesystem::path program = m_folder.write("program", "#!/bin/sh\n" + line);
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-        return DocumentFolder::errorOf(
-            [&] { return DocumentProcess::read("/file", program.native(), limit); });
+        return DocumentProcess::read("/file", program.native(), limit);
+    }
+
+    /// What is said of such a program.
+    std::string errorOf(const std::string& line,
+                        std::chrono::milliseconds limit = DocumentProcess::defaultLimit)
+    {
+        return DocumentFolder::errorOf([&] { return readBy(line, limit).text; });
+    }
+
+    /// A line that writes what is there in the end of the pages of those indices, of fifteen.
+    std::string pages(std::initializer_list<int> indices)
+    {
+        std::string records;
+        for (const int index : indices)
+            records += PageRecord::written({index, 15, "Text " + std::to_string(index)});
+        return "cat '" + m_folder.write("pages", records).native() + "'; ";
     }
 
     DocumentFolder m_folder;
@@ -73,9 +92,61 @@ TEST_F(DocumentProcessTest, ARelativePathIsFromTheWorkingFolder)
 
 TEST_F(DocumentProcessTest, AProcessThatTakesTooLongIsEnded)
 {
-    using namespace std::chrono_literals;
     EXPECT_EQ(errorOf("exec sleep 600", 50ms), "Reading the document takes too long.");
     EXPECT_EQ(errorOf("echo text; exec sleep 600", 50ms), "Reading the document takes too long.");
+}
+
+TEST_F(DocumentProcessTest, AScanIsReadAsByTheReader)
+{
+    PdfWriter pdf;
+    for (const char* word : {"First", "Second", "Third"}) // too little for a text layer
+        pdf.addPage("BT /F1 24 Tf 20 40 Td " + PdfWriter::shown(word) + "ET", "250 100");
+    pdf.addPage("", "0.1 0.1");
+    const std::filesystem::path file = m_folder.write("scan.pdf", pdf.bytes());
+    const DocumentText text = DocumentProcess::read(file, Program::path().toStdString());
+    EXPECT_EQ(text.text, DocumentReader::read(file));
+    EXPECT_EQ(text.text, "First\n\nSecond\n\nThird");
+    EXPECT_EQ(text.share, "");
+}
+
+TEST_F(DocumentProcessTest, WhatWasRecognisedUntilTheLimitIsUsedWithItsShare)
+{
+    const DocumentText text = readBy(pages({1, 0, 3}) + "exec sleep 600", 1s);
+    EXPECT_EQ(text.text, "Text 0\n\nText 1\n\nText 3");
+    EXPECT_EQ(text.share, "pages 1–2, 4 of 15");
+}
+
+TEST_F(DocumentProcessTest, HalfAPageAtTheLimitIsLeftOut)
+{
+    const std::string half = PageRecord::written({1, 15, std::string(100, 'x')}).substr(0, 50);
+    const std::string line = pages({0}) + "cat '" + m_folder.write("half", half).native() + "'; ";
+    const DocumentText text = readBy(line + "exec sleep 600", 1s);
+    EXPECT_EQ(text.text, "Text 0");
+    EXPECT_EQ(text.share, "page 1 of 15");
+}
+
+TEST_F(DocumentProcessTest, TheLimitIsForEachPageNotForAll)
+{
+    std::string line;
+    for (int i = 0; i < 15; ++i) {
+        const std::string name = "page" + std::to_string(i);
+        const auto page = m_folder.write(name, PageRecord::written({i, 15, "x"}));
+        line += "sleep 0.2; cat '" + page.native() + "'; ";
+    }
+    EXPECT_EQ(readBy(line + "exit 4", 2s).share, "");
+}
+
+TEST_F(DocumentProcessTest, AScanWithoutAPageAtTheLimitIsAnError)
+{
+    EXPECT_EQ(errorOf("printf '\\036page 0 15'; exec sleep 600", 50ms),
+              "Reading the document takes too long.");
+}
+
+TEST_F(DocumentProcessTest, AnErrorAmongPagesIsTheReaders)
+{
+    EXPECT_EQ(errorOf(pages({0, 1}) + "printf 'The recogniser is tired.'; exit 3"),
+              "The recogniser is tired.");
+    EXPECT_EQ(errorOf(pages({0, 1}) + "kill -SEGV $$"), "Reading the document failed.");
 }
 
 TEST_F(DocumentProcessTest, AProcessThatCrashesIsAnErrorInOneSentence)

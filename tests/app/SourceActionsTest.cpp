@@ -63,6 +63,19 @@ TEST_F(SourceActionsTest, AFileIsReadAndSummarizedUnderItsName)
     expectWorking("Loading model…");
 }
 
+TEST_F(SourceActionsTest, WhereOnlyAPartOfAFileWasReadItsLabelSaysSo)
+{
+    AppServices partial = services();
+    partial.readDocument = [](auto&&) { return DocumentText("text", "pages 1–9 of 15"); };
+    state = std::make_unique<AppState>(partial);
+    state->loadFile("/folder/scan.pdf");
+    waitForSource("text", "scan.pdf (pages 1–9 of 15)");
+    partial.readDocument = [](auto&&) { return DocumentText("", "page 2 of 15"); };
+    state = std::make_unique<AppState>(partial);
+    state->loadFile("/folder/scan.pdf");
+    waitForError("No text found in scan.pdf (page 2 of 15).");
+}
+
 TEST_F(SourceActionsTest, AFilesNameMayBeAnything)
 {
     const std::vector<std::pair<std::string, QString>> names = {

@@ -1,12 +1,12 @@
 #include "ApplicationFixture.h"
 
 #include "Program.h"
+#include "ScreenPicture.h"
 #include "Screenshot.h"
 #include "StandinModel.h"
 
 #include <QDir>
 
-#include <filesystem>
 #include <iostream>
 
 ApplicationFixture::ApplicationFixture() : ApplicationFixture(DesktopSession::Options{}) {}
@@ -25,10 +25,9 @@ void ApplicationFixture::TearDown()
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
     const QString name = QString("%1.%2.png").arg(test.test_suite_name(), test.name());
     QDir().mkpath(PITHWISE_FAILURES);
-    const std::filesystem::path file = QDir(PITHWISE_FAILURES).filePath(name).toStdString();
-    std::filesystem::remove(file);
-    if (Screenshot::create()->takeScreen(file))
-        std::cerr << "The screen is in " << file.string() << ".\n";
+    const QString file = QDir(PITHWISE_FAILURES).filePath(name);
+    if (screen().save(file))
+        std::cerr << "The screen is in " << file.toStdString() << ".\n";
 }
 
 QString ApplicationFixture::standin(const std::string& script)
@@ -174,8 +173,7 @@ std::string ApplicationFixture::complaints(QProcess& process)
 
 QImage ApplicationFixture::screen()
 {
-    const std::filesystem::path file = m_session.path("screen.png").toStdString();
-    std::filesystem::remove(file);
-    EXPECT_TRUE(Screenshot::create()->takeScreen(file));
-    return QImage(QString::fromStdString(file.string()));
+    QImage image = ScreenPicture::of(Screenshot::create()->takeScreen());
+    EXPECT_FALSE(image.isNull());
+    return image;
 }

@@ -1,12 +1,21 @@
+#include "FileDescriptor.h"
 #include "OverlayFixture.h"
 #include "Program.h"
+#include "TestWindow.h"
+
+#include <QFile>
 
 #include <gmock/gmock.h>
+#include <sys/inotify.h>
+
+#include <array>
+#include <cerrno>
 
 namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 class CaptureCommandTest : public OverlayTest
 {
@@ -56,6 +65,20 @@ TEST_F(CaptureCommandTest, TheTextOfTheWindowIsPrinted)
         program.start({"read", "--capture", "window"});
         return finish(program).output == "Pack my box\n";
     });
+}
+
+TEST_F(CaptureCommandTest, NothingIsEverInTheTemporaryFolder)
+{
+    const FileDescriptor events(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+    const QByteArray folder = QFile::encodeName(m_session.path("pictures"));
+    ASSERT_GE(::inotify_add_watch(events.value(), folder.constData(), IN_CREATE | IN_MOVED_TO), 0);
+    TestWindow window(m_session, {100, 100, 300, 200});
+    window.show();
+    for (const char* kind : {"window", "screen"})
+        EXPECT_THAT(plan({"--capture", kind}).error, Not(HasSubstr("Capture failed")));
+    std::array<char, 4096> buffer{};
+    EXPECT_EQ(::read(events.value(), buffer.data(), buffer.size()), -1) << "a file was made";
+    EXPECT_EQ(errno, EAGAIN);
 }
 
 TEST_F(CaptureCommandTest, WithoutAWindowThatIsSaid)

@@ -1,5 +1,6 @@
 #include "OverlayFixture.h"
 
+#include "ScreenPicture.h"
 #include "Screenshot.h"
 
 #include <QDir>
@@ -18,11 +19,6 @@ OverlayTest::OverlayTest(const DesktopSession::Options& options) : m_session(opt
     m_session.waitUntil("the grey", [this] { return cornerGrey() == grey; });
 }
 
-std::filesystem::path OverlayTest::file(const char* name) const
-{
-    return m_session.path("pictures").toStdString() + "/" + name;
-}
-
 QStringList OverlayTest::files() const
 {
     return QDir(m_session.path("pictures")).entryList(QDir::Files | QDir::Hidden);
@@ -30,9 +26,8 @@ QStringList OverlayTest::files() const
 
 QImage OverlayTest::screen()
 {
-    EXPECT_TRUE(Screenshot::create()->takeScreen(file("screen.png")));
-    QImage image(QString::fromStdString(file("screen.png").string()), "png");
-    std::filesystem::remove(file("screen.png"));
+    QImage image = ScreenPicture::of(Screenshot::create()->takeScreen());
+    EXPECT_FALSE(image.isNull());
     return image;
 }
 

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 /// A grey desktop, on which an overlay shows by being darker, and a user's hand.
 class OverlayTest : public testing::Test
 {
@@ -18,8 +16,6 @@ protected:
     static constexpr int grey = 0xC0;
 
     explicit OverlayTest(const DesktopSession::Options& options = {});
-
-    std::filesystem::path file(const char* name = "a.png") const;
 
     /// What lies in the folder for temporary files.
     QStringList files() const;

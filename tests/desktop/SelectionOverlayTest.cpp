@@ -1,6 +1,7 @@
 #include "AppError.h"
 #include "OverlayFixture.h"
 #include "ScreenGrab.h"
+#include "ScreenPicture.h"
 #include "Screenshot.h"
 #include "SizeLabel.h"
 #include "TestWindow.h"
@@ -35,17 +36,21 @@ protected:
     /// Starts a selection and returns once the user could drag.
     void start()
     {
-        m_result =
-            std::async(std::launch::async, [this] { return m_screenshot->takeSelection(file()); });
+        m_result = std::async(std::launch::async, [this] { return m_screenshot->takeSelection(); });
         waitForOverlay();
     }
 
-    bool isChosen() { return m_result.get(); }
+    bool isChosen()
+    {
+        m_file = m_result.get();
+        return m_file.has_value();
+    }
 
-    QImage picture() const { return QImage(QString::fromStdString(file().string()), "png"); }
+    QImage picture() const { return ScreenPicture::of(m_file); }
 
     std::unique_ptr<Screenshot> m_screenshot = Screenshot::create();
-    std::future<bool> m_result;
+    std::future<std::optional<FileDescriptor>> m_result;
+    std::optional<FileDescriptor> m_file;
 };
 
 class TwoMonitorsTest : public SelectionOverlayTest
@@ -105,7 +110,7 @@ TEST_F(SelectionOverlayTest, EscapeCancelsBeforeTheDrag)
     start();
     m_session.xdotool({"key", "Escape"});
     EXPECT_FALSE(isChosen());
-    EXPECT_FALSE(std::filesystem::exists(file()));
+    EXPECT_THAT(files(), IsEmpty());
     EXPECT_FALSE(isDimmed());
 }
 
@@ -116,7 +121,7 @@ TEST_F(SelectionOverlayTest, EscapeCancelsDuringTheDrag)
     m_session.xdotool({"key", "Escape"});
     EXPECT_FALSE(isChosen());
     m_session.xdotool({"mouseup", "1"});
-    EXPECT_FALSE(std::filesystem::exists(file()));
+    EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(SelectionOverlayTest, TheRightButtonCancelsBeforeAndDuringTheDrag)
@@ -129,7 +134,7 @@ TEST_F(SelectionOverlayTest, TheRightButtonCancelsBeforeAndDuringTheDrag)
     m_session.xdotool({"click", "3"});
     EXPECT_FALSE(isChosen());
     m_session.xdotool({"mouseup", "1"});
-    EXPECT_FALSE(std::filesystem::exists(file()));
+    EXPECT_THAT(files(), IsEmpty());
 }
 
 TEST_F(SelectionOverlayTest, ACancelledSelectionSaysSoAndLeavesNoFile)
@@ -227,8 +232,7 @@ TEST_F(SelectionOverlayTest, TheFocusStaysWhereItWas)
 TEST_F(SelectionOverlayTest, ThereIsOneAtATime)
 {
     start();
-    EXPECT_FALSE(Screenshot::create()->takeSelection(file("second.png")));
-    EXPECT_FALSE(std::filesystem::exists(file("second.png")));
+    EXPECT_FALSE(Screenshot::create()->takeSelection());
     drag({100, 100}, {300, 200});
     m_session.xdotool({"mouseup", "1"});
     EXPECT_TRUE(isChosen());
@@ -240,8 +244,8 @@ TEST_F(SelectionOverlayTest, TheProgramCanCancelToo)
     m_screenshot->cancelSelection();
     EXPECT_FALSE(isChosen());
     m_screenshot->cancelSelection();
-    EXPECT_FALSE(m_screenshot->takeSelection(file())); // at once
-    start();                                           // the wish counted once
+    EXPECT_FALSE(m_screenshot->takeSelection()); // at once
+    start();                                     // the wish counted once
     m_session.xdotool({"key", "Escape"});
     EXPECT_FALSE(isChosen());
 }
@@ -251,7 +255,7 @@ TEST_F(SelectionOverlayTest, WhereAnotherProgramHoldsTheKeyboardNothingIsShown)
     {
         TestWindow other(m_session);
         other.grabKeyboard();
-        EXPECT_FALSE(m_screenshot->takeSelection(file()));
+        EXPECT_FALSE(m_screenshot->takeSelection());
         EXPECT_FALSE(isDimmed());
     }
     start(); // once it lets go
@@ -264,7 +268,7 @@ TEST_F(SelectionOverlayTest, TheServersDeathCancels)
     start();
     m_session.killServer();
     EXPECT_FALSE(isChosen());
-    EXPECT_FALSE(std::filesystem::exists(file()));
+    EXPECT_THAT(files(), IsEmpty());
 }
 
 } // namespace

@@ -22,8 +22,10 @@ using Lines = std::vector<std::string>;
 Lines read(TextRecognizer& recognizer, const QImage& image)
 {
     const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
-    return recognizer.lines({grey.constBits(), grey.width(), grey.height(),
-                             static_cast<std::size_t>(grey.bytesPerLine())});
+    return recognizer
+        .read({grey.constBits(), grey.width(), grey.height(),
+               static_cast<std::size_t>(grey.bytesPerLine())})
+        .lines;
 }
 
 Lines read(const QImage& image)
@@ -150,8 +152,10 @@ TEST(TextRecognizerTest, RowsMayBeLongerThanThePicture)
     padded.fill(0);
     for (int y = 0; y < whole.height(); ++y)
         std::copy_n(whole.constScanLine(y), whole.width(), padded.scanLine(y));
-    EXPECT_EQ(TextRecognizer::create()->lines({padded.constBits(), whole.width(), whole.height(),
-                                               static_cast<std::size_t>(padded.bytesPerLine())}),
+    EXPECT_EQ(TextRecognizer::create()
+                  ->read({padded.constBits(), whole.width(), whole.height(),
+                          static_cast<std::size_t>(padded.bytesPerLine())})
+                  .lines,
               harbourLines);
 }
 
@@ -159,7 +163,7 @@ TEST(TextRecognizerTest, APictureWithoutTextHasNoReadingAndNothingIsPrinted)
 {
     testing::internal::CaptureStderr();
     const auto recognizer = TextRecognizer::create();
-    EXPECT_EQ(recognizer->lines({nullptr, 0, 0, 0}), Lines());
+    EXPECT_EQ(recognizer->read({nullptr, 0, 0, 0}).lines, Lines());
     for (const int shade : {0, 128, 255}) {
         for (const QSize size : {QSize(1, 1), QSize(9, 9), QSize(640, 480), QSize(40000, 1)})
             EXPECT_EQ(read(*recognizer, grey(size.width(), size.height(), shade)), Lines());

@@ -7,7 +7,11 @@
 
 #include <QTemporaryDir>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
 
 namespace {
 
@@ -30,6 +34,22 @@ QImage barOnNothing(QColor ink)
             image.setPixelColor(x, y, ink);
     }
     return image;
+}
+
+/// Makes every pixel as much as `amount` lighter or darker.
+void addNoise(QImage& image, int amount)
+{
+    std::mt19937 random(1);
+    std::uniform_int_distribution<int> change(-amount, amount);
+    const auto changed = [](int shade, int by) { return std::clamp(shade + by, 0, 255); };
+    for (int y = 0; y < image.height(); ++y) {
+        auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int by = change(random);
+            row[x] = qRgb(changed(qRed(row[x]), by), changed(qGreen(row[x]), by),
+                          changed(qBlue(row[x]), by));
+        }
+    }
 }
 
 QImage seen(const QImage& image)
@@ -125,6 +145,89 @@ TEST(OCRTest, TheTextInAPictureIsRead)
     EXPECT_EQ(
         OCR::recognize(TextImage::render(harbour, {.ink = Qt::white, .ground = Qt::transparent})),
         harbourText);
+}
+
+TEST(OCRTest, ATextOfLittleContrastIsRead)
+{
+    // One and a half to one, and less.
+    for (const TextImage::Look& look :
+         {TextImage::Look{.ink = QColor(47, 47, 47), .ground = QColor(30, 30, 30)},
+          TextImage::Look{.ink = QColor(211, 211, 211)},
+          TextImage::Look{.ink = QColor(101, 101, 101), .ground = QColor(128, 128, 128)},
+          TextImage::Look{.pixelSize = 22, .ink = Qt::yellow},
+          TextImage::Look{.pixelSize = 22, .ink = Qt::cyan}}) {
+        EXPECT_EQ(OCR::recognize(TextImage::render(harbour, look)), harbourText)
+            << look.ink.name().toStdString() << " on " << look.ground.name().toStdString();
+    }
+}
+
+TEST(OCRTest, AColouredTextIsReadOnAColourOfTheSameShade)
+{
+    const TextImage::Look nearly{
+        .pixelSize = 30, .ink = QColor(200, 0, 0), .ground = QColor(0, 110, 0)};
+    EXPECT_EQ(OCR::recognize(TextImage::render(harbour, nearly)), harbourText);
+    const TextImage::Look exactly{
+        .pixelSize = 30, .ink = QColor(255, 0, 0), .ground = QColor(0, 175, 0)};
+    EXPECT_THAT(OCR::recognize(TextImage::render(harbour, exactly)),
+                testing::HasSubstr("Mind the third step"));
+}
+
+TEST(OCRTest, ATextInNoiseIsRead)
+{
+    QImage image =
+        TextImage::render(harbour, {.pixelSize = 24}).convertToFormat(QImage::Format_RGB32);
+    addNoise(image, 50);
+    EXPECT_EQ(OCR::recognize(image), harbourText);
+}
+
+TEST(OCRTest, TheGrainOfAnEmptySheetIsNoText)
+{
+    for (const int amount : {1, 3, 6}) {
+        for (const int shade : {30, 128, 240}) {
+            QImage sheet(640, 480, QImage::Format_RGB32);
+            sheet.fill(QColor(shade, shade, shade));
+            addNoise(sheet, amount);
+            EXPECT_EQ(OCR::recognize(sheet), "") << amount << " on " << shade;
+        }
+    }
+}
+
+TEST(OCRTest, WhatIsReadWithoutADoubtIsReadOnce)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.answers = {{.lines = {"first"}, .certainty = 1}};
+    recognizer.plainAnswer = {.lines = {"plain"}, .certainty = 2};
+    EXPECT_EQ(OCR::recognize(barOnNothing(Qt::black), recognizer), "first");
+    EXPECT_EQ(recognizer.images.size(), 1U);
+    EXPECT_THAT(recognizer.plainImages, testing::IsEmpty());
+}
+
+TEST(OCRTest, OfSeveralReadingsTheSurestIsTaken)
+{
+    const auto best = [](double first, double plain, double other) {
+        RecordingTextRecognizer recognizer;
+        recognizer.answers = {{.lines = {"first"}, .certainty = first, .isDoubtful = true},
+                              {.lines = {"other"}, .certainty = other}};
+        recognizer.plainAnswer = {.lines = {"plain"}, .certainty = plain};
+        return OCR::recognize(barOnNothing(Qt::black), recognizer);
+    };
+    EXPECT_EQ(best(0, 0, 0), "first");
+    EXPECT_EQ(best(1, 2, 0), "plain");
+    EXPECT_EQ(best(2, 1, 1), "first");
+    EXPECT_EQ(best(1, 2, 3), "other");
+}
+
+TEST(OCRTest, ADoubtfulPictureIsReadInItsColoursOnWhiteAndOnItsOtherGround)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.answers = {{.lines = {}, .isDoubtful = true}, {}};
+    OCR::recognize(barOnNothing(Qt::red), recognizer);
+    ASSERT_EQ(recognizer.plainImages.size(), 1U);
+    EXPECT_EQ(recognizer.plainImages[0].pixelColor(0, 0), QColor(Qt::white));
+    EXPECT_EQ(recognizer.plainImages[0].pixelColor(45, 45), QColor(Qt::red));
+    ASSERT_EQ(recognizer.images.size(), 2U);
+    EXPECT_EQ(shadeAt(recognizer.images[0], 0, 0), 255);
+    EXPECT_EQ(shadeAt(recognizer.images[1], 0, 0), 0);
 }
 
 TEST(OCRTest, TheTextInAPictureFileIsRead)

@@ -1,5 +1,6 @@
 #include "DocumentFolder.h"
 #include "DocumentReader.h"
+#include "PageRecognition.h"
 #include "PdfWriter.h"
 #include "TextImage.h"
 #include "Utf8.h"
@@ -7,6 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <iterator>
+#include <map>
+#include <thread>
 
 namespace {
 
@@ -138,6 +142,59 @@ TEST_F(PdfTextTest, TextOnNoGroundIsRecognizedAsOnWhitePaper)
     EXPECT_EQ(read(pdf), "Black letters");
 }
 
+TEST_F(PdfTextTest, PagesRecognizedSideBySideReadAsOneByOne)
+{
+    PdfWriter pdf;
+    std::string expected;
+    for (const char* word : {"First", "Second", "Third", "Fourth", "Fifth", "Sixth"}) {
+        pdf.addScannedPage(scan(QString::fromLatin1(word)));
+        expected.append(expected.empty() ? "" : "\n\n").append(word);
+    }
+    EXPECT_EQ(read(pdf), expected);
+}
+
+TEST_F(PdfTextTest, EachPageIsToldOnceWithItsText)
+{
+    PdfWriter pdf;
+    const std::vector<std::string> words = {"First", "Second", "", "Fourth"};
+    for (const std::string& word : words) {
+        if (word.empty())
+            pdf.addPage("", "0.1 0.1");
+        else
+            pdf.addScannedPage(scan(QString::fromStdString(word)));
+    }
+    std::map<int, std::optional<std::string>> told;
+    DocumentReader::readPDF(folder.write("document.pdf", pdf.bytes()),
+                            [&](const DocumentReader::ScannedPage& page) {
+                                EXPECT_EQ(page.count, 4);
+                                EXPECT_TRUE(told.emplace(page.index, page.text).second);
+                            });
+    EXPECT_EQ(told, (std::map<int, std::optional<std::string>>{
+                        {0, "First"}, {1, "Second"}, {2, std::nullopt}, {3, "Fourth"}}));
+}
+
+TEST_F(PdfTextTest, NoMoreThreadsAreStartedThanPagesAreRecognizedAtATime)
+{
+    const auto threads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    PdfWriter pdf;
+    const QImage page = scan(QStringLiteral("Chapter"));
+    for (int i = 0; i < 6; ++i)
+        pdf.addScannedPage(page);
+    const std::filesystem::path file = folder.write("document.pdf", pdf.bytes());
+    DocumentReader::readPDF(file); // Qt keeps threads for pictures, once it has needed them
+    const auto before = threads();
+    const auto others = PageRecognition::threadCount(std::thread::hardware_concurrency()) - 1;
+    int pages = 0;
+    DocumentReader::readPDF(file, [&](const DocumentReader::ScannedPage&) {
+        ++pages;
+        EXPECT_LE(threads(), before + others);
+    });
+    EXPECT_EQ(pages, 6);
+    EXPECT_LE(threads(), before);
+}
+
 TEST_F(PdfTextTest, OnlyTheFirstFifteenPagesOfAScanAreRecognized)
 {
     PdfWriter pdf;
@@ -148,6 +205,32 @@ TEST_F(PdfTextTest, OnlyTheFirstFifteenPagesOfAScanAreRecognized)
     for (int i = 1; i < 15; ++i)
         expected += "\n\nChapter";
     EXPECT_EQ(read(pdf), expected);
+}
+
+TEST_F(PdfTextTest, TheTextOfAnnotationsIsRecognized)
+{
+    for (const char* kind : {"FreeText", "Stamp"}) {
+        PdfWriter pdf;
+        pdf.addAnnotatedPage(kind, "BT /F1 24 Tf 2 10 Td " + PdfWriter::shown("Approved") + "ET");
+        EXPECT_EQ(read(pdf), "Approved") << kind;
+    }
+}
+
+TEST_F(PdfTextTest, OnlyWhatIsSeenOfAPageIsRecognized)
+{
+    PdfWriter pdf;
+    pdf.addPage("BT /F1 24 Tf 150 200 Td " + PdfWriter::shown("Inside") +
+                    "ET BT /F1 24 Tf 10 20 Td " + PdfWriter::shown("Outside") + "ET",
+                "600 400]/CropBox[100 100 400 300");
+    EXPECT_EQ(read(pdf), "Inside");
+}
+
+TEST_F(PdfTextTest, ATurnedPageIsRecognizedUpright)
+{
+    PdfWriter pdf;
+    pdf.addPage("BT 0 1 -1 0 100 40 Tm /F1 24 Tf " + PdfWriter::shown("Upright") + "ET",
+                "200 300]/Rotate 90/X[");
+    EXPECT_EQ(read(pdf), "Upright");
 }
 
 TEST_F(PdfTextTest, AnEmptyPageOfAScanKeepsItsSeparator)

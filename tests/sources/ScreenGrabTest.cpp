@@ -12,7 +12,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <regex>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -63,11 +64,13 @@ protected:
     RecordingWindowList m_windowList{{window(7)}};
     RecordingScreenshot m_screenshot;
     RecordingScreenPermission m_permission;
-    std::vector<std::filesystem::path> m_recognized;
+    std::vector<std::string> m_recognized; // what was in the files
     std::function<std::string(const std::filesystem::path&)> m_recognize =
         [this](const std::filesystem::path& file) {
-            EXPECT_TRUE(std::filesystem::exists(file));
-            m_recognized.push_back(file);
+            std::ifstream stream(file);
+            m_recognized.emplace_back(std::istreambuf_iterator<char>(stream),
+                                      std::istreambuf_iterator<char>());
+            EXPECT_THAT(leftovers(), IsEmpty());
             return std::string("First\nSecond");
         };
 };
@@ -77,21 +80,22 @@ TEST_F(ScreenGrabTest, EachKindAsksForItsPictureAndReturnsTheTextInIt)
     for (const Kind kind : kinds)
         EXPECT_EQ(capture(kind), "First\nSecond");
     EXPECT_THAT(m_screenshot.calls(), ElementsAre("window 7", "screen", "selection"));
-    EXPECT_EQ(m_recognized, m_screenshot.files());
+    EXPECT_THAT(m_recognized, ElementsAre("picture", "picture", "picture"));
     EXPECT_THAT(leftovers(), IsEmpty());
 }
 
-TEST_F(ScreenGrabTest, ThePictureHasANewNameInTheTemporaryFolder)
+TEST_F(ScreenGrabTest, ThePictureIsGoneWithTheCapture)
 {
-    capture(Kind::screen);
-    capture(Kind::screen);
-    const std::regex pattern("pithwise-[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
-                             "[0-9A-F]{12}\\.png");
-    for (const std::filesystem::path& file : m_screenshot.files()) {
-        EXPECT_EQ(file.parent_path(), m_folder.path().toStdString());
-        EXPECT_TRUE(std::regex_match(file.filename().string(), pattern)) << file;
+    std::filesystem::path picture;
+    m_recognize = [&picture](const std::filesystem::path& file) {
+        EXPECT_TRUE(std::filesystem::exists(file));
+        picture = file;
+        return std::string();
+    };
+    for (const Kind kind : kinds) {
+        capture(kind);
+        EXPECT_FALSE(std::filesystem::exists(picture));
     }
-    EXPECT_NE(m_screenshot.files()[0], m_screenshot.files()[1]);
 }
 
 TEST_F(ScreenGrabTest, ThePermissionIsRequestedOnlyWhereItIsMissing)
@@ -114,7 +118,7 @@ TEST_F(ScreenGrabTest, ASelectionNeedsNoPermissionAndNoWindows)
 
 TEST_F(ScreenGrabTest, WithoutAPictureTheKindDecidesWhatIsSaid)
 {
-    m_screenshot = RecordingScreenshot([](const std::filesystem::path&) { return false; });
+    m_screenshot = RecordingScreenshot([] { return std::nullopt; });
     const std::string refused = "Capture failed. Allow Screen Recording for this app in System "
                                 "Settings → Privacy & Security.";
     EXPECT_EQ(errorOf(Kind::window), refused);
@@ -133,10 +137,8 @@ TEST_F(ScreenGrabTest, WithoutAWindowNoPictureIsTaken)
 
 TEST_F(ScreenGrabTest, AFailedScreenshotIsPassedOnAndLeavesNoFile)
 {
-    m_screenshot = RecordingScreenshot([](const std::filesystem::path& file) -> bool {
-        RecordingScreenshot::writeFile(file);
-        throw std::runtime_error("The disk is full.");
-    });
+    m_screenshot = RecordingScreenshot(
+        []() -> std::optional<FileDescriptor> { throw std::runtime_error("The memory is full."); });
     for (const Kind kind : kinds) {
         EXPECT_THROW(capture(kind), std::runtime_error);
         EXPECT_THAT(leftovers(), IsEmpty());

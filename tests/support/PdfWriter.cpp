@@ -60,6 +60,17 @@ void PdfWriter::addTextPage(const std::vector<std::string>& lines)
     addPage(content.append("ET"));
 }
 
+void PdfWriter::addAnnotatedPage(std::string_view kind, std::string_view content)
+{
+    std::string form = "/Type/XObject/Subtype/Form/BBox[0 0 200 40]/Resources<</Font<</F1 ";
+    form.append(reference(fontNumber)).append(">>>>");
+    const std::size_t appearance = add(stream(form, content));
+    std::string annotation = "<</Type/Annot/F 4/Rect[20 20 220 60]/Subtype/";
+    annotation.append(kind).append("/AP<</N ").append(reference(appearance)).append(">>>>");
+    addRawPage("<</Type/Page/Parent 2 0 R/MediaBox[0 0 250 100]/Annots[" +
+               reference(add(annotation)) + "]>>");
+}
+
 void PdfWriter::addScannedPage(const QImage& image)
 {
     const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);

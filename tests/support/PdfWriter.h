@@ -19,6 +19,9 @@ public:
     /// A scanned page: nothing but `image`, at two pixels a point.
     void addScannedPage(const QImage& image);
 
+    /// A page with nothing but an annotation of that kind, drawn by the operators `content`.
+    void addAnnotatedPage(std::string_view kind, std::string_view content);
+
     /// A page that is the object `page`, whatever that is.
     void addRawPage(std::string_view page);
 

@@ -2,52 +2,52 @@
 
 #include "Screenshot.h"
 
-#include <fstream>
+#include <sys/mman.h>
+
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-/// Stands in for the system's screenshots: records what is asked of it and writes what it is told.
+/// Stands in for the system's screenshots: records what is asked of it and gives what it is told.
 class RecordingScreenshot : public Screenshot
 {
 public:
-    /// What every `take` does with the file's name; by default it writes a few bytes there.
-    using Take = std::function<bool(const std::filesystem::path&)>;
+    using Take = std::function<std::optional<FileDescriptor>()>;
 
-    RecordingScreenshot() : RecordingScreenshot(writeFile) {}
+    static constexpr std::string_view content = "picture";
+
+    /// By default each `take` gives a file with `content`.
+    RecordingScreenshot() : RecordingScreenshot(file) {}
     explicit RecordingScreenshot(Take take) : m_take(std::move(take)) {}
 
-    static bool writeFile(const std::filesystem::path& file)
+    static std::optional<FileDescriptor> file()
     {
-        std::ofstream(file) << "picture";
-        return true;
+        FileDescriptor file(::memfd_create("picture", MFD_CLOEXEC));
+        if (::write(file.value(), content.data(), content.size()) < 0)
+            return std::nullopt;
+        return file;
     }
 
-    bool takeScreen(const std::filesystem::path& file) override { return take("screen", file); }
-    bool takeWindow(std::uint32_t id, const std::filesystem::path& file) override
+    std::optional<FileDescriptor> takeScreen() override { return take("screen"); }
+    std::optional<FileDescriptor> takeWindow(std::uint32_t id) override
     {
-        return take("window " + std::to_string(id), file);
+        return take("window " + std::to_string(id));
     }
-    bool takeSelection(const std::filesystem::path& file) override
-    {
-        return take("selection", file);
-    }
+    std::optional<FileDescriptor> takeSelection() override { return take("selection"); }
     void cancelSelection() override { m_calls.emplace_back("cancel"); }
 
     /// "screen", "window 7", "selection", "cancel".
     const std::vector<std::string>& calls() const { return m_calls; }
-    const std::vector<std::filesystem::path>& files() const { return m_files; }
 
 private:
-    bool take(const std::string& call, const std::filesystem::path& file)
+    std::optional<FileDescriptor> take(const std::string& call)
     {
         m_calls.push_back(call);
-        m_files.push_back(file);
-        return m_take(file);
+        return m_take();
     }
 
     Take m_take;
     std::vector<std::string> m_calls;
-    std::vector<std::filesystem::path> m_files;
 };

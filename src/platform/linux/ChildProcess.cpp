@@ -13,7 +13,6 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <optional>
 #include <system_error>
 
 namespace ChildProcess {
@@ -101,25 +100,28 @@ private:
     pid_t m_id;
 };
 
-/// What comes until the other end is closed; nothing where that takes longer.
-std::optional<std::string> readAll(int descriptor, Clock::time_point deadline)
+/// Appends to `bytes` what comes until the other end is closed; false where nothing comes for
+/// longer than `limit`.
+bool readAll(int descriptor, std::chrono::milliseconds limit, std::string& bytes)
 {
-    std::string bytes;
     std::array<char, 65536> buffer{};
+    Clock::time_point deadline = Clock::now() + limit;
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
         pollfd waiting = {descriptor, POLLIN, 0};
         const int ready =
             ::poll(&waiting, 1, static_cast<int>(std::clamp<long long>(left.count(), 0, 60'000)));
         if (ready == 0 && Clock::now() >= deadline)
-            return std::nullopt;
+            return false;
         if (ready <= 0)
             continue;
         const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
         if (count == 0)
-            return bytes;
-        if (count > 0)
-            bytes.append(buffer.data(), static_cast<std::size_t>(count));
+            return true;
+        if (count < 0)
+            continue;
+        bytes.append(buffer.data(), static_cast<std::size_t>(count));
+        deadline = Clock::now() + limit;
     }
 }
 
@@ -127,7 +129,6 @@ std::optional<std::string> readAll(int descriptor, Clock::time_point deadline)
 
 Result run(std::vector<std::string> words, std::chrono::milliseconds limit)
 {
-    const Clock::time_point deadline = Clock::now() + limit;
     std::array<int, 2> ends{};
     check(::pipe2(ends.data(), O_CLOEXEC) == 0 ? 0 : errno, "A pipe could not be made");
     const FileDescriptor output(ends[0]);
@@ -136,13 +137,16 @@ Result run(std::vector<std::string> words, std::chrono::milliseconds limit)
     {
         const FileDescriptor closed = std::move(childOutput);
     }
-    std::optional<std::string> bytes = readAll(output.value(), deadline);
-    const int status = child.wait(bytes ? 0 : SIGKILL);
-    if (!bytes)
-        return {End::timedOut, 0, {}};
-    if (!WIFEXITED(status))
-        return {End::killed, 0, {}};
-    return {End::exited, WEXITSTATUS(status), *std::move(bytes)};
+    Result result{};
+    const bool isWhole = readAll(output.value(), limit, result.output);
+    const int status = child.wait(isWhole ? 0 : SIGKILL);
+    if (!isWhole)
+        result.end = End::timedOut;
+    else if (WIFEXITED(status))
+        result.exitStatus = WEXITSTATUS(status);
+    else
+        result.end = End::killed;
+    return result;
 }
 
 std::string thisProgram()

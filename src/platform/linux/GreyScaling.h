@@ -11,7 +11,7 @@ namespace GreyScaling {
 Picture enlarged(Pix* picture, double factor);
 
 /// `picture`, shrunk where a side has more pixels than `mostSide` or all of it more than
-/// `mostPixels`.
+/// `mostPixels`. It may be coloured (32 bits a pixel).
 Picture limited(Picture picture, int mostSide, double mostPixels);
 
 } // namespace GreyScaling

@@ -6,8 +6,8 @@
 class NullScreenshot : public Screenshot
 {
 public:
-    bool takeScreen(const std::filesystem::path&) override { return false; }
-    bool takeWindow(std::uint32_t, const std::filesystem::path&) override { return false; }
-    bool takeSelection(const std::filesystem::path&) override { return false; }
+    std::optional<FileDescriptor> takeScreen() override { return std::nullopt; }
+    std::optional<FileDescriptor> takeWindow(std::uint32_t) override { return std::nullopt; }
+    std::optional<FileDescriptor> takeSelection() override { return std::nullopt; }
     void cancelSelection() override {}
 };

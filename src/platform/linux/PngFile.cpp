@@ -1,11 +1,9 @@
 #include "PngFile.h"
 
-#include "FileDescriptor.h"
-
 #include <QBuffer>
 #include <QImageWriter>
 
-#include <fcntl.h>
+#include <sys/mman.h>
 
 #include <cerrno>
 #include <stdexcept>
@@ -47,17 +45,15 @@ int writeAll(int descriptor, const QByteArray& bytes)
 
 } // namespace
 
-void write(const QImage& image, const std::filesystem::path& file)
+FileDescriptor of(const QImage& image)
 {
     const QByteArray bytes = encoded(image);
-    const FileDescriptor descriptor(
-        ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (descriptor.value() < 0)
+    FileDescriptor file(::memfd_create("pithwise-capture", MFD_CLOEXEC));
+    if (file.value() < 0)
         fail(std::generic_category().message(errno));
-    if (const int error = writeAll(descriptor.value(), bytes); error != 0) {
-        ::unlink(file.c_str());
+    if (const int error = writeAll(file.value(), bytes); error != 0)
         fail(std::generic_category().message(error));
-    }
+    return file;
 }
 
 } // namespace PngFile

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <QImage>
+#include "FileDescriptor.h"
 
-#include <filesystem>
+#include <QImage>
 
 /// Pictures as PNG files.
 namespace PngFile {
 
-/// Writes `image` to `file`, which must not be there yet, readable and writable by the user alone.
-/// Throws std::runtime_error with a sentence for the user and leaves no file then. Blocks; any
-/// thread.
-void write(const QImage& image, const std::filesystem::path& file);
+/// `image` in a file in memory, which has no name and goes with its last descriptor. Throws
+/// std::runtime_error with a sentence for the user. Blocks; any thread.
+FileDescriptor of(const QImage& image);
 
 } // namespace PngFile

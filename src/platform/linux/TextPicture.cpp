@@ -75,13 +75,28 @@ int median(std::vector<int> values)
     return *middle;
 }
 
-bool isOneShade(Pix* picture)
+struct Range
 {
     int darkest = 0;
     int lightest = 0;
-    pixGetExtremeValue(picture, 1, L_SELECT_MIN, nullptr, nullptr, nullptr, &darkest);
-    pixGetExtremeValue(picture, 1, L_SELECT_MAX, nullptr, nullptr, nullptr, &lightest);
-    return darkest == lightest;
+};
+
+Range range(Pix* picture)
+{
+    Range result;
+    pixGetExtremeValue(picture, 1, L_SELECT_MIN, nullptr, nullptr, nullptr, &result.darkest);
+    pixGetExtremeValue(picture, 1, L_SELECT_MAX, nullptr, nullptr, nullptr, &result.lightest);
+    return result;
+}
+
+/// Gives a picture of few shades the contrast that thresholding by the surroundings needs. Not
+/// any picture all of it: where there is nothing but a sheet's grain, that would become marks.
+void stretch(Pix* picture)
+{
+    constexpr int leastRange = 96; // shades
+    const Range shades = range(picture);
+    pixGammaTRC(picture, picture, 1.0F, std::min(shades.darkest, shades.lightest - leastRange),
+                shades.lightest);
 }
 
 /// Where the dark half of the shades ends and the light one begins, and the mean of the lighter.
@@ -113,11 +128,11 @@ Picture enlarged(Picture picture)
 
 } // namespace
 
-Picture prepared(const TextRecognizer::GreyImage& image)
+Prepared prepared(const TextRecognizer::GreyImage& image)
 {
     Picture picture = checked(GreyScaling::limited(copied(image), mostSide, mostPixels).release());
-    if (isOneShade(picture.get()))
-        return nullptr;
+    if (const Range whole = range(picture.get()); whole.darkest == whole.lightest)
+        return {};
     Picture binary = checked(pixThresholdToBinary(picture.get(), shades(picture.get()).threshold));
     std::vector<int> heights = letterHeights(binary.get());
     pixInvert(binary.get(), binary.get());
@@ -128,10 +143,26 @@ Picture prepared(const TextRecognizer::GreyImage& image)
         heights.swap(lightHeights);
         pixInvert(picture.get(), picture.get());
     }
-    if (!heights.empty() && median(std::move(heights)) <= smallLetter)
+    stretch(picture.get());
+    const std::size_t letterCount = heights.size();
+    if (letterCount > 0 && median(std::move(heights)) <= smallLetter)
         picture = enlarged(std::move(picture));
-    return checked(
-        pixAddBorder(picture.get(), margin, static_cast<l_uint32>(shades(picture.get()).light)));
+    const auto light = static_cast<l_uint32>(shades(picture.get()).light);
+    return {checked(pixAddBorder(picture.get(), margin, light)), letterCount};
+}
+
+Picture plain(const TextRecognizer::ColourImage& image)
+{
+    Picture picture = checked(pixCreateNoInit(image.width, image.height, 32));
+    l_uint32* line = pixGetData(picture.get());
+    const std::uint32_t* row = image.pixels;
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x)
+            line[x] = row[x] << 8; // Leptonica has the red in the first byte
+        line += pixGetWpl(picture.get());
+        row += image.rowPixels;
+    }
+    return checked(GreyScaling::limited(std::move(picture), mostSide, mostPixels).release());
 }
 
 } // namespace TextPicture

@@ -44,11 +44,9 @@ std::optional<QImage> readWindow(X11Connection& connection, xcb_window_t window)
     return X11Drawable::read(connection, window, onScreen(connection, window, *area));
 }
 
-bool writeTo(const std::filesystem::path& file, const std::optional<QImage>& image)
+std::optional<FileDescriptor> written(const std::optional<QImage>& image)
 {
-    if (image)
-        PngFile::write(*image, file);
-    return image.has_value();
+    return image ? std::optional(PngFile::of(*image)) : std::nullopt;
 }
 
 } // namespace
@@ -59,19 +57,19 @@ X11Screenshot::X11Screenshot() : m_cancel(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOC
         throw std::system_error(errno, std::generic_category(), "Screenshot");
 }
 
-bool X11Screenshot::takeScreen(const std::filesystem::path& file)
+std::optional<FileDescriptor> X11Screenshot::takeScreen()
 {
     const auto connection = X11Connection::open();
-    return connection && writeTo(file, readScreen(*connection));
+    return connection ? written(readScreen(*connection)) : std::nullopt;
 }
 
-bool X11Screenshot::takeWindow(std::uint32_t id, const std::filesystem::path& file)
+std::optional<FileDescriptor> X11Screenshot::takeWindow(std::uint32_t id)
 {
     const auto connection = X11Connection::open();
-    return connection && writeTo(file, readWindow(*connection, id));
+    return connection ? written(readWindow(*connection, id)) : std::nullopt;
 }
 
-bool X11Screenshot::takeSelection(const std::filesystem::path& file)
+std::optional<FileDescriptor> X11Screenshot::takeSelection()
 {
     std::optional<QImage> selected;
     if (const auto connection = X11Connection::open()) {
@@ -80,7 +78,7 @@ bool X11Screenshot::takeSelection(const std::filesystem::path& file)
     }
     ::eventfd_t count = 0;
     ::eventfd_read(m_cancel.value(), &count); // a wish counts once
-    return writeTo(file, selected);
+    return written(selected);
 }
 
 void X11Screenshot::cancelSelection()

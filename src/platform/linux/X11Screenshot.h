@@ -1,6 +1,5 @@
 #pragma once
 
-#include "FileDescriptor.h"
 #include "Screenshot.h"
 
 /// Reads the pixels from the X server, each time over a connection of its own.
@@ -10,9 +9,9 @@ public:
     /// Throws std::system_error for want of a descriptor.
     X11Screenshot();
 
-    bool takeScreen(const std::filesystem::path& file) override;
-    bool takeWindow(std::uint32_t id, const std::filesystem::path& file) override;
-    bool takeSelection(const std::filesystem::path& file) override;
+    std::optional<FileDescriptor> takeScreen() override;
+    std::optional<FileDescriptor> takeWindow(std::uint32_t id) override;
+    std::optional<FileDescriptor> takeSelection() override;
     void cancelSelection() override;
 
 private:

@@ -9,11 +9,16 @@ namespace {
 const QStringList text = {QStringLiteral("Every evening she copies the three lines by hand."),
                           QStringLiteral("The lamps along the pier are lit.")};
 
-Picture prepared(const QImage& image)
+TextPicture::Prepared preparedWithLetters(const QImage& image)
 {
     const QImage grey = image.convertToFormat(QImage::Format_Grayscale8);
     return TextPicture::prepared({grey.constBits(), grey.width(), grey.height(),
                                   static_cast<std::size_t>(grey.bytesPerLine())});
+}
+
+Picture prepared(const QImage& image)
+{
+    return preparedWithLetters(image).picture;
 }
 
 /// How many times as wide the picture becomes, its margin aside.
@@ -55,7 +60,7 @@ TEST(TextPictureTest, ALargePictureOfSmallTextIsEnlargedOnlyAsFarAsThatPays)
 TEST(TextPictureTest, DarkGroundsBecomeLight)
 {
     const TextImage::Look dark{.ink = Qt::lightGray, .ground = QColor(20, 20, 20)};
-    EXPECT_GT(meanShade(prepared(TextImage::render(text, dark)).get()), 200);
+    EXPECT_GT(meanShade(prepared(TextImage::render(text, dark)).get()), 220);
     EXPECT_GT(meanShade(prepared(TextImage::render(text)).get()), 200);
 }
 
@@ -68,6 +73,28 @@ TEST(TextPictureTest, ALightPageOnADarkTableStaysAsItIs)
         std::copy_n(page.constScanLine(y), page.bytesPerLine(),
                     table.scanLine(page.height() + y) + page.bytesPerLine());
     EXPECT_LT(meanShade(prepared(table).get()), 128);
+}
+
+int darkestShade(Pix* picture)
+{
+    int darkest = 0;
+    pixGetExtremeValue(picture, 1, L_SELECT_MIN, nullptr, nullptr, nullptr, &darkest);
+    return darkest;
+}
+
+TEST(TextPictureTest, AFaintTextIsGivenContrast)
+{
+    const TextImage::Look faint{.ink = QColor(200, 200, 200), .ground = QColor(220, 220, 220)};
+    EXPECT_LT(darkestShade(prepared(TextImage::render(text, faint)).get()), 210);
+    const TextImage::Look dark{.ink = QColor(47, 47, 47), .ground = QColor(30, 30, 30)};
+    EXPECT_LT(darkestShade(prepared(TextImage::render(text, dark)).get()), 220);
+}
+
+TEST(TextPictureTest, ThePiecesThatCouldBeLettersAreCounted)
+{
+    EXPECT_EQ(preparedWithLetters(TextImage::render({QStringLiteral("a b c")}, {.pixelSize = 40}))
+                  .letterCount,
+              3U);
 }
 
 TEST(TextPictureTest, OneShadeIsNoText)
