@@ -12,22 +12,22 @@ public:
         : m_screenshot(screenshot), m_curtain(curtain)
     {}
 
-    bool takeScreen(const std::filesystem::path& file) override
+    std::optional<FileDescriptor> takeScreen() override
     {
         m_curtain.draw();
-        return m_screenshot.takeScreen(file);
+        return m_screenshot.takeScreen();
     }
 
-    bool takeWindow(std::uint32_t id, const std::filesystem::path& file) override
+    std::optional<FileDescriptor> takeWindow(std::uint32_t id) override
     {
         m_curtain.draw(id);
-        return m_screenshot.takeWindow(id, file);
+        return m_screenshot.takeWindow(id);
     }
 
-    bool takeSelection(const std::filesystem::path& file) override
+    std::optional<FileDescriptor> takeSelection() override
     {
         m_curtain.draw();
-        return m_screenshot.takeSelection(file);
+        return m_screenshot.takeSelection();
     }
 
     void cancelSelection() override { m_screenshot.cancelSelection(); }
