@@ -6,6 +6,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 /// Work that blocks, each piece on a thread of its own: in a pool, a few that hang would hold up
 /// all others. One thread at a time.
@@ -38,7 +39,8 @@ public:
     void startInTurn(std::function<void()> work);
     static constexpr int mostInTurn = 2;
 
-    /// The same with a result. One that is dropped before its turn has none.
+    /// The same with a result, an empty one where the work is dropped before its turn: who waits
+    /// for it takes it out in any case.
     template <typename Result>
     QFuture<Result> run(std::function<Result()> work)
     {
@@ -54,6 +56,27 @@ private:
     struct Running;
 
     template <typename Result>
+    struct Promised
+    {
+        QPromise<Result> promise;
+
+        Promised() { promise.start(); }
+        ~Promised()
+        {
+            if (promise.future().resultCount() == 0)
+                finish({});
+        }
+        Promised(const Promised&) = delete;
+        Promised& operator=(const Promised&) = delete;
+
+        void finish(Result result)
+        {
+            promise.addResult(std::move(result));
+            promise.finish();
+        }
+    };
+
+    template <typename Result>
     QFuture<Result> promised(void (BackgroundThreads::*begin)(std::function<void()>),
                              std::function<Result()> work);
 
@@ -64,11 +87,8 @@ template <typename Result>
 QFuture<Result> BackgroundThreads::promised(void (BackgroundThreads::*begin)(std::function<void()>),
                                             std::function<Result()> work)
 {
-    const auto promise = std::make_shared<QPromise<Result>>();
-    promise->start();
-    (this->*begin)([promise, work = std::move(work)] {
-        promise->addResult(work());
-        promise->finish();
-    });
-    return promise->future();
+    const auto promised = std::make_shared<Promised<Result>>();
+    QFuture<Result> future = promised->promise.future();
+    (this->*begin)([promised, work = std::move(work)] { promised->finish(work()); });
+    return future;
 }

@@ -82,6 +82,7 @@ TEST(BackgroundThreadsTest, WhatWaitsForItsTurnIsDroppedAtTheEnd)
     std::promise<void> release;
     const std::shared_future<void> released = release.get_future().share();
     std::atomic<int> begun = 0;
+    QFuture<int> dropped;
     {
         BackgroundThreads threads;
         for (int i = 0; i < 5; ++i) {
@@ -92,7 +93,10 @@ TEST(BackgroundThreadsTest, WhatWaitsForItsTurnIsDroppedAtTheEnd)
         }
         while (begun < 2) // or the test's time limit
             std::this_thread::yield();
+        dropped = threads.runInTurn<int>([] { return 7; });
     }
+    EXPECT_TRUE(dropped.isFinished());
+    EXPECT_EQ(dropped.result(), 0);
     release.set_value();
     waitForWork();
     EXPECT_EQ(begun, 2);

@@ -214,6 +214,17 @@ TEST_F(HotkeyActionTest, PressedAgainAndAgainTwoWindowsAreReadAtATimeAndEightWai
     waitForSource("selected", "Selected text");
 }
 
+TEST_F(HotkeyActionTest, AStateThatGoesBeforeTheTurnOfACaptureIsNotTouched)
+{
+    for (int i = 0; i < 4; ++i)
+        state->capture(ScreenGrab::Kind::screen);
+    EXPECT_TRUE(waitUntil([&] { return captures.arguments().size() == 2; }));
+    captures.release();
+    state.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(engine.calls().size(), 0U);
+}
+
 TEST_F(HotkeyActionTest, CapturesOfEveryKindTakeTheirTurn)
 {
     for (int i = 0; i < 3; ++i)
