@@ -199,7 +199,7 @@ static std::vector<Material> materials()
             {"nothing to see", QStringLiteral("\u200B")},
             {"letters without gaps", QStringLiteral("WAVE")},
             {"marks on one letter", QStringLiteral("\u0301\u0323")},
-            {"scripts", QStringLiteral("a\u0436\u03B1\u3042\uD55C\u0639\u0939")},
+            {"scripts", QStringLiteral("a\u0436\u03B1\u3042\uD55C\u0639\u05E9")},
             {"emoji", QStringLiteral("\U0001F4EC")},
             {"halves of characters", QString(1, QChar(0xD800))},
             {"right to left", QStringLiteral("\u05E9\u05DC\u05D5\u05DD a ")},

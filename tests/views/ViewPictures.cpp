@@ -126,7 +126,7 @@ std::vector<Picture> tabs()
          }},
         {"clipboard-many-lines",
          [](Interface& i) {
-             i.state.sourceText = QStringLiteral("One of many lines.\n").repeated(5000);
+             i.state.sourceText = QStringLiteral("One of many lines.\n").repeated(30'000);
              i.state.sourceLabel = QStringLiteral("log.txt");
          }},
         {"clipboard-focus", [](Interface& i) { i.view.takeFocus(); }},
