@@ -126,19 +126,23 @@ void breakLines(std::string& html)
     RE2::GlobalReplace(&html, lineBreak, "\n");
 }
 
-/// The lines of `text` that are long enough, each trimmed, after `title`. Shorter lines are menus,
-/// bylines and labels of buttons.
+/// The lines of `text` that are long enough, each trimmed, after `title` and an empty line. Shorter
+/// lines are menus, bylines and labels of buttons.
 std::string paragraphs(std::string title, std::string_view text)
 {
     std::string result = std::move(title);
+    const std::string_view separator = "\n\n";
+    if (!result.empty())
+        result.append(separator);
+    bool isFirst = true;
     for (std::size_t begin = 0; begin <= text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
         const std::string_view line = WhiteSpace::trimmedBlanks(text.substr(begin, end - begin));
         begin = end + 1;
         if (Characters::prefix(line, fewestLineCharacters).characters < fewestLineCharacters)
             continue;
-        if (!result.empty())
-            result.append("\n\n");
+        if (!std::exchange(isFirst, false))
+            result.append(separator);
         result.append(line);
     }
     return result;

@@ -10,8 +10,8 @@ class RegularFile;
 namespace ZipMember {
 
 /// The content of the first member called exactly `name`. Nothing where there is none, where it is
-/// encrypted, damaged or longer than the archive says, or where it has more than
-/// RegularFile::mostBytes, which is noticed before they are unpacked. Blocks.
+/// encrypted, damaged (but for its checksum) or longer than the archive says, or where it has more
+/// than RegularFile::mostBytes, which is noticed before they are unpacked. Blocks.
 std::optional<std::string> read(const RegularFile& archive, std::string_view name);
 
 /// The same of an archive in memory.

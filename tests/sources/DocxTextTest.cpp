@@ -194,10 +194,26 @@ TEST_F(DocxFileTest, AnEncryptedMainPartCannotBeRead)
     EXPECT_EQ(errorOf(ZipWriter::document("secret", ZipWriter::Method::encrypt)), unread);
 }
 
-TEST_F(DocxFileTest, ADamagedMainPartCannotBeRead)
+TEST_F(DocxFileTest, AMainPartWithAWrongChecksumIsRead)
 {
+    for (const auto method : {ZipWriter::Method::store, ZipWriter::Method::deflate}) {
+        std::string zip = ZipWriter::document("one text", method);
+        for (const std::size_t place : {zip.find("PK\x03\x04") + 14, zip.rfind("PK\x01\x02") + 16})
+            zip.replace(place, 4, "\x12\x34\x56\x78");
+        EXPECT_EQ(read(zip), "one text");
+    }
     std::string zip = ZipWriter::document("one text", ZipWriter::Method::store);
     zip.replace(zip.find("one text"), 3, "two");
+    EXPECT_EQ(read(zip), "two text");
+}
+
+TEST_F(DocxFileTest, ADamagedMainPartCannotBeRead)
+{
+    std::string zip = ZipWriter::document("one text");
+    constexpr std::size_t header = 30; // and a name and more, of the lengths that it tells
+    const std::size_t data =
+        header + static_cast<unsigned char>(zip.at(26)) + static_cast<unsigned char>(zip.at(28));
+    zip.at(data) = '\x07'; // a kind of block that there is not
     EXPECT_EQ(errorOf(zip), unread);
 }
 
@@ -208,7 +224,7 @@ TEST_F(DocxFileTest, ATruncatedArchiveCannotBeRead)
         ASSERT_EQ(errorOf(std::string_view(whole).substr(0, size)), unread) << size;
 }
 
-TEST_F(DocxFileTest, AnyChangedByteIsNoticedOrDoesNotMatter)
+TEST_F(DocxFileTest, AChangedByteMakesTheTextNeitherLongerNorShorter)
 {
     const std::string text = "some text";
     const std::string whole = ZipWriter::document(text);
@@ -216,7 +232,7 @@ TEST_F(DocxFileTest, AnyChangedByteIsNoticedOrDoesNotMatter)
         std::string changed = whole;
         changed[i] = static_cast<char>(changed[i] ^ 0x55);
         const std::string xml = ZipMember::read(changed, "word/document.xml").value_or("");
-        EXPECT_TRUE(xml.empty() || xml == text) << i << ": " << xml;
+        EXPECT_TRUE(xml.empty() || xml.size() == text.size()) << i << ": " << xml;
     }
 }
 

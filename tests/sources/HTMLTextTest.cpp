@@ -116,11 +116,11 @@ TEST(HTMLTextTest, TheTitleIsKeptWhateverItsLength)
 {
     EXPECT_EQ(readerText("<title lang=en>\n Home &amp; garden </title>" + body(sentence)),
               "Home & garden\n\n" + sentence);
-    EXPECT_EQ(readerText("<title>Home</title>" + body("")), "Home");
+    EXPECT_EQ(readerText("<title>Home</title>" + body("")), "Home\n\n");
     EXPECT_EQ(readerText("<title> </title>" + body(sentence)), sentence);
     // Tags within are not stripped, and only the first title counts.
     EXPECT_EQ(readerText(body("") + "<title><b>Home</b></title><svg><title>Icon</title></svg>"),
-              "<b>Home</b>");
+              "<b>Home</b>\n\n");
 }
 
 TEST(HTMLTextTest, ALineOf29CharactersIsDroppedAndOneOf30IsKept)

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace ReaderTextBySteps {
@@ -159,6 +160,9 @@ std::string readerText(const std::string& html)
     const auto titles = groups(text, "<title[^>]*>(.*?)</title>");
     UnicodeString result =
         titles.empty() ? UnicodeString() : trimmed(decoded(titles.front()), "\\p{White_Space}");
+    if (!result.isEmpty())
+        result.append("\n\n");
+    bool isFirst = true;
     text = withoutNoise(text);
     text = replaced(text, "</(p|h[1-6]|li|div|tr|blockquote|section)>", "\n");
     text = replaced(text, "<br\\p{White_Space}*/?>", "\n");
@@ -169,8 +173,10 @@ std::string readerText(const std::string& html)
         end = end < 0 ? text.length() : end;
         const UnicodeString line = trimmed(UnicodeString(text, begin, end - begin), "[\\t\\p{Zs}]");
         begin = end + 1;
-        if (characters(line) >= 30)
-            result.append(result.isEmpty() ? UnicodeString() : UnicodeString("\n\n")).append(line);
+        if (characters(line) < 30)
+            continue;
+        result.append(std::exchange(isFirst, false) ? UnicodeString() : UnicodeString("\n\n"));
+        result.append(line);
     }
     return toUtf8(result);
 }
