@@ -1,9 +1,11 @@
 #include "DocumentSamples.h"
 
+#include "PdfWriter.h"
 #include "SampleText.h"
 #include "ZipWriter.h"
 
 #include <QFont>
+#include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
 
@@ -52,6 +54,32 @@ void writePdf(const std::filesystem::path& file, int pages)
             painter.drawText(margin, margin + spacing * static_cast<int>(line),
                              QString::fromStdString(text[next]));
     }
+}
+
+void writeScan(const std::filesystem::path& file, int pages)
+{
+    constexpr std::size_t linesPerPage = 72;
+    constexpr std::size_t lineBytes = 81;
+    constexpr int margin = 80; // pixels
+    constexpr int spacing = 21;
+    QFont font(QStringLiteral("DejaVu Serif"));
+    font.setPixelSize(17);
+    const std::vector<std::string> text =
+        lines(static_cast<std::size_t>(pages) * linesPerPage * lineBytes);
+    std::size_t next = 0;
+    PdfWriter pdf;
+    for (int page = 0; page < pages; ++page) {
+        QImage image(1190, 1684, QImage::Format_Grayscale8);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setFont(font);
+        for (std::size_t line = 0; line < linesPerPage && next < text.size(); ++line, ++next)
+            painter.drawText(margin, margin + spacing * static_cast<int>(line),
+                             QString::fromStdString(text[next]));
+        painter.end();
+        pdf.addScannedPage(image);
+    }
+    write(file, pdf.bytes());
 }
 
 std::size_t writeDocx(const std::filesystem::path& file, std::size_t bytes)

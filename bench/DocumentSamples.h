@@ -9,6 +9,9 @@ namespace DocumentSamples {
 /// A PDF of `pages` pages of prose with an embedded font. Needs a QGuiApplication.
 void writePdf(const std::filesystem::path& file, int pages);
 
+/// A scan of `pages` dense pages of prose (A4 at 144 dots an inch). Needs a QGuiApplication.
+void writeScan(const std::filesystem::path& file, int pages);
+
 /// A word processor's document whose main part has about `bytes` bytes of XML; returns how many.
 std::size_t writeDocx(const std::filesystem::path& file, std::size_t bytes);
 

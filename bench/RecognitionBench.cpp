@@ -4,11 +4,10 @@
 #include "OCR.h"
 #include "RecognitionPage.h"
 #include "ResultRow.h"
+#include "TesseractProgram.h"
 #include "WordAccuracy.h"
 
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <optional>
@@ -31,22 +30,6 @@ Reading measure(Read read)
     return {WordAccuracy::of(text, words), seconds};
 }
 
-/// The whole run of the program; with one thread where `isSingle`, else as it comes.
-std::string runProgram(const QString& program, const QString& file, bool isSingle)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("OMP_THREAD_LIMIT"));
-    if (isSingle)
-        environment.insert(QStringLiteral("OMP_THREAD_LIMIT"), QStringLiteral("1"));
-    process.setProcessEnvironment(environment);
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program, {file, QStringLiteral("stdout")});
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        throw std::runtime_error("tesseract has failed.");
-    return process.readAllStandardOutput().toStdString();
-}
-
 struct Readings
 {
     Reading ours;
@@ -63,8 +46,8 @@ Readings readingsOf(const QImage& page, const QString& program)
     Readings result{
         measure([&] { return OCR::recognize(std::filesystem::path(file.toStdString())); }), {}, {}};
     if (!program.isEmpty()) {
-        result.theirs = measure([&] { return runProgram(program, file, false); });
-        result.theirsSingle = measure([&] { return runProgram(program, file, true); });
+        result.theirs = measure([&] { return TesseractProgram::read(program, file, false); });
+        result.theirsSingle = measure([&] { return TesseractProgram::read(program, file, true); });
     }
     return result;
 }
@@ -130,7 +113,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    const QString program = QStandardPaths::findExecutable(QStringLiteral("tesseract"));
+    const QString program = TesseractProgram::path();
     if (program.isEmpty())
         ResultRow::print("tesseract", "no such program on the search path");
     try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,5 +12,8 @@ namespace WordAccuracy {
 /// out, replaced) between `words` and those of `text`, by the number of `words`. Case and
 /// punctuation count.
 double of(std::string_view text, const std::vector<std::string>& words);
+
+/// How many of `words` are in `text`, in the same order.
+std::size_t wordsRight(std::string_view text, const std::vector<std::string>& words);
 
 } // namespace WordAccuracy

@@ -65,10 +65,10 @@ Reading bestOf(Reading best, const QImage& image, GreyPicture::Ground ground,
         return best;
     takeBetter(best, readPlainly(image, recognizer));
     // Fringes can be lighter than the letters that they surround, or darker.
-    if (image.hasAlphaChannel()) {
-        const Ground other = ground == Ground::dark ? Ground::light : Ground::dark;
-        takeBetter(best, readGrey(GreyPicture::of(image, other), recognizer));
-    }
+    const Ground other = ground == Ground::dark ? Ground::light : Ground::dark;
+    const QImage onOther = GreyPicture::of(image, other);
+    if (onOther != GreyPicture::of(image, ground))
+        takeBetter(best, readGrey(onOther, recognizer));
     return best;
 }
 

@@ -5,6 +5,7 @@
 #include "RecordingTextRecognizer.h"
 #include "TextImage.h"
 
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -50,6 +51,28 @@ void addNoise(QImage& image, int amount)
                           changed(qBlue(row[x]), by));
         }
     }
+}
+
+/// The text on nothing, with an edge of `fringe` around its letters.
+QImage withFringe(const TextImage::Look& look, QColor fringe)
+{
+    const QImage letters = TextImage::render(harbour, look);
+    // Not text drawn in that colour: where it is light, its smooth borders become dark.
+    QImage edges = letters.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter edgePainter(&edges);
+    edgePainter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    edgePainter.fillRect(edges.rect(), fringe);
+    edgePainter.end();
+    QImage image(letters.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    for (const int x : {-3, -2, -1, 0, 1, 2, 3}) {
+        for (const int y : {-3, -2, -1, 0, 1, 2, 3})
+            painter.drawImage(x, y, edges);
+    }
+    painter.drawImage(0, 0, letters);
+    painter.end();
+    return image.convertToFormat(QImage::Format_ARGB32);
 }
 
 QImage seen(const QImage& image)
@@ -180,6 +203,18 @@ TEST(OCRTest, ATextInNoiseIsRead)
     EXPECT_EQ(OCR::recognize(image), harbourText);
 }
 
+TEST(OCRTest, ATextWithAFringeOfTheOtherShadeIsReadOnNothing)
+{
+    for (const QColor ink : {QColor(Qt::black), QColor(90, 90, 90), QColor(0, 0, 160)}) {
+        for (const int pixelSize : {14, 24}) {
+            const TextImage::Look look{
+                .pixelSize = pixelSize, .ink = ink, .ground = Qt::transparent};
+            EXPECT_EQ(OCR::recognize(withFringe(look, Qt::white)), harbourText)
+                << ink.name().toStdString() << ", " << pixelSize;
+        }
+    }
+}
+
 TEST(OCRTest, TheGrainOfAnEmptySheetIsNoText)
 {
     for (const int amount : {1, 3, 6}) {
@@ -228,6 +263,15 @@ TEST(OCRTest, ADoubtfulPictureIsReadInItsColoursOnWhiteAndOnItsOtherGround)
     ASSERT_EQ(recognizer.images.size(), 2U);
     EXPECT_EQ(shadeAt(recognizer.images[0], 0, 0), 255);
     EXPECT_EQ(shadeAt(recognizer.images[1], 0, 0), 0);
+}
+
+TEST(OCRTest, ADoubtfulPictureOfWhichNothingIsTransparentHasOneGround)
+{
+    RecordingTextRecognizer recognizer;
+    recognizer.answers = {{.lines = {}, .isDoubtful = true}};
+    OCR::recognize(TextImage::render(harbour), recognizer); // in a format with transparency
+    EXPECT_EQ(recognizer.images.size(), 1U);
+    EXPECT_EQ(recognizer.plainImages.size(), 1U);
 }
 
 TEST(OCRTest, TheTextInAPictureFileIsRead)

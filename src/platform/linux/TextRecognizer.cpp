@@ -143,7 +143,7 @@ bool isGuessed(const Words& words)
 /// Whether more could be read in a picture where `seen` pieces could be letters.
 bool isDoubtful(const Words& words, std::size_t seen)
 {
-    constexpr double leastConfidence = 0.85;
+    constexpr double leastConfidence = 0.9;
     constexpr double leastShare = 0.85;
     return words.confidence < leastConfidence * words.letters ||
            words.letters < leastShare * static_cast<double>(seen);
