@@ -57,8 +57,8 @@ protected:
     std::shared_ptr<RecordingPasteboard> m_pasteboard =
         std::make_shared<RecordingPasteboard>(m_calls);
 
-    const std::vector<std::string> m_copying = {"isTrusted", "selectedText", "changeCount", "snapshot",
-                                                "sendCopy"};
+    const std::vector<std::string> m_copying = {"isTrusted", "selectedText", "changeCount",
+                                                "snapshot", "sendCopy"};
     const Items m_saved = {
         {{"text/plain", "earlier", ""}, {"image/png", std::string(3, '\0'), "8"}},
         {},
