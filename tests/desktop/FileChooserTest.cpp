@@ -56,6 +56,11 @@ protected:
         file.close();
         waitUntilFocused("text", "File name:");
         type(file.fileName());
+        // On a busy machine the chooser completes what it has of the name until then.
+        m_session.waitUntil("the name", [&] {
+            return m_reader.text(m_reader.find("text", "File name:")) ==
+                   file.fileName().toStdString();
+        });
         press({"Return"});
         m_reader.find("label", "notes.txt · 3 words");
         waitForSummary();
