@@ -6,16 +6,18 @@ namespace ControlCharacters {
 
 namespace {
 
+/// Characters that differ in their last byte only.
 struct Range
 {
-    std::string_view first;
-    std::string_view last; // has as many bytes
+    std::string_view begin; // the bytes before it
+    unsigned char first;
+    unsigned char last;
 };
 
 constexpr std::array<Range, 3> longRanges = {{
-    {"\xC2\x80", "\xC2\x9F"},         // C1
-    {"\xE2\x80\xAA", "\xE2\x80\xAE"}, // embeddings and overrides
-    {"\xE2\x81\xA6", "\xE2\x81\xA9"}, // isolates
+    {"\xC2", 0x80, 0x9F},     // C1
+    {"\xE2\x80", 0xAA, 0xAE}, // embeddings and overrides
+    {"\xE2\x81", 0xA6, 0xA9}, // isolates
 }};
 
 } // namespace
@@ -26,11 +28,12 @@ std::size_t lengthAt(std::string_view text)
     if (first < 0x80)
         return first < 0x20 || first == 0x7F ? 1 : 0;
     for (const Range& range : longRanges) {
-        const std::string_view character = text.substr(0, range.first.size());
-        // Bytes of UTF-8 have the order of the characters.
-        if (character.size() == range.first.size() && character >= range.first &&
-            character <= range.last)
-            return character.size();
+        const std::size_t length = range.begin.size();
+        if (!text.starts_with(range.begin) || text.size() == length)
+            continue;
+        const auto byte = static_cast<unsigned char>(text[length]);
+        if (byte >= range.first && byte <= range.last)
+            return length + 1;
     }
     return 0;
 }
