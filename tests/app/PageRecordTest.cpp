@@ -11,7 +11,7 @@ TEST(PageRecordTest, WhatIsWrittenIsTakenOneByOne)
     const std::vector<ScannedPage> pages = {{2, 15, "text\n"},
                                             {0, 15, ""},
                                             {14, 15, std::nullopt},
-                                            {1, 15, std::string("\x1Epage 0 15 3\nabc\0", 18)}};
+                                            {1, 15, std::string("\x1Epage 0 15 3\nabc\0", 17)}};
     std::string bytes;
     for (const ScannedPage& page : pages)
         bytes += PageRecord::written(page);
