@@ -4,12 +4,17 @@
 #include "ChildProcess.h"
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
+#include "MemoryLimit.h"
 #include "PageRecord.h"
 #include "RecognizedPages.h"
 #include "Utf8.h"
 
+#include <algorithm>
+#include <condition_variable>
+#include <mutex>
 #include <new>
 #include <optional>
+#include <thread>
 #include <utility>
 
 namespace DocumentProcess {
@@ -20,6 +25,43 @@ constexpr int exitText = 0;
 // Statuses that no crash or usage error has.
 constexpr int exitSentence = 3;
 constexpr int exitPages = 4; // the text is in the records of the pages
+
+constexpr const char* noMemory = "Reading the document takes too much memory.";
+
+/// One of the reads that may go on at once.
+class Turn
+{
+public:
+    Turn()
+    {
+        std::unique_lock lock(turns().mutex);
+        turns().freed.wait(lock, [] { return turns().free > 0; });
+        --turns().free;
+    }
+    ~Turn()
+    {
+        const std::lock_guard lock(turns().mutex);
+        ++turns().free;
+        turns().freed.notify_one();
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    struct Turns
+    {
+        std::mutex mutex;
+        std::condition_variable freed;
+        unsigned int free = std::max(std::thread::hardware_concurrency(), 1U);
+    };
+
+    static Turns& turns()
+    {
+        // Never destroyed: a read may still be waiting when the process ends.
+        static auto* const all = new Turns;
+        return *all;
+    }
+};
 
 int print(std::FILE& stream, const std::string& text, int status)
 {
@@ -48,6 +90,7 @@ std::optional<RecognizedPages> takePages(std::string& output)
 DocumentText read(const std::filesystem::path& file, const std::string& program,
                   std::chrono::milliseconds limit)
 {
+    const Turn turn;
     ChildProcess::Result result =
         ChildProcess::run({program, command, std::filesystem::absolute(file).native()}, limit);
     const bool hasExited = result.end == ChildProcess::End::exited;
@@ -66,6 +109,7 @@ DocumentText read(const std::filesystem::path& file, const std::string& program,
 int serve(const std::filesystem::path& file, std::FILE& stream)
 {
     ChildProcess::endWithParent();
+    MemoryLimit::set(mostMemory, noMemory, exitSentence);
     const LibraryMessages quiet;
     bool hasPages = false;
     const auto onPage = [&](const DocumentReader::ScannedPage& page) {
@@ -76,7 +120,7 @@ int serve(const std::filesystem::path& file, std::FILE& stream)
         const std::string text = DocumentReader::read(file, onPage);
         return hasPages ? print(stream, "", exitPages) : print(stream, text, exitText);
     } catch (const std::bad_alloc&) {
-        return print(stream, "There is not enough memory.", exitSentence);
+        return print(stream, noMemory, exitSentence);
     } catch (const std::exception& error) {
         return print(stream, error.what(), exitSentence);
     }

@@ -2,14 +2,17 @@
 
 #include "AppError.h"
 #include "CaptureSource.h"
+#include "ChildProcess.h"
 #include "DesktopSource.h"
-#include "DocumentReader.h"
-#include "LibraryMessages.h"
+#include "DocumentProcess.h"
 #include "PlainText.h"
+#include "TextOutput.h"
 #include "WebPage.h"
 #include "WhiteSpace.h"
 
 #include <filesystem>
+#include <iostream>
+#include <utility>
 
 namespace SourceText {
 
@@ -33,7 +36,7 @@ std::filesystem::path withoutSlash(const std::filesystem::path& path)
 
 Source recognised(const std::string& source)
 {
-    if (source == "-")
+    if (source == "-" || source == "/dev/stdin") // which another process has not
         return {Source::Kind::standardInput, "standard input"};
     std::error_code ignored;
     const std::filesystem::file_type type = std::filesystem::symlink_status(source, ignored).type();
@@ -58,8 +61,11 @@ std::string textOf(const Source& source)
     case Source::Kind::file:
         break;
     }
-    const LibraryMessages quiet;
-    return DocumentReader::read(source.file);
+    DocumentText text = DocumentProcess::read(source.file, ChildProcess::thisProgram());
+    if (!text.share.empty())
+        std::cerr << "pithwise: " << TextOutput::oneLine(source.label) << " takes too long. Only "
+                  << text.share << " can be used.\n";
+    return std::move(text.text);
 }
 
 } // namespace

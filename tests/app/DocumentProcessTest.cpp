@@ -5,12 +5,19 @@
 #include "PageRecord.h"
 #include "PdfWriter.h"
 #include "Program.h"
+#include "WaitUntil.h"
 
 #include <QElapsedTimer>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <future>
+#include <iterator>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -47,6 +54,13 @@ protected:
         for (const int index : indices)
             records += PageRecord::written({index, 15, "Text " + std::to_string(index)});
         return "cat '" + m_folder.write("pages", records).native() + "'; ";
+    }
+
+    /// The numbers in `file`, a line each.
+    static std::vector<std::size_t> counts(const std::filesystem::path& file)
+    {
+        std::ifstream stream(file);
+        return {std::istream_iterator<std::size_t>(stream), {}};
     }
 
     DocumentFolder m_folder;
@@ -153,6 +167,41 @@ TEST_F(DocumentProcessTest, AProcessThatCrashesIsAnErrorInOneSentence)
 {
     EXPECT_EQ(errorOf("echo text; kill -SEGV $$"), "Reading the document failed.");
     EXPECT_EQ(errorOf("echo text; exit 1"), "Reading the document failed.");
+}
+
+#ifndef PITHWISE_SANITIZED
+TEST_F(DocumentProcessTest, ItsMemoryIsLimited)
+{
+    EXPECT_THAT(read("/proc/self/limits"),
+                testing::ContainsRegex("Max data size +4294967296 +4294967296 "));
+}
+#endif
+
+TEST_F(DocumentProcessTest, AsManyGoOnAtOnceAsThereAreProcessors)
+{
+    const std::size_t most = std::max(std::thread::hardware_concurrency(), 1U);
+    const std::filesystem::path folder = m_folder.path();
+    std::filesystem::create_directory(folder / "running");
+    const std::filesystem::path program =
+        m_folder.write("program", "#!/bin/sh\n"
+                                  "cd '" +
+                                      folder.native() +
+                                      "'\n"
+                                      "touch running/$$; ls running | wc -l >> counts\n"
+                                      "while [ ! -e go ]; do sleep 0.01; done\n"
+                                      "rm running/$$; printf text\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    std::vector<std::future<std::string>> reads;
+    for (std::size_t i = 0; i < 3 * most; ++i)
+        reads.push_back(std::async(std::launch::async, [&] {
+            return DocumentProcess::read("/file", program.native()).text;
+        }));
+    ASSERT_TRUE(waitUntil([&] { return counts(folder / "counts").size() >= most; }));
+    m_folder.write("go", "");
+    for (std::future<std::string>& read : reads)
+        EXPECT_EQ(read.get(), "text");
+    EXPECT_EQ(counts(folder / "counts").size(), 3 * most);
+    EXPECT_EQ(std::ranges::max(counts(folder / "counts")), most);
 }
 
 TEST_F(DocumentProcessTest, AProgramThatIsNotThereIsAnError)

@@ -52,6 +52,14 @@ TEST_F(ReadCommandTest, NoCoreDumpHoldsTheText)
                 testing::ContainsRegex("Max core file size +0 "));
 }
 
+#ifndef PITHWISE_SANITIZED
+TEST_F(ReadCommandTest, WhoeverReadsADocumentHasALimitedMemory)
+{
+    EXPECT_THAT(run({"read", "/proc/self/limits"}).output,
+                testing::ContainsRegex("Max data size +4294967296 "));
+}
+#endif
+
 TEST_F(ReadCommandTest, AMissingLineFeedAtTheEndIsAdded)
 {
     EXPECT_EQ(run({"read", file("source", "text")}).output, "text\n");
@@ -61,6 +69,7 @@ TEST_F(ReadCommandTest, AMissingLineFeedAtTheEndIsAdded)
 TEST_F(ReadCommandTest, StandardInputIsRead)
 {
     EXPECT_EQ(run({"read", "-"}, "caf\xE9").output, "café\n");
+    EXPECT_EQ(run({"read", "/dev/stdin"}, "caf\xE9").output, "café\n");
 }
 
 TEST_F(ReadCommandTest, ALargeTextIsPrintedWhole)
