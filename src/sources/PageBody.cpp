@@ -66,7 +66,7 @@ void PageBody::unpack(std::string_view bytes)
 void PageBody::appendUnpacked(std::string_view bytes)
 {
     if (bytes.size() > m_mostBytes - m_size)
-        throw AppError("The page is larger than 1 GiB.");
+        throw AppError("The page is larger than 64 MiB.");
     m_size += bytes.size();
     while (!bytes.empty()) {
         if (m_pieces.empty() || m_pieces.back().size() == pieceSize)

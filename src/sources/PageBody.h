@@ -14,8 +14,12 @@ class PageBody
 {
 public:
     /// `encoding` is what the header Content-Encoding says; `mostBytes` is the limit of the
-    /// unpacked body. Throws std::runtime_error for an encoding that was not asked for.
+    /// unpacked body, for all but tests the one below. Throws std::runtime_error for an encoding
+    /// that was not asked for.
     PageBody(std::string_view encoding, std::size_t mostBytes);
+
+    /// A page has some kilobytes; what takes more memory than this is no text.
+    static constexpr std::size_t usualLimit = std::size_t{64} << 20;
 
     /// The header Accept-Encoding that goes with this.
     static constexpr const char* acceptedEncodings = "gzip";

@@ -1,11 +1,13 @@
 #include "AppError.h"
 #include "Characters.h"
+#include "FreedMemory.h"
 #include "HTMLText.h"
 #include "PageAddress.h"
 #include "PageTransfer.h"
 #include "Utf8.h"
 
 #include <QCoroFuture>
+#include <QThreadPool>
 #include <QUnhandledException>
 #include <QtConcurrentRun>
 
@@ -28,12 +30,24 @@ static std::shared_ptr<std::string> readable(const std::shared_ptr<PageBody>& bo
 
 static QCoro::Task<PageBody> download(QUrl address, std::chrono::milliseconds timeout)
 {
-    PageTransfer transfer(std::move(address), timeout);
+    PageTransfer transfer(std::move(address), {.silence = timeout});
     co_return co_await transfer.body();
 }
 
+/// Gives the memory of a page back once all of it is free; on another thread, because that takes
+/// some milliseconds.
+class MemoryReturn
+{
+public:
+    MemoryReturn() = default;
+    ~MemoryReturn() { QThreadPool::globalInstance()->start(&FreedMemory::giveBack); }
+    MemoryReturn(const MemoryReturn&) = delete;
+    MemoryReturn& operator=(const MemoryReturn&) = delete;
+};
+
 QCoro::Task<std::string> fetch(std::string address, std::chrono::milliseconds timeout)
 {
+    const MemoryReturn memoryReturn;
     auto body =
         std::make_shared<PageBody>(co_await download(PageAddress::parsed(address), timeout));
     try {

@@ -80,11 +80,16 @@ static void requireAllowedRedirect(const QUrl& from, const QUrl& to)
         throw std::runtime_error("The page was moved to an unencrypted connection.");
 }
 
-PageTransfer::PageTransfer(QUrl address, std::chrono::milliseconds timeout, std::size_t mostBytes)
-    : m_address(std::move(address)), m_timeout(timeout), m_mostBytes(mostBytes)
+PageTransfer::PageTransfer(QUrl address, const Limits& limits)
+    : m_address(std::move(address)), m_limits(limits)
 {
     m_nextTurn.setSingleShot(true);
     connect(&m_nextTurn, &QTimer::timeout, this, &PageTransfer::proceed);
+    m_deadline.setSingleShot(true);
+    connect(&m_deadline, &QTimer::timeout, this, [this] {
+        end(std::make_exception_ptr(
+            std::runtime_error("The page was not loaded because it takes too long.")));
+    });
 }
 
 void PageTransfer::begin(std::coroutine_handle<> waiting)
@@ -94,12 +99,13 @@ void PageTransfer::begin(std::coroutine_handle<> waiting)
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
         end(std::make_exception_ptr(std::runtime_error("The page was not loaded.")));
     });
+    m_deadline.start(m_limits.whole);
     request();
 }
 
 void PageTransfer::request()
 {
-    m_reply = m_network->get(requestOf(m_address, m_timeout));
+    m_reply = m_network->get(requestOf(m_address, m_limits.silence));
     m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &PageTransfer::proceed);
     connect(m_reply, &QNetworkReply::finished, this, &PageTransfer::proceed);
@@ -155,7 +161,7 @@ void PageTransfer::receive()
 {
     if (!m_body) {
         const QByteArray encoding = m_reply->rawHeader("Content-Encoding").trimmed().toLower();
-        m_body.emplace(view(encoding), m_mostBytes);
+        m_body.emplace(view(encoding), m_limits.bytes);
     }
     m_body->append(view(m_reply->read(portionSize)));
 }
@@ -174,5 +180,6 @@ void PageTransfer::end(std::exception_ptr error)
     m_error = std::move(error);
     m_reply->disconnect(this);
     m_nextTurn.stop();
+    m_deadline.stop();
     m_waiting.resume(); // destroys this object
 }

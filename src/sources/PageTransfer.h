@@ -1,7 +1,6 @@
 #pragma once
 
 #include "PageBody.h"
-#include "RegularFile.h"
 
 #include <QCoroTask>
 #include <QNetworkAccessManager>
@@ -24,10 +23,14 @@ class QNetworkReply;
 class PageTransfer : public QObject
 {
 public:
-    /// `timeout` is how long the server may send nothing; `mostBytes` is the limit of the unpacked
-    /// body.
-    PageTransfer(QUrl address, std::chrono::milliseconds timeout,
-                 std::size_t mostBytes = RegularFile::mostBytes);
+    struct Limits
+    {
+        std::chrono::milliseconds silence = std::chrono::seconds(20); // of the server
+        std::chrono::milliseconds whole = std::chrono::minutes(2);    // with all redirects
+        std::size_t bytes = PageBody::usualLimit;                     // of the unpacked body
+    };
+
+    PageTransfer(QUrl address, const Limits& limits);
 
     /// What body() returns. GCC 12 would copy the object itself if that could be awaited.
     class Arrival
@@ -59,13 +62,13 @@ private:
     void end(std::exception_ptr error);
 
     QUrl m_address;
-    std::chrono::milliseconds m_timeout;
-    std::size_t m_mostBytes;
+    const Limits m_limits;
     // The coroutine may destroy this object while the network is calling it.
     std::unique_ptr<QNetworkAccessManager, QScopedPointerDeleteLater> m_network;
     QNetworkReply* m_reply = nullptr; // the network's
     int m_redirects = 0;
     QTimer m_nextTurn;
+    QTimer m_deadline;
     std::coroutine_handle<> m_waiting;
     std::optional<PageBody> m_body; // once its first bytes may have come
     std::exception_ptr m_error;

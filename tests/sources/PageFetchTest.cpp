@@ -289,6 +289,15 @@ TEST_F(PageFetchTest, EightyCharactersAreEnough)
               m_unreadable);
     EXPECT_EQ(fetch({.body = "<title>Home</title>" + page(QByteArray(74, 'x'))}).text,
               "Home\n\n" + std::string(74, 'x'));
+    // The empty line below a title counts, though nothing comes after it.
+    for (const int length : {77, 78, 79, 80}) {
+        const QByteArray title(length, 'x');
+        const Outcome outcome = fetch({.body = "<title>" + title + "</title>" + page("short")});
+        if (length < 78)
+            EXPECT_EQ(outcome.userError, m_unreadable);
+        else
+            EXPECT_EQ(outcome.text, title.toStdString() + "\n\n");
+    }
     // Characters as a reader counts them, of eight bytes each here.
     EXPECT_EQ(fetch({.body = page(QByteArray("👍🏽").repeated(79))}).userError, m_unreadable);
     EXPECT_TRUE(fetch({.body = page(QByteArray("👍🏽").repeated(80))}).text);
@@ -451,9 +460,9 @@ TEST_F(PageFetchTest, NobodyThereIsTheNetworksError)
               "Host nobody.invalid not found.");
 }
 
-QCoro::Task<std::string> transfer(QUrl address, std::size_t mostBytes)
+QCoro::Task<std::string> transfer(QUrl address, PageTransfer::Limits limits)
 {
-    PageTransfer transfer(std::move(address), HTMLText::defaultTimeout, mostBytes);
+    PageTransfer transfer(std::move(address), limits);
     PageBody body = co_await transfer.body();
     co_return std::move(body).joined();
 }
@@ -462,12 +471,14 @@ TEST_F(PageFetchTest, ABodyBeyondTheLimitIsAnError)
 {
     constexpr qint64 limit = 3 << 20;
     m_server.setAnswer("/", {.body = QByteArray(1 << 16, 'x'), .size = limit});
-    EXPECT_EQ(wait(transfer(m_server.url(), limit)).text->size(), std::size_t{limit});
+    EXPECT_EQ(wait(transfer(m_server.url(), {.bytes = limit})).text->size(), std::size_t{limit});
     m_server.setAnswer("/", {.body = QByteArray(1 << 16, 'x'), .size = limit + 1});
-    EXPECT_EQ(wait(transfer(m_server.url(), limit)).userError, "The page is larger than 1 GiB.");
+    EXPECT_EQ(wait(transfer(m_server.url(), {.bytes = limit})).userError,
+              "The page is larger than 64 MiB.");
     const QByteArray packed = gzip(QByteArray(limit + 1, 'x'));
     m_server.setAnswer("/", {.headers = {{"Content-Encoding", "gzip"}}, .body = packed});
-    EXPECT_EQ(wait(transfer(m_server.url(), limit)).userError, "The page is larger than 1 GiB.");
+    EXPECT_EQ(wait(transfer(m_server.url(), {.bytes = limit})).userError,
+              "The page is larger than 64 MiB.");
 }
 
 TEST_F(PageFetchTest, ABodyThatNeverEndsIsStopped)
@@ -475,7 +486,29 @@ TEST_F(PageFetchTest, ABodyThatNeverEndsIsStopped)
     m_server.setAnswer("/", {.body = QByteArray(1000, 'x'),
                              .size = std::numeric_limits<qint64>::max(),
                              .framing = Framing::chunked});
-    EXPECT_EQ(wait(transfer(m_server.url(), 3 << 20)).userError, "The page is larger than 1 GiB.");
+    EXPECT_EQ(wait(transfer(m_server.url(), {.bytes = 3 << 20})).userError,
+              "The page is larger than 64 MiB.");
+}
+
+TEST_F(PageFetchTest, APageHas64MebibytesAtMost)
+{
+    constexpr qint64 limit = qint64{64} << 20;
+    const QByteArray line = QByteArray(1023, 'x') + '\n';
+    m_server.setAnswer("/", {.body = line, .size = limit});
+    EXPECT_TRUE(fetch().text);
+    m_server.setAnswer("/", {.body = line, .size = limit + 1});
+    EXPECT_EQ(fetch().userError, "The page is larger than 64 MiB.");
+}
+
+TEST_F(PageFetchTest, APageThatGoesOnAndOnEndsAfterItsTime)
+{
+    m_server.setAnswer(
+        "/",
+        {.body = "x", .size = std::numeric_limits<qint64>::max(), .framing = Framing::chunked});
+    EXPECT_EQ(wait(transfer(m_server.url(), {.whole = milliseconds(50),
+                                             .bytes = std::numeric_limits<std::size_t>::max()}))
+                  .otherError,
+              "The page was not loaded because it takes too long.");
 }
 
 TEST_F(PageFetchTest, SeveralFetchesRunAtOnce)
