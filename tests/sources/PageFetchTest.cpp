@@ -11,8 +11,10 @@
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <zlib.h>
 
+#include <fstream>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -131,6 +133,7 @@ protected:
         stream.avail_out = static_cast<uInt>(packed.size());
         EXPECT_EQ(::deflate(&stream, Z_FINISH), Z_STREAM_END);
         packed.truncate(static_cast<qsizetype>(stream.total_out));
+        packed.squeeze();
         ::deflateEnd(&stream);
         return packed;
     }
@@ -467,6 +470,16 @@ QCoro::Task<std::string> transfer(QUrl address, PageTransfer::Limits limits)
     co_return std::move(body).joined();
 }
 
+/// What the process has of the memory.
+std::size_t residentBytes()
+{
+    std::ifstream file("/proc/self/statm");
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
 TEST_F(PageFetchTest, ABodyBeyondTheLimitIsAnError)
 {
     constexpr qint64 limit = 3 << 20;
@@ -510,6 +523,22 @@ TEST_F(PageFetchTest, APageThatGoesOnAndOnEndsAfterItsTime)
                   .otherError,
               "The page was not loaded because it takes too long.");
 }
+
+#ifndef PITHWISE_SANITIZED
+TEST_F(PageFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
+{
+    const QByteArray emptiness = gzip(QByteArray(60 << 20, ' '));
+    const Answer answer = {.headers = {{"Content-Encoding", "gzip"}}, .body = emptiness};
+    fetch({.body = page(m_text)}); // patterns and threads stay
+    const std::size_t before = residentBytes();
+    EXPECT_EQ(fetch(answer).userError, m_unreadable);
+    EXPECT_EQ(fetchPacked(gzip(QByteArray(70 << 20, ' '))).userError,
+              "The page is larger than 64 MiB.");
+    constexpr std::size_t slack = std::size_t{16} << 20;
+    EXPECT_TRUE(waitUntil([&] { return residentBytes() < before + slack; }))
+        << before << " and now " << residentBytes();
+}
+#endif
 
 TEST_F(PageFetchTest, SeveralFetchesRunAtOnce)
 {

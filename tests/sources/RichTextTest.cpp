@@ -157,11 +157,29 @@ TEST(RichTextTest, TheMarkOfAnOptionalGroupIsForTheNextWordOnly)
     EXPECT_EQ(textOf("a{\\~\\unheard b}c"), "a\u00A0bc");
 }
 
+TEST(RichTextTest, TheMarkOfAnOptionalGroupCountsOnlyAtItsBeginning)
+{
+    EXPECT_EQ(textOf("{\\f0\\*\\cs7 styled words}"), "styled words");
+    EXPECT_EQ(textOf("a{b\\*\\unheard c}d"), "abcd");
+    EXPECT_EQ(textOf("a{\\~\\*\\unheard c}d"), "a\u00A0cd");
+    EXPECT_EQ(textOf("a{{b}\\*\\unheard c}d"), "abcd");
+    EXPECT_EQ(textOf("a\\*\\unheard b"), "ab");
+    EXPECT_EQ(textOf("a{\r\n\\*\\unheard b}c"), "ac");
+    EXPECT_EQ(textOf("a{\\f0\\*\\pict 00}c"), "ac");
+}
+
 TEST(RichTextTest, ListMarkersAreShown)
 {
     EXPECT_EQ(textOf("{\\listtext\\pard 1.\\tab}one\\par{\\pntext\\u8226 *\\tab}"
                      "{\\*\\pn\\pnlvlblt{\\pntxtb x}}two"),
               "1.\tone\n\u2022\ttwo");
+}
+
+TEST(RichTextTest, AListMarkerHasNoControlCharacters)
+{
+    EXPECT_EQ(textOf("{\\listtext\\'02\\'00.\\'07)\x01\x1B\x7F\t\\tab}one"), ".)\t\tone");
+    EXPECT_EQ(textOf("{\\pntext{\\f1\\u1 ?\\u27 ?\\u155 ?\\u8226 ?}\\tab}\\u7 ?two"),
+              "\u2022\t\atwo");
 }
 
 TEST(RichTextTest, TheResultsOfFieldsAndObjectsAreShown)

@@ -72,9 +72,10 @@ static void addDestinations(Keywords& keywords)
     keywords["fonttbl"] = {Action::fontTable};
     keywords["upr"] = {Action::alternatives};
     keywords["ud"] = {Action::unicodeAlternative};
-    for (const std::string_view name :
-         {"field", "fldrslt", "listtext", "nesttableprops", "object", "pntext", "result"})
+    for (const std::string_view name : {"field", "fldrslt", "nesttableprops", "object", "result"})
         keywords[name] = {Action::show};
+    for (const std::string_view name : {"listtext", "pntext"})
+        keywords[name] = {Action::listMarker};
 }
 
 RtfKeyword RtfKeyword::find(std::string_view name)

@@ -25,6 +25,7 @@ struct RtfKeyword
         fontTable,          // the group describes the fonts
         alternatives,       // the group has its text twice
         unicodeAlternative, // and this is the one to read
+        listMarker,         // the group is the number or bullet before a paragraph
         show,               // the group is text even where it says that it may be passed over
     };
 

@@ -12,6 +12,14 @@ static constexpr std::size_t maxStates = 10000;
 /// What the writer of an attachment puts in its place.
 static constexpr char placeholder = '\xAC';
 
+/// Some writers put the pattern of a list's level, with the numbers of its parts, where a marker
+/// belongs. A negative one is a byte of another character, and a tab is part of a marker.
+static bool isControl(int character)
+{
+    return (character >= 0 && character < ' ' && character != '\t') ||
+           (character >= 0x7F && character < 0xA0);
+}
+
 std::string RtfReader::text()
 {
     for (;;) {
@@ -40,6 +48,7 @@ void RtfReader::read(const RtfTokenizer::Token& token)
         symbol(token.text.front());
     else
         bytes(token.text);
+    m_isAtBeginning = token.kind == Kind::open;
 }
 
 void RtfReader::open()
@@ -173,6 +182,9 @@ void RtfReader::destination(Action action)
     case Action::fontTable:
         current.destination = Destination::fonts;
         break;
+    case Action::listMarker:
+        current.isListMarker = true;
+        break;
     case Action::alternatives:
         if (current.destination == Destination::text)
             current.destination = Destination::alternatives;
@@ -189,7 +201,7 @@ void RtfReader::destination(Action action)
 void RtfReader::symbol(char symbol)
 {
     if (symbol == '*') {
-        m_isOptional = true;
+        m_isOptional = m_isAtBeginning;
         return;
     }
     m_isOptional = false;
@@ -231,7 +243,20 @@ void RtfReader::bytes(std::string_view bytes)
     if (state().destination == Destination::fonts)
         m_fonts.appendName(bytes);
     else if (isShown() && !bytes.empty() && bytes.front() != '\0')
+        text(bytes);
+}
+
+/// At least one byte.
+void RtfReader::text(std::string_view bytes)
+{
+    if (!m_states.back().isListMarker) {
         m_text.appendBytes(bytes, codePage());
+        return;
+    }
+    std::string shown(bytes);
+    std::erase_if(shown, isControl);
+    if (!shown.empty())
+        m_text.appendBytes(shown, codePage());
 }
 
 /// A character that a word or symbol stands for counts as one of what comes after a \u; other words
@@ -255,7 +280,7 @@ void RtfReader::unicode(int value)
     m_fallback = state().fallbackLength;
     if (value < 0)
         value += 0x10000; // the format has signed numbers of 16 bits
-    if (!isShown() || value == 0)
+    if (!isShown() || value == 0 || (state().isListMarker && isControl(value)))
         return;
     const int page = codePage();
     // What is written here only a font of symbols can show. Writers use them for the marks of

@@ -35,6 +35,7 @@ private:
         int font = noFont;
         int fallbackLength = 1; // characters after a \u
         Destination destination = Destination::text;
+        bool isListMarker = false;
         bool isHidden = false;
         bool isDeleted = false;
     };
@@ -50,6 +51,7 @@ private:
     void destination(Action action);
     void symbol(char symbol);
     void bytes(std::string_view bytes);
+    void text(std::string_view bytes);
     void special(char32_t special);
     void character(char32_t character);
     void unicode(int value);
@@ -63,11 +65,12 @@ private:
     RtfFonts m_fonts;
     int m_documentCodePage = RtfCodePage::windowsLatin1;
     int m_defaultFont = 0;
-    std::vector<State> m_states; // of the open groups
-    std::size_t m_deeper = 0;    // open groups that have no state of their own
-    std::size_t m_skipped = 0;   // open groups that are not text, the outermost and those in it
-    int m_fallback = 0;          // characters still to be left out
-    bool m_isOptional = false;   // after a \*
+    std::vector<State> m_states;  // of the open groups
+    std::size_t m_deeper = 0;     // open groups that have no state of their own
+    std::size_t m_skipped = 0;    // open groups that are not text, the outermost and those in it
+    int m_fallback = 0;           // characters still to be left out
+    bool m_isAtBeginning = false; // of a group
+    bool m_isOptional = false;    // after a \* there
     bool m_skipsAttachment = false;
     bool m_expectsPlaceholder = false;
 };
