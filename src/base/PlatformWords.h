@@ -9,6 +9,8 @@ struct PlatformWords
     const char* withoutHotkey;   // and where it does not
     const char* nothingSelected; // after the hotkey, where everything may be read
     const char* nothingReadable; // where other windows may not
+    const char* captureRefused;  // where the screen may not be read
+    const char* captureFailed;   // and where it may
 };
 
 inline constexpr PlatformWords macWords = {
@@ -20,6 +22,10 @@ inline constexpr PlatformWords macWords = {
                        "in System Settings.",
     .nothingReadable = "Select some text first, or grant Accessibility and Screen Recording access "
                        "in System Settings.",
+    .captureRefused = "Capture failed. Allow Screen Recording for this app in System Settings → "
+                      "Privacy & Security.",
+    .captureFailed = "Capture failed. Allow Screen Recording for this app in System Settings → "
+                     "Privacy & Security.",
 };
 
 inline constexpr PlatformWords linuxWords = {
@@ -30,6 +36,9 @@ inline constexpr PlatformWords linuxWords = {
     .nothingSelected = "Select some text first, or copy some.",
     .nothingReadable = "Pithwise can read other windows only in an X11 session. Choose one when "
                        "you log in.",
+    .captureRefused = "Capture failed. Pithwise can read the screen only in an X11 session. Choose "
+                      "one when you log in.",
+    .captureFailed = "Capture failed. The screen could not be read.",
 };
 
 #ifdef __APPLE__

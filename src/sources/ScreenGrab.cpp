@@ -2,6 +2,7 @@
 
 #include "AppError.h"
 #include "OCR.h"
+#include "PlatformWords.h"
 #include "ScreenPermission.h"
 #include "Screenshot.h"
 #include "WindowList.h"
@@ -43,8 +44,8 @@ FileDescriptor take(Kind kind, const Tools& tools)
     std::optional<FileDescriptor> picture =
         kind == Kind::window ? takeFrontWindow(tools) : tools.screenshot.takeScreen();
     if (!picture)
-        throw AppError("Capture failed. Allow Screen Recording for this app in System Settings → "
-                       "Privacy & Security.");
+        throw AppError(tools.permission.isGranted() ? platformWords.captureFailed
+                                                    : platformWords.captureRefused);
     return *std::move(picture);
 }
 

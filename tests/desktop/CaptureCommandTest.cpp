@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cerrno>
+#include <tuple>
 
 namespace {
 
@@ -163,12 +164,14 @@ TEST_F(CaptureCommandTest, WhereThereIsNoWayEveryCaptureEndsAtOnce)
         return result.error;
     };
     const QString display = m_session.display();
-    for (const auto& [x11, wayland] :
-         {std::pair{display, QString("wayland-0")}, {QString(), QString()}, {":9999", QString()}}) {
+    const std::string refused = "Capture failed. Pithwise can read the screen only in an X11 "
+                                "session. Choose one when you log in.";
+    const std::string failed = "Capture failed. The screen could not be read.";
+    for (const auto& [x11, wayland, sentence] : {std::tuple{display, QString("wayland-0"), refused},
+                                                 {QString(), QString(), refused},
+                                                 {":9999", QString(), failed}}) {
         EXPECT_EQ(errorOf("window", x11, wayland), "pithwise: No window found to capture.\n");
-        EXPECT_EQ(errorOf("screen", x11, wayland),
-                  "pithwise: Capture failed. Allow Screen Recording for this app in System "
-                  "Settings → Privacy & Security.\n");
+        EXPECT_EQ(errorOf("screen", x11, wayland), "pithwise: " + sentence + "\n");
         EXPECT_EQ(errorOf("selection", x11, wayland), "pithwise: Capture cancelled.\n");
     }
 }

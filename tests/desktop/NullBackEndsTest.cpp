@@ -62,8 +62,8 @@ TEST_P(NullBackEndsTest, EveryCaptureEndsInTheSentenceOfItsKind)
 {
     EXPECT_EQ(errorOf(ScreenGrab::Kind::window), "No window found to capture.");
     EXPECT_EQ(errorOf(ScreenGrab::Kind::screen),
-              "Capture failed. Allow Screen Recording for this app in System Settings → Privacy & "
-              "Security.");
+              "Capture failed. Pithwise can read the screen only in an X11 session. Choose one "
+              "when you log in.");
     EXPECT_EQ(errorOf(ScreenGrab::Kind::selection), "Capture cancelled.");
 }
 

@@ -116,14 +116,19 @@ TEST_F(ScreenGrabTest, ASelectionNeedsNoPermissionAndNoWindows)
     EXPECT_EQ(m_windowList.requests(), 0);
 }
 
-TEST_F(ScreenGrabTest, WithoutAPictureTheKindDecidesWhatIsSaid)
+TEST_F(ScreenGrabTest, WithoutAPictureTheKindAndThePermissionDecideWhatIsSaid)
 {
     m_screenshot = RecordingScreenshot([] { return std::nullopt; });
-    const std::string refused = "Capture failed. Allow Screen Recording for this app in System "
-                                "Settings → Privacy & Security.";
-    EXPECT_EQ(errorOf(Kind::window), refused);
-    EXPECT_EQ(errorOf(Kind::screen), refused);
-    EXPECT_EQ(errorOf(Kind::selection), "Capture cancelled.");
+    for (const bool isGranted : {false, true}) {
+        m_permission = RecordingScreenPermission(isGranted);
+        const std::string failed =
+            isGranted ? "Capture failed. The screen could not be read."
+                      : "Capture failed. Pithwise can read the screen only in an X11 session. "
+                        "Choose one when you log in.";
+        EXPECT_EQ(errorOf(Kind::window), failed);
+        EXPECT_EQ(errorOf(Kind::screen), failed);
+        EXPECT_EQ(errorOf(Kind::selection), "Capture cancelled.");
+    }
     EXPECT_THAT(m_recognized, IsEmpty());
 }
 
