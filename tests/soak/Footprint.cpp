@@ -28,10 +28,12 @@ static std::size_t ownKilobytes(const QString& folder)
 Footprint Footprint::of(qint64 process, const QString& temporaryFolder)
 {
     const QString folder = QStringLiteral("/proc/%1").arg(process);
-    const auto entries = [](const QString& path) {
-        return QDir(path).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
-                                    QDir::NoDotAndDotDot);
-    };
-    return {ownKilobytes(folder), entries(folder + "/task").size(), entries(folder + "/fd").size(),
-            entries(temporaryFolder)};
+    return {ownKilobytes(folder), filesIn(folder + "/task").size(), filesIn(folder + "/fd").size(),
+            filesIn(temporaryFolder)};
+}
+
+QStringList Footprint::filesIn(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::Hidden |
+                                  QDir::NoDotAndDotDot);
 }

@@ -15,4 +15,7 @@ struct Footprint
 
     /// Throws std::runtime_error where the process has ended.
     static Footprint of(qint64 process, const QString& temporaryFolder);
+
+    /// The names of what is in `folder`.
+    static QStringList filesIn(const QString& folder);
 };

@@ -10,6 +10,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <csignal>
 #include <stdexcept>
 
 const std::vector<RandomUser::Action> RandomUser::actions = {
@@ -20,7 +21,11 @@ const std::vector<RandomUser::Action> RandomUser::actions = {
     &RandomUser::replace,       &RandomUser::changeMode,    &RandomUser::changeLength,
     &RandomUser::fetch,         &RandomUser::load,          &RandomUser::captureWindow,
     &RandomUser::captureScreen, &RandomUser::cancelCapture, &RandomUser::hotkey,
+    &RandomUser::drop,
 };
+
+/// Left of the popover.
+static constexpr QPoint sourcePlace(40, 160);
 
 static QString written(const QString& path, const QByteArray& content)
 {
@@ -31,8 +36,12 @@ static QString written(const QString& path, const QByteArray& content)
 }
 
 RandomUser::RandomUser(DesktopSession& session, ScreenReader& reader, LoopbackServer& server,
-                       unsigned int seed)
-    : m_session(session), m_reader(reader), m_server(server), m_random(seed)
+                       SoakedApplication& application, unsigned int seed)
+    : m_session(session),
+      m_reader(reader),
+      m_server(server),
+      m_application(application),
+      m_random(seed)
 {
     const QByteArray sentence = "The meeting decided on the budget of the project. ";
     LoopbackServer::Answer page;
@@ -45,11 +54,31 @@ RandomUser::RandomUser(DesktopSession& session, ScreenReader& reader, LoopbackSe
                m_session.path("picture.png"), m_session.path("missing.txt")};
     if (!TextImage::render({QString::fromUtf8(sentence)}).save(m_files[3]))
         throw std::runtime_error("A picture cannot be written.");
+    startSource();
+}
+
+/// Starts a program with a window whose files can be dragged to the application.
+void RandomUser::startSource()
+{
+    m_source = &m_session.start(PITHWISE_DESKTOP_APP,
+                                {"--title", "Source", "--drags", m_files[random(4)]});
+    const QString window = QString::number(m_session.waitForWindow({"--name", "^Source$"}));
+    m_session.xdotool({"windowmove", "--sync", window, QString::number(sourcePlace.x()),
+                       QString::number(sourcePlace.y())});
 }
 
 void RandomUser::act()
 {
     perform(actions[static_cast<std::size_t>(random(static_cast<int>(actions.size())))]);
+}
+
+void RandomUser::actOrEnd()
+{
+    constexpr int actionsAnEnd = 12;
+    if (random(actionsAnEnd) == 0)
+        end();
+    else
+        act();
 }
 
 void RandomUser::actAll()
@@ -70,14 +99,21 @@ void RandomUser::perform(Action action)
     }
     QCoreApplication::processEvents(); // what the reader is told
     m_reader.forgetEvents();
-    requireAnswer();
+    m_application.requireAnswer();
 }
 
-void RandomUser::requireAnswer()
+/// By the button, by a signal that asks, or by one that does not, right after something was begun.
+void RandomUser::end()
 {
-    m_session.run("dbus-send", {"--session", "--print-reply", "--reply-timeout=10000",
-                                "--dest=local.pithwise.Pithwise", "/local/pithwise/Pithwise",
-                                "org.freedesktop.DBus.Introspectable.Introspect"});
+    act();
+    constexpr int ways = 3;
+    const int way = random(ways);
+    if (way == 0) {
+        press("Quit");
+        comesTo([this] { return m_application.hasEnded(); });
+    }
+    m_application.end(way == 1 ? SIGKILL : SIGTERM);
+    m_application.start();
 }
 
 void RandomUser::rest()
@@ -172,9 +208,15 @@ void RandomUser::type(const QString& text)
     m_session.xdotool({"type", "--delay", "1", text});
 }
 
-void RandomUser::click(int x, int y)
+void RandomUser::moveTo(const QPoint& point)
 {
-    m_session.xdotool({"mousemove", QString::number(x), QString::number(y), "click", "1"});
+    m_session.xdotool({"mousemove", QString::number(point.x()), QString::number(point.y())});
+}
+
+void RandomUser::click(const QPoint& point)
+{
+    moveTo(point);
+    m_session.xdotool({"click", "1"});
 }
 
 void RandomUser::toggle()
@@ -184,12 +226,12 @@ void RandomUser::toggle()
 
 void RandomUser::clickIcon()
 {
-    click(iconX, iconY);
+    click({iconX, iconY});
 }
 
 void RandomUser::clickOutside()
 {
-    click(20 + random(200), 700 + random(150));
+    click({20 + random(200), 700 + random(150)});
 }
 
 void RandomUser::escape()
@@ -288,6 +330,32 @@ void RandomUser::load()
         key("Escape");
         return false;
     });
+}
+
+/// With the mouse alone. Whoever drags asks about one place at a time, so the hand does not stand
+/// still until the file is welcome.
+void RandomUser::drop()
+{
+    choose("Document");
+    const auto zone = m_reader.lookFor("label", "Drop a PDF, TXT, DOCX, RTF or image here");
+    if (!zone)
+        return;
+    m_source->readAllStandardOutput();
+    const QPoint start = sourcePlace + QPoint(100, 100);
+    moveTo(start);
+    m_session.xdotool({"mousedown", "1"});
+    moveTo(start + QPoint(20, 0));
+    moveTo(start + QPoint(30, 10));
+    QByteArray told;
+    int step = 0;
+    const bool isWelcome = comesTo([&] {
+        moveTo(zone->area.center() + QPoint(++step % 2, 0));
+        m_source->waitForReadyRead(10);
+        told += m_source->readAllStandardOutput();
+        return told.contains("over copy");
+    });
+    m_session.xdotool({"mouseup", "1"});
+    m_drops += isWelcome ? 1 : 0;
 }
 
 void RandomUser::captureWindow()

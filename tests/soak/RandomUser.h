@@ -3,6 +3,7 @@
 #include "DesktopSession.h"
 #include "LoopbackServer.h"
 #include "ScreenReader.h"
+#include "SoakedApplication.h"
 
 #include <QString>
 #include <QStringList>
@@ -10,8 +11,9 @@
 #include <random>
 #include <vector>
 
-/// Does at random what people do with the application, on a desktop with a foreign editor and a
-/// panel. Throws std::runtime_error where the application is gone or does not answer.
+/// Does at random what people do with the application, on a desktop with a foreign editor, a window
+/// to drag a file from, and a panel. Throws std::runtime_error where the application is gone or
+/// does not answer.
 class RandomUser
 {
 public:
@@ -19,12 +21,15 @@ public:
     static constexpr int iconX = 1210;
     static constexpr int iconY = 10;
 
-    /// All outlive this. The same `seed` makes the same choices.
+    /// All outlive this. The same `seed` makes the same choices. The application
+    /// may start later.
     RandomUser(DesktopSession& session, ScreenReader& reader, LoopbackServer& server,
-               unsigned int seed);
+               SoakedApplication& application, unsigned int seed);
 
     /// One action.
     void act();
+    /// Now and then the application is ended instead, in whatever way, and started again.
+    void actOrEnd();
     /// Each action, a few times.
     void actAll();
 
@@ -32,11 +37,15 @@ public:
     /// model is loaded, as it is from the first summary on.
     void rest();
 
+    /// How many files were let fall where they are taken.
+    int drops() const { return m_drops; }
+
 private:
     using Action = void (RandomUser::*)();
 
+    void startSource();
     void perform(Action action);
-    void requireAnswer();
+    void end();
     int random(int count);
     const QString& randomOf(const QStringList& choices);
     bool isShown();
@@ -47,7 +56,8 @@ private:
     bool focus(const char* name);
     void key(const QString& name);
     void type(const QString& text);
-    void click(int x, int y);
+    void moveTo(const QPoint& point);
+    void click(const QPoint& point);
     bool comesTo(const std::function<bool()>& condition);
 
     void toggle();
@@ -67,6 +77,7 @@ private:
     void changeLength();
     void fetch();
     void load();
+    void drop();
     void captureWindow();
     void captureScreen();
     void cancelCapture();
@@ -77,6 +88,9 @@ private:
     DesktopSession& m_session;
     ScreenReader& m_reader;
     LoopbackServer& m_server;
+    SoakedApplication& m_application;
+    QProcess* m_source = nullptr; // what files are dragged from
+    int m_drops = 0;
     std::mt19937 m_random;
     QStringList m_files;
 };

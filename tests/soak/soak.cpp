@@ -2,12 +2,10 @@
 // have given back. The language model is a stand-in.
 
 #include "Footprint.h"
-#include "Program.h"
 #include "RandomUser.h"
-#include "StandinModel.h"
+#include "SoakedApplication.h"
 
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QThread>
@@ -27,11 +25,12 @@ constexpr qsizetype logDescriptors = 1;
 class Soak
 {
 public:
-    explicit Soak(unsigned int seed) : m_user(m_session, m_reader, m_server, seed)
+    explicit Soak(unsigned int seed) : m_user(m_session, m_reader, m_server, m_application, seed)
     {
-        QDir().mkpath(m_temporaryFolder);
-        startDesktop();
-        m_reader.follow(m_process->processId());
+        m_session.start(PITHWISE_XEMBED_PANEL, {"1200", "0"});
+        m_session.start(PITHWISE_DESKTOP_APP, {"--title", "Foreign", "--editor", "Foreign text."});
+        m_session.waitForWindow({"--name", "^Foreign$"});
+        m_application.start();
     }
 
     /// The exit status of the program.
@@ -39,43 +38,41 @@ public:
     {
         m_user.actAll();
         m_user.rest();
-        const Footprint before = footprint();
+        const Footprint before = m_application.footprint();
         print("after the first minutes", before);
-        QElapsedTimer timer;
-        timer.start();
-        int actions = 0;
-        qint64 nextRow = minute;
-        const auto end = static_cast<qint64>(minutes * static_cast<double>(minute));
-        for (; timer.elapsed() < end; ++actions) {
-            m_user.act();
-            if (timer.elapsed() >= nextRow) {
-                print(std::to_string(actions) + " actions", footprint());
-                nextRow += minute;
-            }
-        }
-        const bool isClean = comesBackTo(before);
-        print(std::to_string(actions) + " actions, at rest", footprint());
-        std::cout << (isClean ? "Nothing was kept." : "Something was kept.") << std::endl;
+        // What it keeps shows only while it runs on: at first it is not ended.
+        use(minutes * 2 / 3, &RandomUser::act);
+        bool isClean = comesBackTo(before);
+        print("at rest", m_application.footprint());
+        use(minutes / 3, &RandomUser::actOrEnd);
+        isClean = comesBackTo(before) && isClean;
+        print("at rest", m_application.footprint());
+        std::cout << m_user.drops() << " drops, " << m_application.ends()
+                  << " ends, the longest after SIGTERM " << m_application.longestEnd().count()
+                  << " ms\n"
+                  << (isClean ? "Nothing was kept." : "Something was kept.") << std::endl;
         return isClean ? 0 : 1;
     }
 
 private:
     static constexpr qint64 minute = 60'000;
 
-    void startDesktop()
+    void use(double minutes, void (RandomUser::*act)())
     {
-        const QString model = m_session.path("standin.gguf");
-        StandinModel::write({StandinModel::split("\n- The **takeaway** of the text.\n")},
-                            model.toStdString());
-        m_session.start(PITHWISE_XEMBED_PANEL, {"1200", "0"});
-        m_session.start(PITHWISE_DESKTOP_APP, {"--title", "Foreign", "--editor", "Foreign text."});
-        m_session.waitForWindow({"--name", "^Foreign$"});
-        m_process = &m_session.start("env", {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1",
-                                             "TMPDIR=" + m_temporaryFolder, Program::path(),
-                                             "--model", model});
+        QElapsedTimer timer;
+        timer.start();
+        int actions = 0;
+        qint64 nextRow = minute;
+        const auto end = static_cast<qint64>(minutes * static_cast<double>(minute));
+        for (; timer.elapsed() < end; ++actions) {
+            (m_user.*act)();
+            if (timer.elapsed() >= nextRow) {
+                print(std::to_string(actions) + " actions", m_application.footprint());
+                nextRow += minute;
+            }
+        }
+        print(std::to_string(actions) + " actions", m_application.footprint());
     }
-
-    Footprint footprint() const { return Footprint::of(m_process->processId(), m_temporaryFolder); }
 
     static bool isWithin(const Footprint& now, const Footprint& before)
     {
@@ -92,7 +89,7 @@ private:
             m_user.rest();
             const QDeadlineTimer deadline(minute);
             while (!deadline.hasExpired()) {
-                const Footprint now = footprint();
+                const Footprint now = m_application.footprint();
                 if (isWithin(now, before))
                     return true;
                 if (now.kilobytes > before.kilobytes + mostKilobytes)
@@ -114,11 +111,10 @@ private:
     int m_argumentCount = 1;
     char m_name[5] = "soak";
     char* m_arguments[2] = {m_name, nullptr};
-    QGuiApplication m_application{m_argumentCount, m_arguments};
+    QGuiApplication m_qt{m_argumentCount, m_arguments};
     ScreenReader m_reader{m_session};
     LoopbackServer m_server;
-    const QString m_temporaryFolder = m_session.path("temporary");
-    QProcess* m_process = nullptr;
+    SoakedApplication m_application{m_session, m_reader};
     RandomUser m_user;
 };
 
