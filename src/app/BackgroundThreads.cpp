@@ -93,8 +93,9 @@ void BackgroundThreads::startInTurn(std::function<void()> work)
             while (work) {
                 work();
                 work = nullptr; // before another's begins
-                FreedMemory::giveBack();
                 work = running->passTurn();
+                if (work)
+                    FreedMemory::giveBack();
             }
         });
     } catch (...) {

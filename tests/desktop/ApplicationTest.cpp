@@ -1,4 +1,5 @@
 #include "ApplicationFixture.h"
+#include "CoreDumpLimit.h"
 #include "Program.h"
 #include "TestWindow.h"
 
@@ -6,7 +7,6 @@
 #include <QFileInfo>
 
 #include <signal.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -389,11 +389,7 @@ TEST_F(ApplicationTest, WithoutAHomeFolderThatIsOneSentence)
 
 TEST_F(ApplicationTest, NoCoreDumpHoldsTheTextAndTheDesktopMayLookAtTheProcess)
 {
-    rlimit limit = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
-    if (limit.rlim_cur == 0)
+    if (!allowCoreDumps())
         GTEST_SKIP() << "There are no core dumps here.";
     const QString folder = "/proc/" + QString::number(launch().processId());
     QFile limits(folder + "/limits");

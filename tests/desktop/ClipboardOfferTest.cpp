@@ -1,12 +1,11 @@
 #include "ClipboardManager.h"
+#include "CoreDumpLimit.h"
 #include "Program.h"
 #include "SelectionFixture.h"
 #include "StandinModel.h"
 
 #include <QDir>
 #include <QFile>
-
-#include <sys/resource.h>
 
 namespace {
 
@@ -75,11 +74,7 @@ TEST_F(ClipboardOfferTest, TheSummaryCanBePastedAfterTheProgramHasEnded)
 
 TEST_F(ClipboardOfferTest, NoCoreDumpOfTheServerHoldsTheText)
 {
-    rlimit limit = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
-    if (limit.rlim_cur == 0)
+    if (!allowCoreDumps())
         GTEST_SKIP() << "There are no core dumps here.";
     summarize("- A point.");
     const QByteArrayList limits = runningPrograms(m_session, "limits");

@@ -1,3 +1,4 @@
+#include "CoreDumpLimit.h"
 #include "LoopbackServer.h"
 #include "ProgramFixture.h"
 #include "StandinModel.h"
@@ -7,7 +8,6 @@
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-#include <sys/resource.h>
 
 namespace {
 
@@ -42,11 +42,7 @@ TEST_F(ReadCommandTest, AFileIsPrintedAsItIs)
 
 TEST_F(ReadCommandTest, NoCoreDumpHoldsTheText)
 {
-    rlimit limit = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_CORE, &limit), 0);
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(::setrlimit(RLIMIT_CORE, &limit), 0);
-    if (limit.rlim_cur == 0)
+    if (!allowCoreDumps())
         GTEST_SKIP() << "There are no core dumps here.";
     EXPECT_THAT(run({"read", "/proc/self/limits"}).output,
                 testing::ContainsRegex("Max core file size +0 "));
