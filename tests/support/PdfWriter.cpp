@@ -60,15 +60,37 @@ void PdfWriter::addTextPage(const std::vector<std::string>& lines)
     addPage(content.append("ET"));
 }
 
-void PdfWriter::addAnnotatedPage(std::string_view kind, std::string_view content)
+/// The entry of an annotation of 200 by 40 points that `content` draws.
+std::string PdfWriter::appearanceOf(std::string_view content)
 {
     std::string form = "/Type/XObject/Subtype/Form/BBox[0 0 200 40]/Resources<</Font<</F1 ";
     form.append(reference(fontNumber)).append(">>>>");
-    const std::size_t appearance = add(stream(form, content));
+    return "/AP<</N " + reference(add(stream(form, content))) + ">>";
+}
+
+void PdfWriter::addAnnotatedPage(std::string_view kind, std::string_view content)
+{
     std::string annotation = "<</Type/Annot/F 4/Rect[20 20 220 60]/Subtype/";
-    annotation.append(kind).append("/AP<</N ").append(reference(appearance)).append(">>>>");
+    annotation.append(kind).append(appearanceOf(content)).append(">>");
     addRawPage("<</Type/Page/Parent 2 0 R/MediaBox[0 0 250 100]/Annots[" +
                reference(add(annotation)) + "]>>");
+}
+
+void PdfWriter::addFormPage(const std::vector<std::string>& lines, std::string_view value,
+                            std::string_view appearance, std::string_view entries)
+{
+    std::string field = "<</Type/Annot/Subtype/Widget/Rect[72 400 272 440]/FT/Tx/T(field)/V ";
+    field.append(value).append("/DA(/F1 12 Tf 0 g)").append(entries);
+    if (!appearance.empty())
+        field.append(appearanceOf(appearance));
+    const std::string widget = reference(add(field.append(">>")));
+    m_fields.append(widget).append(" ");
+    std::string content = "BT /F1 12 Tf 14 TL 72 720 Td\n";
+    for (const std::string& line : lines)
+        content.append(shown(line));
+    const std::string contents = reference(add(stream("", content.append("ET"))));
+    addRawPage("<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Resources<</Font<</F1 " +
+               reference(fontNumber) + ">>>>/Contents " + contents + "/Annots[" + widget + "]>>");
 }
 
 void PdfWriter::addScannedPage(const QImage& image)
@@ -99,6 +121,11 @@ void PdfWriter::readCharacterAs(char character, std::string_view utf16)
     ++m_readingCount;
 }
 
+void PdfWriter::addToCatalog(std::string_view entries)
+{
+    m_catalog.append(entries);
+}
+
 void PdfWriter::addToTrailer(std::string_view entries)
 {
     m_trailer.append(entries);
@@ -112,9 +139,18 @@ PdfWriter::Object PdfWriter::characterMap() const
     return stream("", map.append("endbfchar endcmap end end"));
 }
 
+PdfWriter::Object PdfWriter::catalog() const
+{
+    std::string catalog = "<</Type/Catalog/Pages 2 0 R" + m_catalog;
+    if (!m_fields.empty())
+        catalog += "/AcroForm<</Fields[" + m_fields + "]/DR<</Font<</F1 " + reference(fontNumber) +
+                   ">>>>>>";
+    return catalog + ">>";
+}
+
 std::string PdfWriter::bytes() const
 {
-    std::vector<Object> objects = {"<</Type/Catalog/Pages 2 0 R>>"};
+    std::vector<Object> objects = {catalog()};
     objects.push_back("<</Type/Pages/Count " + std::to_string(m_pages) + "/Kids[" + m_kids + "]>>");
     objects.emplace_back("<</Type/Font/Subtype/Type1/BaseFont/Helvetica/Encoding/WinAnsiEncoding"
                          "/ToUnicode 4 0 R>>");

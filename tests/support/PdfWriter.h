@@ -22,11 +22,20 @@ public:
     /// A page with nothing but an annotation of that kind, drawn by the operators `content`.
     void addAnnotatedPage(std::string_view kind, std::string_view content);
 
+    /// A page of `lines` with a field of a form in its lower part, filled in with `value`, a PDF
+    /// string: "(text)". `appearance` are the operators that draw it; where it is empty, the viewer
+    /// is to draw the value. `entries` go into the field.
+    void addFormPage(const std::vector<std::string>& lines, std::string_view value,
+                     std::string_view appearance, std::string_view entries = "");
+
     /// A page that is the object `page`, whatever that is.
     void addRawPage(std::string_view page);
 
     /// Lets the text layer read `character` as `utf16`, in hexadecimal digits.
     void readCharacterAs(char character, std::string_view utf16);
+
+    /// Puts `entries` into the catalogue.
+    void addToCatalog(std::string_view entries);
 
     /// Puts `entries` into the trailer.
     void addToTrailer(std::string_view entries);
@@ -42,12 +51,16 @@ private:
     std::size_t add(Object object);
     static Object stream(std::string_view dictionary, std::string_view data);
     static std::string reference(std::size_t number);
+    std::string appearanceOf(std::string_view content);
     Object characterMap() const;
+    Object catalog() const;
 
     std::vector<Object> m_objects; // the first of them is number firstNumber
     std::string m_kids;
     std::size_t m_pages = 0;
     std::string m_readings;
     std::size_t m_readingCount = 0;
+    std::string m_fields; // references
+    std::string m_catalog;
     std::string m_trailer;
 };
