@@ -1,22 +1,16 @@
-#include "AppError.h"
 #include "Characters.h"
 #include "DocumentReader.h"
 #include "PageRecognition.h"
-#include "PdfForm.h"
+#include "PdfDocument.h"
 #include "RecognizedPages.h"
-#include "RegularFile.h"
 #include "TextRecognizer.h"
 #include "WhiteSpace.h"
 
-#include <QBuffer>
-#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QPdfDocument>
 #include <QPdfDocumentRenderOptions>
 #include <QPdfSelection>
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -70,7 +64,7 @@ QSize renderedSize(QSizeF points)
     return {pixels(width), pixels(height)};
 }
 
-/// The page on white paper, as far as its crop box reaches, with its annotations. A null image
+/// The page on white paper, with its annotations. A null image
 /// where it cannot be drawn.
 QImage rendered(QPdfDocument& document, int page)
 {
@@ -101,54 +95,17 @@ std::string recognizedText(QPdfDocument& document, const OnPage& onPage)
     return recognized.text();
 }
 
-/// What is read of a file: the file itself, or what stands for it with its form filled in.
-class Content
-{
-public:
-    explicit Content(const std::filesystem::path& file) : m_content(RegularFile::open(file))
-    {
-        if (!m_content)
-            return;
-        m_flattened = PdfForm::flattened(m_content->descriptor());
-        ::lseek(m_content->descriptor(), 0, SEEK_SET);
-        if (m_flattened) {
-            m_buffer.setData(
-                QByteArray::fromRawData(m_flattened->data(), qsizetype(m_flattened->size())));
-            m_device = m_buffer.open(QIODevice::ReadOnly) ? &m_buffer : nullptr;
-        } else {
-            m_device =
-                m_file.open(m_content->descriptor(), QIODevice::ReadOnly) ? &m_file : nullptr;
-        }
-    }
-
-    /// Null where there is none.
-    QIODevice* device() const { return m_device; }
-
-private:
-    const std::optional<RegularFile> m_content;
-    std::optional<std::string> m_flattened;
-    QBuffer m_buffer;
-    QFile m_file;
-    QIODevice* m_device = nullptr; // one of these
-};
-
 } // namespace
 
 std::string readPDF(const std::filesystem::path& file, const OnPage& onPage)
 {
-    const Content content(file);
-    QPdfDocument document;
-    if (content.device())
-        document.load(content.device());
-    // One bad page makes the status an error, but the others are there all the same.
-    if (document.status() != QPdfDocument::Status::Ready && document.pageCount() == 0)
-        throw AppError("Could not open the PDF.");
-
-    const std::string text = textLayer(document);
+    PdfDocument pdf(file);
+    const std::string text = textLayer(pdf.get());
     const std::string_view trimmed = WhiteSpace::trimmed(text);
     if (Characters::prefix(trimmed, leastTextLayer).characters == leastTextLayer)
         return std::string(trimmed);
-    return recognizedText(document, onPage);
+    pdf.uncrop(mostRecognizedPages);
+    return recognizedText(pdf.get(), onPage);
 }
 
 } // namespace DocumentReader

@@ -216,13 +216,13 @@ TEST_F(PdfTextTest, TheTextOfAnnotationsIsRecognized)
     }
 }
 
-TEST_F(PdfTextTest, OnlyWhatIsSeenOfAPageIsRecognized)
+TEST_F(PdfTextTest, WhatIsCroppedOfAPageIsRecognizedToo)
 {
     PdfWriter pdf;
     pdf.addPage("BT /F1 24 Tf 150 200 Td " + PdfWriter::shown("Inside") +
                     "ET BT /F1 24 Tf 10 20 Td " + PdfWriter::shown("Outside") + "ET",
                 "600 400]/CropBox[100 100 400 300");
-    EXPECT_EQ(read(pdf), "Inside");
+    EXPECT_EQ(read(pdf), "Inside\nOutside");
 }
 
 TEST_F(PdfTextTest, ATurnedPageIsRecognizedUpright)

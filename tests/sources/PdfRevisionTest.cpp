@@ -1,4 +1,4 @@
-#include "PdfForm.h"
+#include "PdfRevision.h"
 
 #include "DocumentFolder.h"
 #include "DocumentReader.h"
@@ -14,7 +14,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-class PdfFormTest : public testing::Test
+class PdfRevisionTest : public testing::Test
 {
 protected:
     std::string read(std::string_view pdf) const
@@ -30,11 +30,11 @@ protected:
         return pdf.bytes();
     }
 
-    /// Whether the document would be read in another form than as it is.
-    bool isFlattened(std::string_view pdf) const
+    /// Whether something is drawn for the form.
+    bool isDrawn(std::string_view pdf) const
     {
         const FileDescriptor file(::open(m_folder.write("form.pdf", pdf).c_str(), O_RDONLY));
-        return PdfForm::flattened(file.value()).has_value();
+        return PdfRevision(file.value()).drawForm();
     }
 
     static std::string drawn(std::string_view value)
@@ -46,39 +46,39 @@ protected:
     const std::string m_line = "Whoever applies for the grant gives a name:";
 };
 
-TEST_F(PdfFormTest, WhatIsFilledInIsReadAsItIsDrawn)
+TEST_F(PdfRevisionTest, WhatIsFilledInIsReadAsItIsDrawn)
 {
     EXPECT_EQ(read(form(drawn("Ms Jane Doe"))), m_line + "\nMs Jane Doe");
 }
 
-TEST_F(PdfFormTest, WhatOnlyAViewerWouldDrawIsReadToo)
+TEST_F(PdfRevisionTest, WhatOnlyAViewerWouldDrawIsReadToo)
 {
     EXPECT_EQ(read(form("")), m_line + "\nJane Doe");
 }
 
-TEST_F(PdfFormTest, WhatCannotBeSeenIsNotRead)
+TEST_F(PdfRevisionTest, WhatCannotBeSeenIsNotRead)
 {
     EXPECT_EQ(read(form(drawn("Jane Doe"), "/F 2")), m_line);
 }
 
-TEST_F(PdfFormTest, TheFieldsOfAScanAreRecognized)
+TEST_F(PdfRevisionTest, TheFieldsOfAScanAreRecognized)
 {
     PdfWriter pdf;
     pdf.addFormPage({}, "(Jane Doe)", drawn("Jane Doe"));
     EXPECT_EQ(read(pdf.bytes()), "Jane Doe");
 }
 
-TEST_F(PdfFormTest, ADocumentWithoutAFormIsReadAsItIs)
+TEST_F(PdfRevisionTest, ADocumentWithoutAFormIsReadAsItIs)
 {
     PdfWriter pdf;
     pdf.addTextPage({m_line});
-    EXPECT_FALSE(isFlattened(pdf.bytes()));
+    EXPECT_FALSE(isDrawn(pdf.bytes()));
     pdf.addToCatalog("/AcroForm<</Fields[]>>");
-    EXPECT_FALSE(isFlattened(pdf.bytes()));
-    EXPECT_TRUE(isFlattened(form("")));
+    EXPECT_FALSE(isDrawn(pdf.bytes()));
+    EXPECT_TRUE(isDrawn(form("")));
 }
 
-TEST_F(PdfFormTest, ABadFormLeavesTheTextOfThePage)
+TEST_F(PdfRevisionTest, ABadFormLeavesTheTextOfThePage)
 {
     for (const char* bad :
          {"/AcroForm 1 0 R", "/AcroForm<</Fields[1 0 R 2 0 R 999 0 R null 7]>>",
@@ -97,7 +97,7 @@ TEST_F(PdfFormTest, ABadFormLeavesTheTextOfThePage)
     }
 }
 
-TEST_F(PdfFormTest, ATruncatedFormIsReadOrCannotBeOpened)
+TEST_F(PdfRevisionTest, ATruncatedFormIsReadOrCannotBeOpened)
 {
     const std::string whole = form(drawn("Jane Doe"));
     for (std::size_t length = 0; length < whole.size(); length += 97) {
@@ -109,7 +109,7 @@ TEST_F(PdfFormTest, ATruncatedFormIsReadOrCannotBeOpened)
     }
 }
 
-TEST_F(PdfFormTest, AThousandFieldsAreRead)
+TEST_F(PdfRevisionTest, AThousandFieldsAreRead)
 {
     PdfWriter pdf;
     for (int i = 0; i < 1'000; ++i)
