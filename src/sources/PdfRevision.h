@@ -11,9 +11,8 @@ class QPDF;
 class PdfRevision
 {
 public:
-    /// Of the PDF in the file `descriptor`, which it reads as long as it lives, moving its
-    /// position. Where that cannot be read without a password, or is damaged, nothing is ever
-    /// changed.
+    /// Of the PDF in the file `descriptor`, whose position stays. Where that cannot be read without
+    /// a password, or is damaged, nothing is ever changed.
     explicit PdfRevision(int descriptor);
     ~PdfRevision();
     PdfRevision(const PdfRevision&) = delete;
