@@ -1,6 +1,8 @@
 #include "Program.h"
 #include "ReaderFixture.h"
 
+#include <QElapsedTimer>
+
 namespace {
 
 /// The hotkey over whatever is in front. What it does with nothing at all is in AccessibilityTest.
@@ -14,6 +16,22 @@ protected:
         waitUntilShown();
         waitUntilInFront(popover());
         waitForSummary();
+    }
+
+    /// Starts one with three words in it and returns its window when they are there.
+    std::uint32_t startTerminal()
+    {
+        m_session.start("xterm", {"-fa", "DejaVu Sans Mono", "-fs", "16", "-e", "sh", "-c",
+                                  "echo Pack my box; exec cat"});
+        const std::uint32_t window = m_session.waitForWindow({"--class", "^XTerm$"});
+        waitUntilInFront(window);
+        m_session.waitUntil("the text in the window", [] {
+            Program program;
+            program.start({"read", "--capture", "window"});
+            program.finish();
+            return program.output() == "Pack my box\n";
+        });
+        return window;
     }
 
     bool isOpen(const std::string& tab)
@@ -37,20 +55,31 @@ TEST_F(HotkeyTest, AWindowWithoutASelectionIsRead)
 {
     launchToRead();
     m_clipboard.put("of no use");
-    m_session.start("xterm", {"-fa", "DejaVu Sans Mono", "-fs", "16", "-e", "sh", "-c",
-                              "echo Pack my box; exec cat"});
-    waitUntilInFront(m_session.waitForWindow({"--class", "^XTerm$"}));
-    m_session.waitUntil("the text in the window", [] {
-        Program program;
-        program.start({"read", "--capture", "window"});
-        program.finish();
-        return program.output() == "Pack my box\n";
-    });
+    startTerminal();
     pressHotkey();
     m_reader.find("label", "Active window · 3 words");
     EXPECT_TRUE(isOpen("Capture"));
     EXPECT_EQ(source(), "Pack my box");
     EXPECT_EQ(m_clipboard.text(), "of no use");
+}
+
+TEST_F(HotkeyTest, WhatIsNotSelectedInATerminalAnyMoreIsNotTaken)
+{
+    launchToRead();
+    const QString terminal = QString::number(startTerminal());
+    m_session.waitUntil("a word to be selected", [&] {
+        m_session.xdotool({"mousemove", "--window", terminal, "20", "15", "click", "--repeat", "2",
+                           "--delay", "20", "1"});
+        return m_clipboard.read("primary", "UTF8_STRING") == "Pack";
+    });
+    QElapsedTimer sinceClick;
+    sinceClick.start();
+    m_session.waitUntil("the double click to have passed",
+                        [&] { return sinceClick.hasExpired(500); });
+    m_session.xdotool({"mousemove", "--window", terminal, "300", "200", "click", "1"});
+    pressHotkey();
+    m_reader.find("label", "Active window · 3 words");
+    EXPECT_EQ(m_clipboard.read("primary", "UTF8_STRING"), "Pack"); // as ever
 }
 
 TEST_F(HotkeyTest, WithNothingInFrontTheClipboardIsSummarizedAndStays)

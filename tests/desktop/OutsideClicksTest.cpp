@@ -13,20 +13,8 @@ class OutsideClicksTest : public SelectionFixture
 protected:
     void click(int x, int y, int button = 1)
     {
-        m_session.xdotool({"mousemove", QString::number(x), QString::number(y), "click",
-                           QString::number(button)});
-        // The server has told of it by the time it answers another program. It has to be looked at
-        // while the pointer is there.
-        m_session.xdotool({"getmouselocation"});
-        QCoreApplication::processEvents();
-    }
-
-    /// What the mouse does, once it has been told.
-    void mouse(const QStringList& actions)
-    {
-        m_session.xdotool(actions);
-        m_session.xdotool({"getmouselocation"});
-        QCoreApplication::processEvents();
+        mouse({"mousemove", QString::number(x), QString::number(y), "click",
+               QString::number(button)});
     }
 
     void press(int x, int y)

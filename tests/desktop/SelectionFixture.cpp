@@ -35,6 +35,35 @@ void SelectionFixture::waitUntilInFront(std::uint32_t window)
     });
 }
 
+void SelectionFixture::mouse(const QStringList& actions)
+{
+    m_session.xdotool(actions);
+    // The server has told of it by the time it answers another program.
+    m_session.xdotool({"getmouselocation"});
+    QCoreApplication::processEvents();
+    m_sinceMouse.start();
+}
+
+void SelectionFixture::drag(std::uint32_t window, const QPoint& from, int right, int down)
+{
+    mouse({"mousemove", "--window", QString::number(window), QString::number(from.x()),
+           QString::number(from.y())});
+    mouse({"mousedown", "1"});
+    // The first motion may do no more than tell the program that this is a drag.
+    for (int half = 0; half < 2; ++half)
+        mouse({"mousemove_relative", "--", QString::number(right / 2), QString::number(down / 2)});
+    mouse({"mouseup", "1"});
+}
+
+void SelectionFixture::letClicksPass()
+{
+    constexpr int longest = 500; // milliseconds between the two, in any program
+    m_session.waitUntil("the last click to have passed", [this] {
+        QCoreApplication::processEvents();
+        return !m_sinceMouse.isValid() || m_sinceMouse.hasExpired(longest);
+    });
+}
+
 void SelectionFixture::selectAll(const QByteArray& text)
 {
     m_session.xdotool({"key", "ctrl+a"});
@@ -47,6 +76,14 @@ void SelectionFixture::selectAll(const QByteArray& text)
 QByteArray SelectionFixture::selection(const QString& name, const QString& target)
 {
     return m_clipboard.read(name, target);
+}
+
+void SelectionFixture::waitUntilSelectionIsNot(const QByteArray& old)
+{
+    m_session.waitUntil("something else to be selected", [&] {
+        const QByteArray now = selection("primary");
+        return !now.isEmpty() && now != old;
+    });
 }
 
 QByteArray SelectionFixture::clipboard(const QString& target)

@@ -8,6 +8,8 @@
 #include "SelectionGrabber.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QPoint>
 #include <QProcess>
 
 #include <gmock/gmock.h>
@@ -34,11 +36,24 @@ protected:
 
     void waitUntilInFront(std::uint32_t window);
 
+    /// Does with the mouse what `actions` of xdotool say, and has this process look at it while the
+    /// pointer is there.
+    void mouse(const QStringList& actions);
+
+    /// Drags from a point in `window` by an even number of pixels each way.
+    void drag(std::uint32_t window, const QPoint& from, int right, int down);
+
+    /// Waits until a click will be no part of a double click.
+    void letClicksPass();
+
     /// Selects all the text of the application in front and returns when it says so.
     void selectAll(const QByteArray& text);
 
     /// What another program reads of a selection; empty where there is nothing.
     QByteArray selection(const QString& name, const QString& target = "UTF8_STRING");
+
+    /// Returns when something else than `old` is the primary selection.
+    void waitUntilSelectionIsNot(const QByteArray& old);
 
     QByteArray clipboard(const QString& target = "UTF8_STRING");
 
@@ -82,4 +97,5 @@ protected:
     ForeignClipboard m_clipboard{m_session};
     SelectionGrabber::Ports m_ports = SelectionGrabber::systemPorts();
     int m_turns = 0;
+    QElapsedTimer m_sinceMouse;
 };

@@ -87,3 +87,9 @@ bool FrontApplication::isTerminal() const
                });
     });
 }
+
+bool FrontApplication::ignoresShift() const
+{
+    return std::any_of(names.begin(), names.end(),
+                       [](const std::string& name) { return name == "xterm" || name == "uxterm"; });
+}

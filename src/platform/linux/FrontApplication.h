@@ -21,4 +21,8 @@ struct FrontApplication
 
     /// Whether a key for "copy" could be one that ends the program which runs in it.
     bool isTerminal() const;
+
+    /// Whether a click with Shift held is as one without in this terminal, rather than extend what
+    /// is selected.
+    bool ignoresShift() const;
 };

@@ -1,9 +1,20 @@
 #include "X11Accessibility.h"
 
+#include "X11LastGesture.h"
+
 using std::chrono::milliseconds;
 
 constexpr milliseconds tellingLimit(100); // of a terminal, whether something is selected in it
 constexpr milliseconds primaryLimit(50);
+
+/// Whether what the mouse did last in `terminal` has ended what was selected there. Not where that
+/// is not known.
+static bool hasEndedSelection(const FrontApplication& terminal)
+{
+    using Kind = WindowGestures::Kind;
+    const auto last = X11LastGesture::in(terminal.window);
+    return last == Kind::click || (last == Kind::clickWithShift && terminal.ignoresShift());
+}
 
 std::unique_ptr<X11Accessibility> X11Accessibility::create()
 {
@@ -27,14 +38,16 @@ std::optional<std::string> X11Accessibility::selectedText(milliseconds limit)
                                      : m_atSpi.selectedText(application->process, limit);
 }
 
-/// PRIMARY, where it belongs to the terminal in front, which does not say that nothing is selected
-/// in its active window.
+/// PRIMARY, where it belongs to the terminal in front and something is selected in its active
+/// window: as the terminal says, else as the mouse has left it. Neither the owner of PRIMARY nor
+/// its time tells: after a click, xterm keeps it, and even takes it once more.
 std::optional<std::string> X11Accessibility::terminalsText(const FrontApplication& terminal,
                                                            X11Connection::Deadline deadline)
 {
     const auto owner = m_reader.owner(XCB_ATOM_PRIMARY, deadline);
     if (!owner || !m_connection->isSameClient(*owner, terminal.window) ||
-        !m_atSpi.hasSelection(terminal.process, tellingLimit).value_or(true))
+        !m_atSpi.hasSelection(terminal.process, tellingLimit)
+             .value_or(!hasEndedSelection(terminal)))
         return std::nullopt;
     return m_reader.text(XCB_ATOM_PRIMARY, primaryLimit, deadline);
 }

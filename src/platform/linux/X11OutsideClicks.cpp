@@ -1,8 +1,13 @@
 #include "X11OutsideClicks.h"
 
+#include "X11LastGesture.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
+
+constexpr std::uint32_t left = 1;
+constexpr std::uint32_t right = 3;
 
 std::unique_ptr<X11OutsideClicks> X11OutsideClicks::create(std::function<void()> clicked)
 {
@@ -26,13 +31,16 @@ X11OutsideClicks::X11OutsideClicks(std::unique_ptr<X11Connection> connection,
         listen();
 }
 
+X11OutsideClicks::~X11OutsideClicks()
+{
+    X11LastGesture::forget();
+}
+
 /// Motion is told a thousand times a second by some mice, so only while it matters.
 void X11OutsideClicks::listen()
 {
-    std::uint32_t mask = 0;
-    if (!m_isPaused)
-        mask |=
-            XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+    std::uint32_t mask =
+        XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
     if (m_press)
         mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
     m_input.select(mask);
@@ -41,13 +49,14 @@ void X11OutsideClicks::listen()
 
 void X11OutsideClicks::pause()
 {
-    m_isPaused = true; // some may be on their way
+    m_isPaused = true;
     m_press.reset();
     listen();
 }
 
 void X11OutsideClicks::resume()
 {
+    m_events.takeAll(); // of the pause
     m_isPaused = false;
     listen();
 }
@@ -62,27 +71,26 @@ void X11OutsideClicks::forget()
 void X11OutsideClicks::handle(const xcb_generic_event_t& event)
 {
     const auto raw = m_input.read(event);
-    if (!raw || m_isPaused)
+    if (!raw)
         return;
-    if (raw->type == XCB_INPUT_RAW_BUTTON_PRESS)
-        press(raw->detail);
+    const bool isOfButton = raw->detail == left || raw->detail == right;
+    if (raw->type == XCB_INPUT_RAW_BUTTON_PRESS && isOfButton)
+        press(*raw);
     else if (raw->type == XCB_INPUT_RAW_MOTION)
         move();
-    else if (raw->type == XCB_INPUT_RAW_BUTTON_RELEASE)
+    else if (raw->type == XCB_INPUT_RAW_BUTTON_RELEASE && isOfButton)
         release(raw->detail);
 }
 
 /// Such an event does not say where it happened, but the pointer will be there still.
-void X11OutsideClicks::press(std::uint32_t button)
+void X11OutsideClicks::press(const X11RawInput::Event& event)
 {
-    constexpr std::uint32_t left = 1;
-    constexpr std::uint32_t right = 3;
-    if (button != left && button != right)
-        return;
-    m_press.reset();
     const X11WindowUnder::Place place = m_under.pointer();
-    if (!m_under.isOurs(place.window) && !m_under.isAid(place.window))
-        m_press = {button, place};
+    X11LastGesture::press({m_under.managed(place.window), event.detail, event.time, place.x,
+                           place.y, place.modifiers});
+    m_press.reset();
+    if (!m_isPaused && !m_under.isOurs(place.window) && !m_under.isAid(place.window))
+        m_press = {event.detail, place};
     listen();
 }
 
@@ -101,6 +109,8 @@ void X11OutsideClicks::move()
 
 void X11OutsideClicks::release(std::uint32_t button)
 {
+    const X11WindowUnder::Place place = m_under.pointer();
+    X11LastGesture::release(button, place.x, place.y);
     if (!m_press || m_press->button != button)
         return;
     move(); // what has been told of the way so far may not be all of it

@@ -11,12 +11,15 @@
 #include <memory>
 #include <optional>
 
-/// The mouse as the X server tells it to whoever asks, on a connection of its own.
+/// The mouse as the X server tells it to whoever asks, on a connection of its own. Also keeps
+/// X11LastGesture, during a pause as well.
 class X11OutsideClicks : public OutsideClicks
 {
 public:
     /// Null where no X server answers or it does not tell.
     static std::unique_ptr<X11OutsideClicks> create(std::function<void()> clicked);
+
+    ~X11OutsideClicks() override;
 
     void pause() override;
     void resume() override;
@@ -33,7 +36,7 @@ private:
 
     void listen();
     void handle(const xcb_generic_event_t& event);
-    void press(std::uint32_t button);
+    void press(const X11RawInput::Event& event);
     void move();
     void release(std::uint32_t button);
 

@@ -21,7 +21,8 @@ X11WindowUnder::Place X11WindowUnder::pointer()
 {
     const auto pointer = m_connection.reply<xcb_query_pointer_reply_t>(
         xcb_query_pointer(m_connection.get(), m_connection.root()));
-    return pointer ? Place{pointer->root_x, pointer->root_y, pointer->child} : Place{};
+    return pointer ? Place{pointer->root_x, pointer->root_y, pointer->child, pointer->mask}
+                   : Place{};
 }
 
 xcb_window_t X11WindowUnder::childAtPointer(xcb_window_t window)
@@ -29,6 +30,15 @@ xcb_window_t X11WindowUnder::childAtPointer(xcb_window_t window)
     const auto pointer = m_connection.reply<xcb_query_pointer_reply_t>(
         xcb_query_pointer(m_connection.get(), window));
     return pointer ? pointer->child : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+xcb_window_t X11WindowUnder::managed(xcb_window_t top)
+{
+    for (xcb_window_t window = top; window != XCB_NONE; window = childAtPointer(window)) {
+        if (isManaged(window))
+            return window;
+    }
+    return top;
 }
 
 bool X11WindowUnder::isOurs(xcb_window_t top)
@@ -51,6 +61,12 @@ bool X11WindowUnder::isAid(xcb_window_t top)
     return managed ? leavesKeyboard(*managed) : isFree(top);
 }
 
+/// Window managers give such a window a state.
+bool X11WindowUnder::isManaged(xcb_window_t window)
+{
+    return !m_connection.values(m_connection.askValues(window, m_state, 1)).empty();
+}
+
 bool X11WindowUnder::belongsToUs(xcb_window_t window)
 {
     const std::vector<std::uint32_t> process =
@@ -61,7 +77,7 @@ bool X11WindowUnder::belongsToUs(xcb_window_t window)
 /// The window that a window manager manages, which may be `window` or in it as in a frame.
 std::optional<xcb_window_t> X11WindowUnder::managedIn(xcb_window_t window, int levels)
 {
-    if (!m_connection.values(m_connection.askValues(window, m_state, 1)).empty())
+    if (isManaged(window))
         return window;
     const auto tree =
         m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), window));
