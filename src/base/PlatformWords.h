@@ -11,6 +11,7 @@ struct PlatformWords
     const char* nothingReadable; // where other windows may not
     const char* captureRefused;  // where the screen may not be read
     const char* captureFailed;   // and where it may
+    const char* captureNote;     // below the buttons that capture
 };
 
 inline constexpr PlatformWords macWords = {
@@ -26,6 +27,8 @@ inline constexpr PlatformWords macWords = {
                       "Privacy & Security.",
     .captureFailed = "Capture failed. Allow Screen Recording for this app in System Settings → "
                      "Privacy & Security.",
+    .captureNote = "Text is read from the capture with on-device OCR. Requires Screen Recording "
+                   "permission.",
 };
 
 inline constexpr PlatformWords linuxWords = {
@@ -39,6 +42,7 @@ inline constexpr PlatformWords linuxWords = {
     .captureRefused = "Capture failed. Pithwise can read the screen only in an X11 session. Choose "
                       "one when you log in.",
     .captureFailed = "Capture failed. The screen could not be read.",
+    .captureNote = "Text is read from the capture with on-device OCR.",
 };
 
 #ifdef __APPLE__

@@ -2,6 +2,7 @@
 
 #include "AppState.h"
 #include "Focus.h"
+#include "PlatformWords.h"
 #include "PushButton.h"
 #include "SentenceLabel.h"
 
@@ -49,11 +50,8 @@ CaptureTab::CaptureTab(AppState& state, const Theme& theme, QWidget* parent)
         if (!focusProxy())
             setFocusProxy(button);
     }
-    auto* const note = new SentenceLabel(
-        theme, TextStyle::caption, ColorRole::secondary,
-        QStringLiteral("Text is read from the capture with on-device OCR. Requires Screen "
-                       "Recording permission."),
-        this);
+    auto* const note = new SentenceLabel(theme, TextStyle::caption, ColorRole::secondary,
+                                         QString::fromUtf8(platformWords.captureNote), this);
 
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

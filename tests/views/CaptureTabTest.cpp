@@ -20,8 +20,7 @@ TEST_F(CaptureTabTest, HasItsTextsAndSizes)
     EXPECT_EQ(third.left() - second.right() - 1, 8);
     EXPECT_NEAR(first.left() - 12, 448 - third.right() - 1, 1) << "in the middle";
     for (QLabel* label : view->findChildren<QLabel*>()) {
-        if (label->text() == u"Text is read from the capture with on-device OCR. Requires Screen "
-                             u"Recording permission.") {
+        if (label->text() == u"Text is read from the capture with on-device OCR.") {
             EXPECT_EQ(place(*label).top() - first.bottom() - 1, 10);
             EXPECT_NEAR(first.top() - place(find("tabArea")).top(),
                         place(find("tabArea")).bottom() - place(*label).bottom(), 1);

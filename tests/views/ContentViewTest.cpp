@@ -102,8 +102,7 @@ TEST_F(ContentViewTest, EveryTextHasItsStyleAndItsColour)
         {"Only the page you enter is downloaded, then reduced to reader-mode text. Summarizing "
          "itself never uses the network.",
          note},
-        {"Text is read from the capture with on-device OCR. Requires Screen Recording permission.",
-         note},
+        {"Text is read from the capture with on-device OCR.", note},
         {"Length", note},
         {"Balanced", {TextStyle::boldCaption, ColorRole::label}},
         {"b.txt · 1 words", note},
