@@ -5,7 +5,7 @@
 #include <utility>
 
 /// The one error meant for users: `message` is a finished English sentence, shown as it stands.
-/// Services' own errors (file system, network) pass through as other std::exceptions.
+/// Errors of the system (files, network) pass through as other std::exceptions.
 class AppError : public std::exception
 {
 public:

@@ -8,7 +8,7 @@
 #include <string_view>
 
 /// Finds the next byte of interest eight bytes at a time, for the fast paths over text that is
-/// mostly ASCII. The arithmetic on words is that of Mycroft's test for a zero byte.
+/// mostly ASCII. The arithmetic is Mycroft's test for a zero byte in a word.
 namespace ByteScan {
 
 static_assert(std::endian::native == std::endian::little, "The first byte must be the lowest.");
@@ -16,7 +16,7 @@ static_assert(std::endian::native == std::endian::little, "The first byte must b
 using Word = std::uint64_t;
 constexpr std::size_t wordSize = sizeof(Word);
 
-/// A word of eight times `byte`.
+/// A word in which all eight bytes are `byte`.
 constexpr Word repeated(unsigned char byte)
 {
     return Word{0x0101010101010101} * byte;
@@ -36,9 +36,11 @@ constexpr Word zeroBytes(Word word)
     return (word - repeated(1)) & ~word & repeated(0x80);
 }
 
-/// The first position from `from` on that `marks` marks, else the end of `text`. `marks` takes a
-/// pointer to eight bytes, from which it may also read `lookBehind` bytes backwards. The last few
-/// bytes of `text` are copied for it and filled up with a letter. Requires: from >= lookBehind.
+/// The position of the first byte from `from` on that `marks` picks out, text.size() if there is
+/// none. `marks` gets a pointer to eight bytes and returns a word in which the highest bit of each
+/// byte of interest is set. It may also read the `lookBehind` bytes before the pointer. The last
+/// few bytes of `text` are copied for it and filled up with a letter. Requires: lookBehind <= from
+/// <= text.size().
 template <std::size_t lookBehind = 0, typename Marks>
 std::size_t find(std::string_view text, std::size_t from, Marks marks)
 {
@@ -58,13 +60,14 @@ std::size_t find(std::string_view text, std::size_t from, Marks marks)
     return std::min(found, text.size());
 }
 
-/// The first byte from `from` on that is not ASCII.
+/// The position of the first byte from `from` on that is not ASCII, else text.size().
 inline std::size_t findNonAscii(std::string_view text, std::size_t from)
 {
     return find(text, from, [](const char* bytes) { return load(bytes) & repeated(0x80); });
 }
 
-/// The first byte from `from` on that is not ASCII or is a carriage return.
+/// The position of the first byte from `from` on that is a carriage return or not ASCII, else
+/// text.size().
 inline std::size_t findNonAsciiOrReturn(std::string_view text, std::size_t from)
 {
     return find(text, from, [](const char* bytes) {

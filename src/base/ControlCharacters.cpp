@@ -6,10 +6,10 @@ namespace ControlCharacters {
 
 namespace {
 
-/// Characters that differ in their last byte only.
+/// Characters of more than one byte that differ only in their last byte.
 struct Range
 {
-    std::string_view begin; // the bytes before it
+    std::string_view begin; // all bytes but the last
     unsigned char first;
     unsigned char last;
 };

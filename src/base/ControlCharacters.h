@@ -3,14 +3,15 @@
 #include <cstddef>
 #include <string_view>
 
-/// Characters that are not shown but tell whatever shows a text what to do: terminals take them for
-/// commands, and those for the direction of text make it read as what it is not.
+/// Invisible characters that control the program showing a text. Terminals take some of them for
+/// commands; others change the writing direction, so that a text is read as what it is not.
 namespace ControlCharacters {
 
-/// How many bytes the character that `text` begins with has, if it is one of these: C0 (tabs and
-/// line breaks too), delete, C1, or an embedding, override or isolate of the writing direction. 0
-/// for every other. The marks of direction, which act on nothing but their neighbours, are others.
-/// Requires: `text` is UTF-8 and not empty. Any thread.
+/// The length in bytes of the control character that `text` begins with, 0 if it begins with any
+/// other character. Control characters are C0 (tabs and line breaks too), delete, C1, and the
+/// embeddings, overrides and isolates of the writing direction. The direction marks are not among
+/// them, because they affect nothing but their neighbours. Requires: `text` is UTF-8 and not empty.
+/// Any thread.
 std::size_t lengthAt(std::string_view text);
 
 } // namespace ControlCharacters

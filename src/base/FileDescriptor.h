@@ -23,7 +23,7 @@ public:
 
     int value() const { return m_value; }
 
-    /// Gives it up: the caller closes it, and so learns whether that failed.
+    /// Hands the descriptor over. The caller must close it, and can see whether that fails.
     int release() { return std::exchange(m_value, -1); }
 
 private:

@@ -7,8 +7,9 @@ static bool isControl(UGraphemeClusterBreak property)
     return property == U_GCB_CONTROL || property == U_GCB_CR || property == U_GCB_LF;
 }
 
-/// Whether `character` is of the Indic syllabic `category` in a script whose conjuncts are not
-/// broken: the property Indic_Conjunct_Break, which ICU offers only from version 76 on.
+/// Whether `character` has the Indic syllabic category `category` and belongs to a script whose
+/// conjuncts are not broken. Stands in for the property Indic_Conjunct_Break, which ICU offers only
+/// from version 76 on.
 static bool isInConjunct(UChar32 character, UIndicSyllabicCategory category)
 {
     if (u_getIntPropertyValue(character, UCHAR_INDIC_SYLLABIC_CATEGORY) != category)

@@ -4,18 +4,19 @@
 
 #include <cstdint>
 
-/// Decides, code point after code point, where extended grapheme clusters begin (Unicode Standard
-/// Annex #29, rules GB1 to GB13 with GB9c), with the character properties of ICU. ICU's own break
-/// iterator gives the same boundaries but reaches only 75 MB/s on Cyrillic, too slow for three
-/// passes.
+/// Finds the beginnings of extended grapheme clusters, one code point after another (Unicode
+/// Standard Annex #29, rules GB1 to GB13 with GB9c). Uses the character properties of ICU. ICU's
+/// own break iterator gives the same boundaries but reaches only 75 MB/s on Cyrillic, too slow for
+/// three passes.
 class GraphemeBreaker
 {
 public:
-    /// Whether a cluster begins at `character`, which follows everything given before.
+    /// Whether a cluster begins at `character`, the next one of the text. Call it for each in turn.
     bool beginsCluster(UChar32 character);
 
-    /// Takes note that ASCII text without carriage returns, ending in `last`, follows; cheaper than
-    /// giving each of its characters.
+    /// Skips ASCII text without carriage returns that ends in `last`; a cluster begins at each of
+    /// its characters. Cheaper than giving them one by one. Requires: an ASCII character that is no
+    /// carriage return came before.
     void skipAscii(char last);
 
 private:
@@ -23,12 +24,12 @@ private:
     bool joinsAfterExtension(UChar32 character) const;
     void follow(UGraphemeClusterBreak property, UChar32 character);
 
-    UGraphemeClusterBreak m_previous = U_GCB_CONTROL; // the start of text breaks like a control
+    UGraphemeClusterBreak m_previous = U_GCB_CONTROL; // a cluster begins at the text's start
     UChar32 m_base = 0;           // the last character that was neither Extend nor ZWJ
     bool m_oddIndicators = false; // an odd number of regional indicators ends here
 
-    // Of the characters since m_base:
-    bool m_hasLinker = false;   // one joins Indic consonants
-    bool m_breaksChain = false; // one keeps a linker from doing so
-    std::int64_t m_joiners = 0; // zero width joiners
+    // About the characters after m_base:
+    bool m_hasLinker = false;   // one of them joins Indic consonants
+    bool m_breaksChain = false; // one of them prevents that joining
+    std::int64_t m_joiners = 0; // how many are zero width joiners
 };

@@ -2,11 +2,10 @@
 
 #include <filesystem>
 
-/// The user's home folder.
 namespace HomeFolder {
 
-/// As the variable HOME has it. Throws AppError where that names no folder: what is kept below it
-/// would end up at the root. Any thread.
+/// The folder that the environment variable HOME names. Throws AppError if that is not an absolute
+/// path: what is kept below it would end up in the wrong place. Any thread.
 std::filesystem::path path();
 
 } // namespace HomeFolder

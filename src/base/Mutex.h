@@ -2,8 +2,8 @@
 
 #include <mutex>
 
-// Clang checks at compile time that what is marked PITHWISE_GUARDED_BY is touched only under its
-// mutex; other compilers see plain code.
+// Clang checks at compile time that whatever is marked PITHWISE_GUARDED_BY is used only while its
+// mutex is held. Other compilers see plain code.
 #if defined(__clang__)
 #define PITHWISE_THREAD_ATTRIBUTE(x) __attribute__((x))
 #else
@@ -17,7 +17,7 @@
 #define PITHWISE_ACQUIRE(...) PITHWISE_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define PITHWISE_RELEASE(...) PITHWISE_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
 
-/// std::mutex with the annotations above. Taken only through MutexLock.
+/// std::mutex with these annotations. Locked only through MutexLock.
 class PITHWISE_CAPABILITY("mutex") Mutex
 {
 public:

@@ -12,17 +12,17 @@
 
 static constexpr std::string_view suffix = ".part";
 
-/// Written through to the disk in steps of this many bytes, so that no single wait is long: whoever
-/// quits during a download waits for one.
+/// After this many bytes the file is written through to the disk. It bounds each single wait:
+/// whoever quits during a download has to wait for one of them.
 static constexpr std::size_t syncStep = std::size_t{32} << 20;
 
-/// Every native error leaves here, as an exception.
+/// Throws the error in errno, with `what` before its text.
 [[noreturn]] static void fail(const std::string& what)
 {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// What the names of all part files of `destination` begin with.
+/// The beginning that the names of all part files of `destination` have.
 static std::string prefix(const std::filesystem::path& destination)
 {
     return destination.filename().string() + '.';
@@ -36,8 +36,9 @@ static std::filesystem::path randomPath(const std::filesystem::path& destination
     return destination.parent_path() / name.str();
 }
 
-/// Whether the file is now locked and still there. Where the file system knows no locks it counts
-/// as locked: nobody can lock it there, so nobody takes it for abandoned.
+/// Locks the file. Returns false if another process has locked or removed it. Where the file system
+/// has no locks it counts as locked: nobody else can lock it there, so nobody takes it for
+/// abandoned.
 static bool lock(const FileDescriptor& file)
 {
     if (::flock(file.value(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
@@ -52,7 +53,7 @@ PartFile::PartFile(std::filesystem::path destination, std::string name, mode_t p
     std::error_code ignored;
     std::filesystem::create_directories(m_destination.parent_path(), ignored);
     // Between the creation and the lock another process may take the file for abandoned and remove
-    // it; then it takes another one.
+    // it. Then a new one is created.
     do {
         m_path = randomPath(m_destination);
         m_file = FileDescriptor(
@@ -109,7 +110,7 @@ void PartFile::removeAbandoned(const std::filesystem::path& destination)
         const std::string name = entry->path().filename().string();
         if (!name.starts_with(beginning) || !name.ends_with(suffix))
             continue;
-        // Open for writing because NFS locks only that.
+        // Opened for writing because NFS locks no other files.
         const FileDescriptor file(
             ::open(entry->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
         if (file.value() >= 0 && ::flock(file.value(), LOCK_EX | LOCK_NB) == 0)

@@ -1,16 +1,16 @@
 #pragma once
 
-/// The sentences that name what only one kind of computer has: its keys, its settings, itself. All
-/// in UTF-8.
+/// Sentences that differ by platform, because they name its keys, its settings or the computer
+/// itself. All are UTF-8.
 struct PlatformWords
 {
-    const char* modelSetup;      // while the model is not there yet
-    const char* hotkey;          // the footer, where the hotkey works
-    const char* withoutHotkey;   // and where it does not
-    const char* nothingSelected; // after the hotkey, where everything may be read
-    const char* nothingReadable; // where other windows may not
-    const char* captureRefused;  // where the screen may not be read
-    const char* captureFailed;   // and where it may
+    const char* modelSetup;      // shown while there is no model yet
+    const char* hotkey;          // the footer while the hotkey works
+    const char* withoutHotkey;   // the footer while it does not
+    const char* nothingSelected; // the hotkey found nothing, but may read all
+    const char* nothingReadable; // the hotkey may not read other windows
+    const char* captureRefused;  // a capture failed: the screen may not be read
+    const char* captureFailed;   // a capture failed though it may be read
     const char* captureNote;     // below the buttons that capture
 };
 

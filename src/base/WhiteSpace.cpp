@@ -9,7 +9,7 @@
 
 namespace WhiteSpace {
 
-/// `text` without the characters at both ends that `isTrimmed` holds for.
+/// `text` without the characters at both ends for which `isTrimmed` is true.
 static std::string_view trimmedOf(std::string_view text, UBool (*isTrimmed)(UChar32))
 {
     const auto* data = reinterpret_cast<const std::uint8_t*>(text.data());
@@ -47,8 +47,9 @@ std::string_view trimmedBlanks(std::string_view text)
     return trimmedOf(text, u_isblank);
 }
 
-/// The first byte from `from` on that normalising could change: a carriage return, the first byte
-/// of a no-break space, or a space or line feed after another of its kind. Requires: from >= 1.
+/// The position of the first byte from `from` on that normalising could change, else the end. Such
+/// a byte is a carriage return, the first byte of a no-break space, or a space or line feed that
+/// follows another of its kind. Requires: from >= 1.
 static std::size_t findChange(std::string_view text, std::size_t from)
 {
     using namespace ByteScan;
@@ -61,7 +62,8 @@ static std::size_t findChange(std::string_view text, std::size_t from)
     });
 }
 
-/// Appends `byte` to the text that ends at `out`, unless it would make a run too long.
+/// Appends `byte` at `out`, unless it would be a second space or a third line feed in a row.
+/// `begin` is where the output starts. Returns its new end.
 static char* appendCollapsed(char* begin, char* out, char byte)
 {
     if (byte == ' ' && out > begin && out[-1] == ' ')
@@ -86,7 +88,9 @@ std::string normalised(std::string_view text)
         if (pair == "\xC2\xA0") {
             out = appendCollapsed(begin, out, ' ');
             i += 2;
-            continue; // the source's last byte is not the one written, so no run may start here
+            // findChange would compare the next byte with 0xA0 instead of the space written for it,
+            // so it must not run here.
+            continue;
         }
         const bool isLineBreak = pair == "\r\n";
         out = appendCollapsed(begin, out, isLineBreak ? '\n' : text[i]);

@@ -14,9 +14,9 @@ std::string_view trimmed(std::string_view text);
 /// of every kind stay. A view into `text`.
 std::string_view trimmedBlanks(std::string_view text);
 
-/// The form in which text reaches the model, each step on the result of the one before:
-/// "\r\n" becomes "\n"; U+00A0 becomes a space; three or more line feeds become two; runs of spaces
-/// become one; both ends are trimmed. Not idempotent: "a\r\r\nb" becomes "a\r\nb".
+/// The form in which text reaches the model, made in these steps, one after another: "\r\n" becomes
+/// "\n"; U+00A0 becomes a space; three or more line feeds become two; runs of spaces become one;
+/// both ends are trimmed. Not idempotent: "a\r\r\nb" becomes "a\r\nb".
 std::string normalised(std::string_view text);
 
 } // namespace WhiteSpace
