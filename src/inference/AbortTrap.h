@@ -1,9 +1,10 @@
 #pragma once
 
-/// llama.cpp ends the whole process where it meets something its authors ruled out, and a damaged
-/// or foreign model file can lead it there. While an AbortTrap is alive, such an abort on this
-/// thread throws an AppError instead. For code that runs on the calling thread alone
-/// (loading, tokenising, sampling), not for evaluation, whose worker threads would wait for ever.
+/// llama.cpp aborts the whole process when something happens that its authors ruled out, and a
+/// damaged or foreign model file can make that happen. While an AbortTrap is alive, such an abort
+/// on this thread throws an AppError instead. Use it only for code that runs on the calling thread
+/// alone (loading, tokenising, sampling). In evaluation the worker threads would then wait for
+/// ever.
 class AbortTrap
 {
 public:

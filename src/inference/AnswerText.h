@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// Collects the bytes of generated tokens into text that is valid UTF-8 at every moment: a
-/// character split over tokens appears when its last byte has come.
+/// Collects the bytes of generated tokens into text that is valid UTF-8 at every moment. A
+/// character split over several tokens appears with its last byte.
 class AnswerText
 {
 public:

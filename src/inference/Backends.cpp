@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <mutex>
 
-/// PITHWISE_BACKEND_DIR; where that is relative, it starts from the folder of llama.cpp's library,
-/// so that an installation works wherever it is put.
+/// The folder of the back ends. A relative PITHWISE_BACKEND_DIR counts from the folder of
+/// llama.cpp's library, so that an installation works wherever it is put.
 static std::filesystem::path folder()
 {
     Dl_info library = {};
@@ -21,8 +21,8 @@ static std::filesystem::path folder()
 
 void Backends::load()
 {
-    // A second time they would stand in llama.cpp's list twice. And only this folder: without one,
-    // llama.cpp would look into the working directory too.
+    // Back ends loaded twice would be in llama.cpp's list twice. They come from this folder only:
+    // if none were given, llama.cpp would look into the working directory too.
     static std::once_flag once;
     std::call_once(once, [] { ggml_backend_load_all_from_path(folder().c_str()); });
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-/// The parts of llama.cpp that compute, one for every kind of processor, where they are libraries
-/// of their own.
+/// llama.cpp's back ends, the parts that compute. They may be shared libraries, one for every kind
+/// of processor.
 namespace Backends {
 
-/// Loads those that fit this machine, the first time it is called. Does nothing where llama.cpp
-/// was built for one kind of processor and has all in itself. Any thread.
+/// Loads the back ends that fit this machine. Only the first call has an effect. Does nothing where
+/// llama.cpp was built for one kind of processor, with the back end inside. Any thread.
 void load();
 
 } // namespace Backends

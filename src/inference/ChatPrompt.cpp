@@ -8,7 +8,8 @@ namespace ChatPrompt {
 
 constexpr int spareTokens = 16;
 constexpr std::size_t shortestCut = 201; // characters
-// A little more is cut than the average tells, because the rest may be denser in tokens.
+// Cuts a little more than the average length of a token suggests, because the text that is kept may
+// have more tokens than the average.
 constexpr double cutFactor = 0.92;
 
 std::string text(std::string_view system, std::string_view user)

@@ -7,7 +7,7 @@
 
 #include <cassert>
 
-/// Built anew for every call, with a fixed seed, so that no request influences the next.
+/// A new sampler for every call, with a fixed seed, so that no request influences the next.
 static LlamaHandles::Sampler createSampler()
 {
     LlamaHandles::Sampler chain{llama_sampler_chain_init(llama_sampler_chain_default_params())};
@@ -38,7 +38,7 @@ static std::string answer(LoadedModel& loaded, int maxTokens, const CancelToken&
 
 LlamaEngine& LlamaEngine::shared()
 {
-    // Never destroyed: a run may still be in the model when the process exits.
+    // Never destroyed, because a run may still be using the model when the process exits.
     static auto* const engine = new LlamaEngine;
     return *engine;
 }

@@ -11,8 +11,8 @@
 
 class LoadedModel;
 
-/// The local language model, through llama.cpp. The model is loaded by the first `generate` and
-/// kept; llama.cpp logs nothing.
+/// The local language model, run by llama.cpp. The first `generate` loads the model, which is then
+/// kept. llama.cpp's log is turned off.
 class LlamaEngine
 {
 public:
@@ -27,16 +27,17 @@ public:
     LlamaEngine& operator=(const LlamaEngine&) = delete;
 
     /// Answers `user` under the instructions `system` (both valid UTF-8) with at most `maxTokens`
-    /// (0 to 4080) tokens and returns the answer, trimmed. Too long a `user` loses its end.
-    /// Blocks, also while another thread's call runs; any thread may call it, not `onUpdate`.
-    /// `path` counts only until a model is loaded: the first one stays.
+    /// (0 to 4080) tokens and returns the answer, trimmed. A `user` that is too long loses its end.
+    /// Blocks, also while another thread's call runs. Any thread may call it, but `onUpdate` may
+    /// not. `path` is the model's file; it is used only until a model has been loaded, which then
+    /// stays.
     ///
-    /// `onUpdate` gets the whole text so far, valid UTF-8 and untrimmed, whenever it has grown, on
-    /// the calling thread with the engine's lock held: it must not call back into the engine.
+    /// `onUpdate` gets the whole text so far, valid UTF-8 and untrimmed, whenever it has grown. It
+    /// is called on the calling thread with the engine's lock held, so it must not call the engine.
     ///
-    /// A cancelled `token` stops it, also while the prompt is evaluated; the text so far is
-    /// returned. Throws AppError when the model cannot be loaded or the prompt not be evaluated;
-    /// the next call then starts afresh.
+    /// Cancelling `token` stops the call, also while the prompt is evaluated. It then returns the
+    /// text so far. Throws AppError if the model cannot be loaded or the prompt cannot be
+    /// evaluated; the next call then starts afresh.
     std::string generate(const std::filesystem::path& path, std::string_view system,
                          std::string_view user, int maxTokens, const CancelToken& token,
                          const TextCallback& onUpdate);

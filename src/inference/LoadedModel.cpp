@@ -13,16 +13,16 @@
 
 using ChatPrompt::Token;
 
-static constexpr int evaluationNoRoom = 1;  // llama_decode's code for a batch without room
-static constexpr int evaluationFailed = -3; // llama_decode's code for a failed computation
+static constexpr int evaluationNoRoom = 1;  // llama_decode's code: the batch does not fit
+static constexpr int evaluationFailed = -3; // llama_decode's code: the computation failed
 
 static AppError evaluationError(int code)
 {
     return AppError("Model evaluation failed (" + std::to_string(code) + ").");
 }
 
-/// What `function` returns. Whatever goes wrong in it, a damaged vocabulary most likely, becomes an
-/// AppError.
+/// Returns what `function` returns. Whatever goes wrong in it, most likely because of a damaged
+/// vocabulary, becomes an AppError.
 template <typename Function>
 static auto trapped(Function function)
 {
@@ -52,12 +52,12 @@ static LlamaHandles::Model loadModel(const std::filesystem::path& path)
                 return model;
         }
     } catch (const std::exception&) {
-        // Falls through: llama.cpp's own words are not fit for users.
+        // Throws the sentence below instead: llama.cpp's own words are not fit for users.
     }
     throw AppError("Could not load the language model.");
 }
 
-/// Two processors are left to the rest of the machine.
+/// How many threads compute. Two processors are left to the rest of the machine.
 static int threadCount()
 {
     return static_cast<int>(std::max(std::thread::hardware_concurrency(), 4U) - 2);
@@ -71,11 +71,12 @@ static LlamaHandles::Context createContext(llama_model& model)
     try {
         const AbortTrap trap;
         LlamaHandles::Context context{llama_init_from_model(&model, parameters)};
-        // A model that only encodes has no memory; llama.cpp would abort on a long prompt.
+        // A model that only encodes has no memory. With one, llama.cpp would abort on a long
+        // prompt.
         if (context && llama_get_memory(context.get()) != nullptr)
             return context;
     } catch (const std::exception&) {
-        // As above.
+        // llama.cpp's own words are not fit for users.
     }
     throw AppError("Could not create the model context.");
 }
@@ -102,14 +103,15 @@ LoadedModel::LoadedModel(LlamaHandles::Model model, LlamaHandles::Context contex
     m_threads.attachTo(*m_context);
 }
 
-/// A damaged vocabulary may be unable to express anything, and loads all the same.
+/// Throws AppError unless an empty prompt has tokens. A damaged vocabulary may be unable to express
+/// anything, yet the model loads.
 void LoadedModel::requireTokens() const
 {
     try {
         if (!tokenize(ChatPrompt::text({}, {})).empty())
             return;
     } catch (const AppError&) {
-        // Falls through: these tokens are in every prompt.
+        // Throws the sentence below instead.
     }
     throw AppError("Model not loaded.");
 }
@@ -133,8 +135,9 @@ static std::vector<Token> tokensOf(std::string_view text, const llama_vocab* voc
 
 std::vector<Token> LoadedModel::tokenize(const std::string& text) const
 {
-    // The time grows with the square of a text full of markers, and a megabyte never fits into the
-    // context: only the number of its tokens counts then, and about that the parts tell enough.
+    // The time grows with the square of the length if a text is full of markers, so a long one is
+    // tokenised in parts. A megabyte never fits into the context: the caller then only needs the
+    // number of tokens, and the parts give that closely enough.
     constexpr std::size_t longestWhole = 1 << 20;
     constexpr std::size_t part = 1 << 14;
     const std::size_t step = text.size() > longestWhole ? part : longestWhole;
@@ -167,7 +170,7 @@ int LoadedModel::evaluate(std::span<Token> tokens, const CancelToken& token)
     try {
         code = llama_decode(m_context.get(), llama_batch_get_one(tokens.data(), count));
     } catch (const std::exception&) {
-        // No memory, or a graph that cannot be built.
+        // There is no memory, or a graph cannot be built.
     }
     llama_set_abort_callback(m_context.get(), nullptr, nullptr);
     if (code == 0 && !hasUsableLogits())
@@ -175,7 +178,8 @@ int LoadedModel::evaluate(std::span<Token> tokens, const CancelToken& token)
     return code;
 }
 
-/// Damaged weights lead to numbers that are none; the sampler's sorting is undefined on them.
+/// Whether the sampler can use what was computed. Damaged weights lead to values that are not
+/// numbers, and its sorting is undefined on those.
 bool LoadedModel::hasUsableLogits() const
 {
     const float* logits = llama_get_logits_ith(m_context.get(), -1);

@@ -11,31 +11,33 @@
 #include <string>
 #include <vector>
 
-/// A model with its context: what LlamaEngine asks of llama.cpp, with everything checked beforehand
-/// that llama.cpp would abort on. One thread at a time.
+/// A model with its context. Makes LlamaEngine's calls to llama.cpp, and checks beforehand
+/// everything that llama.cpp would abort on. One thread at a time.
 class LoadedModel
 {
 public:
     /// Loads the model at `path`. Throws AppError.
     static std::unique_ptr<LoadedModel> create(const std::filesystem::path& path);
 
-    /// The tokens of `text`, the markers of the chat template among them read as such.
+    /// The tokens of `text`. Markers of the chat template become the tokens that they stand for.
+    /// Throws AppError.
     std::vector<ChatPrompt::Token> tokenize(const std::string& text) const;
 
     /// Forgets everything evaluated so far.
     void clear();
 
-    /// Evaluates `tokens` after those before. Returns 0 or the code of the failure: llama.cpp's
-    /// own, 1 (llama.cpp's code for no room) also where the tokens cannot fit into the context.
-    /// Stops with a code when `token` is cancelled.
+    /// Evaluates `tokens` as the continuation of those evaluated before. Returns 0, or llama.cpp's
+    /// code for the failure; that is 1 (no room) also if the tokens do not fit into the context.
+    /// Stops with such a code once `token` is cancelled.
     int evaluate(std::span<ChatPrompt::Token> tokens, const CancelToken& token);
 
-    /// The next token, sampled after the last one evaluated.
+    /// The next token, sampled after the last one evaluated. Throws AppError.
     ChatPrompt::Token sample(llama_sampler& sampler) const;
 
     bool endsGeneration(ChatPrompt::Token token) const;
 
-    /// The bytes `token` stands for: nothing for control tokens and those of over 256 bytes.
+    /// The bytes that `token` stands for; none for control tokens and for those of over 256 bytes.
+    /// Throws AppError.
     std::string piece(ChatPrompt::Token token) const;
 
 private:
@@ -44,7 +46,7 @@ private:
     void requireTokens() const;
     bool hasUsableLogits() const;
 
-    LlamaHandles::Model m_model; // declared first: outlives the context, as do the threads
+    LlamaHandles::Model m_model; // before the context, which it must outlive, as must m_threads
     ThreadPool m_threads;
     LlamaHandles::Context m_context;
     const llama_vocab* m_vocab;

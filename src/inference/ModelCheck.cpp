@@ -28,10 +28,10 @@ struct Header
     std::uint64_t keys;
 };
 
-// Real models have about 30 keys and, the largest ones, some 2000 tensors.
+// Real models have about 30 keys, and the largest ones some 2000 tensors.
 constexpr std::uint64_t mostEntries = 10'000;
 
-// Real models have up to 576.
+// Numbers in a key or a value of one attention head. Real models have up to 576.
 constexpr std::uint32_t longestHead = 1024;
 
 bool isOneOf(std::string_view text, std::initializer_list<std::string_view> choices)
@@ -39,8 +39,8 @@ bool isOneOf(std::string_view text, std::initializer_list<std::string_view> choi
     return std::find(choices.begin(), choices.end(), text) != choices.end();
 }
 
-/// Whether the numbers of keys and of tensors are such that reading the metadata comes to an end:
-/// its time grows with their squares.
+/// Whether there are so few keys and tensors that reading the metadata ends soon: the time grows
+/// with the squares of these numbers.
 bool hasUsualCounts(const std::filesystem::path& path)
 {
     Header header{};
@@ -50,7 +50,7 @@ bool hasUsualCounts(const std::filesystem::path& path)
     return header.tensors <= mostEntries && header.keys <= mostEntries;
 }
 
-/// Whether the key called `name` is one of the texts `choices`, or there is no such key.
+/// Whether the value of the key `name` is one of the texts `choices`, or there is no such key.
 bool isAbsentOrOneOf(const gguf_context* metadata, const char* name,
                      std::initializer_list<std::string_view> choices)
 {
@@ -65,28 +65,28 @@ bool isSafeKey(const gguf_context* metadata, std::int64_t key)
 {
     const std::string_view name = gguf_get_key(metadata, key);
     const gguf_type type = gguf_get_kv_type(metadata, key);
-    // The normalisation aborts on a negative one, on its worker threads.
+    // A negative one would make the normalisation abort, on llama.cpp's worker threads.
     if (name.ends_with("epsilon") && type == GGUF_TYPE_FLOAT32) {
         const float epsilon = gguf_get_val_f32(metadata, key);
         return epsilon >= 0 && std::isfinite(epsilon);
     }
-    // Decides about the size of the context before anything is compared with the tensors.
+    // These set the size of the context before llama.cpp compares them with the tensors.
     if (name.ends_with(".key_length") || name.ends_with(".value_length"))
         return type != GGUF_TYPE_UINT32 || gguf_get_val_u32(metadata, key) <= longestHead;
-    // The other files of a model in several would not be checked.
+    // Only this file is checked, so a model in several files is refused.
     if (name == "split.count")
         return type == GGUF_TYPE_UINT16 && gguf_get_val_u16(metadata, key) <= 1;
     return true;
 }
 
-/// Whether llama.cpp computes with such numbers. It does not look, and aborts or jumps to a
-/// function that does not exist.
+/// Whether llama.cpp can compute with the tensor's type of numbers. It does not check this: it
+/// aborts or jumps to a function that does not exist.
 bool isSafeTensor(const ggml_tensor* tensor)
 {
     switch (tensor->type) {
     case GGML_TYPE_F32:
         return true;
-    // Only ever stored, or only between two steps of a multiplication.
+    // llama.cpp only stores these, or uses them only between two steps of a multiplication.
     case GGML_TYPE_I8:
     case GGML_TYPE_I16:
     case GGML_TYPE_I32:
@@ -96,7 +96,8 @@ bool isSafeTensor(const ggml_tensor* tensor)
     case GGML_TYPE_Q8_K:
         return false;
     default:
-        // Vectors are added and multiplied element by element, which not all types are made for.
+        // Vectors are added and multiplied element by element, which is not possible with all
+        // types.
         return ggml_n_dims(tensor) > 1;
     }
 }
@@ -105,7 +106,7 @@ bool isSafeTensor(const ggml_tensor* tensor)
 
 bool ModelCheck::isLoadable(const std::filesystem::path& path)
 {
-    // Opening anything else may block for ever.
+    // Opening a pipe or a device may block for ever.
     if (!std::filesystem::is_regular_file(path) || !hasUsualCounts(path))
         return false;
     ggml_context* created = nullptr;
@@ -114,8 +115,8 @@ bool ModelCheck::isLoadable(const std::filesystem::path& path)
     const std::unique_ptr<ggml_context, Free> tensors(created);
     if (!metadata || !tensors)
         return false;
-    // Some of the other architectures evaluate what they have not checked and abort then. Some of
-    // the other tokenizers never return from a damaged vocabulary.
+    // Some other architectures abort in the evaluation, on values that they have not checked. Some
+    // other tokenizers never return from a damaged vocabulary.
     if (!isAbsentOrOneOf(metadata.get(), "general.architecture", {"llama", "qwen2", "qwen3"}) ||
         !isAbsentOrOneOf(metadata.get(), "tokenizer.ggml.model",
                          {"gpt2", "llama", "none", "no_vocab"}))

@@ -2,9 +2,9 @@
 
 #include <filesystem>
 
-/// Looks into a model file for what would lead llama.cpp, while it loads or evaluates the model, to
-/// end the process, never to return, or to take all of the memory. It need not find every damage:
-/// most of it llama.cpp reports by itself.
+/// Finds what in a model file would make llama.cpp end the process, never return, or take all of
+/// the memory while it loads or evaluates the model. It need not find every damage, because
+/// llama.cpp reports most of it by itself.
 namespace ModelCheck {
 
 /// Whether the file at `path` may be given to llama.cpp. Reads its metadata only.

@@ -7,8 +7,8 @@
 
 namespace ModelFile {
 
-/// The folder for a user's data of the XDG base directory specification, which says that a
-/// relative path in the variable is invalid and to be ignored.
+/// The folder for a user's data. The XDG base directory specification says that a relative path in
+/// the variable is invalid and must be ignored.
 static std::filesystem::path dataHome()
 {
     if (const char* home = std::getenv("XDG_DATA_HOME")) {

@@ -8,12 +8,12 @@ namespace ModelFile {
 
 constexpr std::string_view name = "Qwen2.5-1.5B-Instruct-Q4_K_M.gguf";
 
-/// $XDG_DATA_HOME/Pithwise, by default ~/.local/share/Pithwise. Every call also creates the folder;
-/// a failure to do so is ignored here and shows in what is done with the folder next. Throws
-/// AppError where neither variable names a folder.
+/// $XDG_DATA_HOME/Pithwise, by default ~/.local/share/Pithwise. Every call also creates the folder.
+/// If that fails, nothing is thrown here; it shows when the folder is used. Throws AppError if
+/// neither XDG_DATA_HOME nor HOME names a folder.
 std::filesystem::path directory();
 
-/// `directory()` / `name`.
+/// The path of the model: `name` in directory().
 std::filesystem::path path();
 
 } // namespace ModelFile

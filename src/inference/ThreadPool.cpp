@@ -4,7 +4,8 @@
 
 namespace {
 
-/// A function of the processor's back end, which may be a library that is loaded only at run time.
+/// The function `name` of the processor's back end, or null. The back end may be a library that is
+/// loaded only at run time.
 template <typename Function>
 Function backendFunction(const char* name)
 {

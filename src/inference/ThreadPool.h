@@ -2,20 +2,20 @@
 
 #include <llama.h>
 
-/// The threads that compute, kept from one evaluation to the next: without them llama.cpp starts
-/// new ones for every token. They sleep between evaluations.
+/// The threads that compute. They are kept from one evaluation to the next and sleep in between;
+/// without them llama.cpp starts new ones for every token.
 class ThreadPool
 {
 public:
-    /// Starts `threads` threads, the calling one counted in; none if the processor's back end
-    /// offers no pools, and llama.cpp then starts as many for each evaluation.
+    /// Starts `threads` threads, counting the calling one. If the processor's back end offers no
+    /// pools it starts none, and llama.cpp starts as many for each evaluation.
     explicit ThreadPool(int threads);
     ~ThreadPool();
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
-    /// Has `context` compute with these threads, with all of them. Requires: the context is
-    /// destroyed first.
+    /// Makes `context` compute with all of these threads. Requires: the context is destroyed before
+    /// this object.
     void attachTo(llama_context& context);
 
 private:

@@ -12,15 +12,16 @@
 #include <exception>
 #include <utility>
 
-/// What a server sends in place of the model, such as a page for logging in, is smaller.
+/// Bytes. No model is as small as this, but what a server sends in its place is, such as a login
+/// page.
 static constexpr qint64 sizeTooSmall = 100'000'000;
 
-/// Between the network and us; more waits in the sender.
+/// Bytes that Qt may read ahead; more than that waits in the sender.
 static constexpr qint64 readBufferSize = qint64{1} << 20;
 
 static constexpr int maximumRedirects = 20;
 
-/// A write beyond the limit on file sizes shall fail, not end the process.
+/// Makes a write on this thread beyond the limit on file sizes fail instead of ending the process.
 static void blockFileSizeSignal()
 {
     sigset_t blocked;
@@ -41,14 +42,14 @@ static int status(const QNetworkReply& reply)
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-/// -1 where the server has not told, or nonsense.
+/// The size in bytes that the server has announced, -1 if it has announced none or nonsense.
 static qint64 announcedSize(const QNetworkReply& reply)
 {
     const QVariant size = reply.header(QNetworkRequest::ContentLengthHeader);
     return size.isValid() ? std::max(size.toLongLong(), qint64{-1}) : -1;
 }
 
-/// Where the server sends the download on to; an invalid address where it does not.
+/// The address that the server redirects the download to, an invalid one if it does not.
 static QUrl redirect(const QNetworkReply& reply)
 {
     const QUrl target = reply.attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
@@ -107,16 +108,18 @@ void ModelDownload::request()
     request.setRawHeader("Accept-Encoding", "identity");
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    // Redirects that Qt follows lose the size of the read buffer, and with it the bound on memory.
+    // If Qt followed redirects itself, it would lose the size of the read buffer, and with it the
+    // bound on memory.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
-    // Over HTTP/2 Qt ignores that size.
+    // Over HTTP/2 Qt ignores the size of the read buffer.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     m_reply = m_network->get(request);
     m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, [reply = m_reply] {
-        // While it waits for room in its buffer, Qt takes the loss of the connection for the end of
-        // a body whose size was not announced.
+        // The end of a body without an announced size is the end of the connection. While Qt waits
+        // for room in its buffer it takes a lost connection for that end, so the buffer must not
+        // fill up.
         if (announcedSize(*reply) < 0)
             reply->setReadBufferSize(0);
     });
@@ -136,13 +139,14 @@ void ModelDownload::receive()
     m_file->write({bytes.data(), static_cast<std::size_t>(bytes.size())});
     m_received += bytes.size();
     emit progressed(m_received, announcedSize(*m_reply));
-    // Only now: a slow disk is not a stalled server.
+    // Restarted only after the write: a slow disk is not a stalled server.
     m_stall.start();
 }
 
 void ModelDownload::finishReply()
 {
-    // Qt calls an answer with a status of 400 or more an error too, but that one has its own text.
+    // To Qt an answer with a status of 400 or more is an error too, but refuseAnswer has our own
+    // text for it.
     if (m_reply->error() != QNetworkReply::NoError && status(*m_reply) < 400)
         throw AppError(m_reply->errorString().toStdString());
     receive();
@@ -181,7 +185,7 @@ void ModelDownload::end()
 {
     m_stall.stop();
     if (m_reply != nullptr) {
-        // No abort, with which Qt prints a warning where an error is on its way already.
+        // Not aborted: Qt would print a warning if an error is already on its way.
         m_reply->disconnect(this);
         std::exchange(m_reply, nullptr)->deleteLater();
     }

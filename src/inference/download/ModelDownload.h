@@ -14,28 +14,32 @@
 
 class QNetworkReply;
 
-/// One transfer of the model into its place on disk. Meant for a thread of its own with an event
-/// loop: everything but the construction happens there, blocks on the disk, and is announced by
-/// signals. Deleting it at any time ends the transfer and leaves no file behind.
+/// One transfer of the model into its place on disk. It needs a thread of its own with an event
+/// loop. Construction apart, everything happens on that thread and may block on the disk; signals
+/// announce the results. Deleting the object ends the transfer and leaves no incomplete file
+/// behind.
 class ModelDownload : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `stallLimit` is how long the server may send nothing.
+    /// `stallLimit` is how long the server may send nothing before the transfer fails.
     ModelDownload(QUrl address, std::filesystem::path destination,
                   std::chrono::milliseconds stallLimit);
     ~ModelDownload() override;
 
-    /// Begins the transfer; called once. Ends with exactly one of `completed` and `failed`.
+    /// Begins the transfer. Called once. Ends with exactly one of the signals `completed` and
+    /// `failed`, unless this object is deleted before.
     void start();
 
 signals:
-    /// How many bytes have arrived, and of how many; -1 where the server has not told.
+    /// `received` bytes have arrived, of `expected`; that is -1 if the server has not told the
+    /// size.
     void progressed(qint64 received, qint64 expected);
     /// The model is in its place.
     void completed();
-    /// Nothing has changed on disk. `message` is a sentence.
+    /// The transfer has failed and the model's place on disk is unchanged. `message` is a sentence
+    /// for users.
     void failed(const std::string& message);
 
 private:
@@ -48,7 +52,7 @@ private:
     void finish();
     void end();
 
-    QUrl m_address; // after each redirect the new one
+    QUrl m_address; // the latest, after a redirect
     const std::filesystem::path m_destination;
     QTimer m_stall;
     std::optional<QNetworkAccessManager> m_network; // made on the thread that uses it

@@ -24,7 +24,7 @@ ModelManager& ModelManager::shared()
 {
     if (!sharedManager) {
         sharedManager = std::make_unique<ModelManager>(Options());
-        // Qt's threads and network want to end while there is an application object.
+        // Qt's threads and network must end while there still is an application object.
         qAddPostRoutine([] { sharedManager.reset(); });
     }
     return *sharedManager;
@@ -57,11 +57,12 @@ void ModelManager::start()
 
 void ModelManager::connectDownload()
 {
-    // Signals of a dropped download may be on their way still.
+    // Signals of a dropped download may still be on their way.
     const auto isCurrent = [this, number = ++m_downloadNumber] {
         return number == m_downloadNumber;
     };
-    // Apart from the state, because whoever hears of that may start over.
+    // The two signals have a connection each, with a check each: whoever handles the first may
+    // start over.
     connect(m_download.get(), &ModelDownload::progressed, this,
             [this, isCurrent](qint64 received, qint64 expected) {
                 if (isCurrent())

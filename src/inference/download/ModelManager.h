@@ -15,9 +15,9 @@
 
 class ModelDownload;
 
-/// Whether the language model is on disk, and its download. Everything is for the main thread only:
-/// calls, signals, construction and destruction. Nothing but destruction blocks, and that at most
-/// for a moment: the network and the disk are for a thread of its own.
+/// Knows whether the language model is on disk, and downloads it. Everything is for the main thread
+/// only: calls, signals, construction and destruction. Nothing but destruction blocks, and that
+/// only for a moment, because a thread of its own does the work on the network and the disk.
 class ModelManager : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     };
     struct Downloading
     {
-        double progress = 0; // 0 to 1; stays 0 where the server does not tell the size
+        double progress = 0; // 0 to 1; stays 0 if the server does not tell the size
         bool operator==(const Downloading&) const = default;
     };
     struct Ready
@@ -43,38 +43,41 @@ public:
     };
     using State = std::variant<Idle, Downloading, Ready, Failed>;
 
-    /// ModelFile::directory().
+    /// The folder of the model: ModelFile::directory().
     static std::filesystem::path directory();
-    /// The address of the model: PITHWISE_MODEL_URL from the environment if set and not empty, else
-    /// the address from the build options.
+    /// The environment variable PITHWISE_MODEL_URL if it is set and not empty, else the address
+    /// that the build options give.
     static QUrl modelURL();
 
     struct Options
     {
         std::filesystem::path path = directory() / ModelFile::name;
         QUrl address = modelURL();
-        std::chrono::milliseconds stallLimit = std::chrono::seconds(60); // without a byte
+        /// How long the server may send nothing before the download fails.
+        std::chrono::milliseconds stallLimit = std::chrono::seconds(60);
     };
 
-    /// The one manager of the program; lives until the application object is destroyed.
+    /// The program's one manager, made by the first call. It lives until the application object is
+    /// destroyed.
     static ModelManager& shared();
 
-    /// Ready if the model's file exists, else idle. Uses no network.
+    /// Starts out Ready if the model's file exists, else Idle. Uses no network.
     explicit ModelManager(Options options);
-    /// Ends a transfer and removes what it has written so far.
+    /// Ends the transfer, if there is one, and removes what it has written so far.
     ~ModelManager() override;
 
     const State& state() const { return m_state; }
 
-    /// Downloads the model, whatever is on disk already: the state is now Downloading, and Ready or
-    /// Failed in the end. What is on disk changes only when the new file is complete. A transfer
-    /// under way is dropped and never heard of again.
+    /// Downloads the model, even if there is one on disk already. The state becomes Downloading,
+    /// and Ready or Failed in the end. The file on disk is replaced only when the new one is
+    /// complete. If a transfer is under way it is dropped, and there are no more signals about it.
     void start();
 
 signals:
-    /// The state has been set, perhaps to what it was before.
+    /// The state has been set, perhaps to the value it had before.
     void stateChanged();
-    /// How many bytes have arrived, and of how many; -1 where the server does not tell.
+    /// `received` bytes have arrived, of `expected`; that is -1 if the server has not told the
+    /// size.
     void progressed(qint64 received, qint64 expected);
 
 private:
@@ -85,7 +88,7 @@ private:
     const Options m_options;
     State m_state;
     QThread m_thread;
-    // Deleted on its own thread, and with the file work that takes.
+    // Deleted on m_thread, because deleting it may block on the disk.
     std::unique_ptr<ModelDownload, QScopedPointerDeleteLater> m_download;
     quint64 m_downloadNumber = 0;
 };
