@@ -7,8 +7,8 @@ namespace Pithwise {
 
 namespace {
 
-/// A run of text that becomes one chunk: consecutive lines always lie side by side in the text, so
-/// no chunk is ever copied.
+/// Collects lines into chunks. Consecutive lines always lie side by side in the text, so a chunk is
+/// a view and nothing is copied.
 class Chunker
 {
 public:
@@ -47,11 +47,11 @@ private:
             begin += line.bytes;
             line = Characters::prefix(m_text.substr(begin, end - begin), m_size);
         }
-        // The joining "\n" is counted even where there is nothing to join.
+        // The "\n" that would join this line to the chunk is counted even if the chunk is empty.
         if (m_characters + line.characters + 1 > m_size)
             emitCurrent();
         if (hasCurrent()) {
-            // With a carriage return before it, the joining "\n" is no character of its own.
+            // After a carriage return, the joining "\n" is not a character of its own.
             m_characters += (m_text[m_end - 1] == '\r' ? 0 : 1) + line.characters;
         } else {
             m_begin = begin;

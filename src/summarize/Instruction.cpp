@@ -6,8 +6,8 @@ namespace Pithwise {
 
 namespace {
 
-/// One mode's wording around its phrase, and the phrase and budget of each length. The numbers are
-/// tuning, found by trying.
+/// The wording of one mode before and after its phrase, and the phrase and the budget of tokens for
+/// each length. The numbers were found by trying.
 struct Row
 {
     std::string_view before;

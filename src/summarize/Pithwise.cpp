@@ -29,7 +29,7 @@ Generate sharedEngine()
     };
 }
 
-/// At most `mostSections` of the chunks, spread evenly, the first always among them.
+/// At most `mostSections` of the chunks of `text`, spread evenly. The first is always among them.
 static std::vector<std::string_view> sections(std::string_view text)
 {
     std::vector<std::string_view> all = chunks(text, sectionSize);
@@ -57,7 +57,7 @@ struct Run
         return generate(model, systemText, user, maxTokens, token, onUpdate);
     }
 
-    /// One line of notes a section, or nothing when the run was cancelled in between.
+    /// One line of notes for each section, or nothing if the run is cancelled in between.
     std::optional<std::string> notes(const std::vector<std::string_view>& parts) const
     {
         const std::string total = std::to_string(parts.size());

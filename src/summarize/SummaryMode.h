@@ -10,7 +10,7 @@ enum class SummaryMode { bullets, executive, tldr, actions };
 inline constexpr std::array allSummaryModes = {SummaryMode::bullets, SummaryMode::executive,
                                                SummaryMode::tldr, SummaryMode::actions};
 
-/// The mode's label, shown to the user and its identity in lists.
+/// The mode's label. The user sees it, and it identifies the mode in lists.
 std::string_view rawValue(SummaryMode mode);
 
 /// The mode with exactly this label, if there is one.
