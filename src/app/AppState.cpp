@@ -59,7 +59,7 @@ SummaryLength AppState::lengthValue() const
     constexpr double limit = 9223372036854775808.0; // 2 to the 63
     const double rounded = std::round(length.get());
     if (!(rounded >= -limit && rounded < limit))
-        std::abort(); // a mistake of ours: no control stands there
+        std::abort(); // a mistake of ours: no control has such a position
     if (rounded < 0 || rounded > 2)
         return SummaryLength::balanced;
     return summaryLengthAt(static_cast<std::size_t>(rounded));

@@ -21,10 +21,10 @@
 class CancelToken;
 class MainThreadQueue;
 
-/// All that the interface shows and every action the user can start. Main thread only.
+/// Everything that the interface shows, and every action that the user can start. Main thread only.
 ///
-/// A source action returns at once, with its text still on the way; each takes its course, whatever
-/// is started or stopped meanwhile, and in the end summarises what it has found.
+/// Actions that read a source return at once, while the text is still being read. Whatever is
+/// started or stopped meanwhile, each of them goes on to its end and summarises what it has read.
 class AppState : public ObservableObject
 {
     Q_OBJECT
@@ -33,23 +33,23 @@ public:
     enum class Tab { clipboard, document, web, capture };
     static constexpr std::array allTabs = {Tab::clipboard, Tab::document, Tab::web, Tab::capture};
 
-    /// The label of a tab, its identity in lists.
+    /// The label of a tab. It also identifies the tab in lists.
     static std::string_view rawValue(Tab tab);
     static std::optional<Tab> tabFromRawValue(std::string_view rawValue);
 
-    /// The one of the program, with the real services; made at the first call and destroyed with
+    /// The program's one state, with the real services. Made by the first call and destroyed with
     /// the application object. Any thread.
     static AppState& shared();
 
     explicit AppState(AppServices services);
-    /// Cancels the run under way. What still blocks is waited for, but only for a moment.
+    /// Cancels the run under way. Waits for work that still blocks, but only for a moment.
     ~AppState() override;
 
     Published<Tab> tab{*this, Tab::clipboard};
     Published<QString> sourceText{*this};
     Published<QString> sourceLabel{*this};
     Published<SummaryMode> mode{*this, SummaryMode::bullets};
-    Published<double> length{*this, 1.0}; // where the length control stands: 0 to 2
+    Published<double> length{*this, 1.0}; // the position of the length control: 0 to 2
     Published<QString> output{*this};
     Published<bool> isWorking{*this, false};
     Published<QString> status{*this};
@@ -60,20 +60,20 @@ public:
     /// The token of the current or last run; null before the first.
     std::shared_ptr<const CancelToken> token() const { return m_token; }
 
-    /// What `length` stands for, balanced where it stands for none. A length that is no number of
-    /// 64 bits, once rounded, ends the process.
+    /// The summary length at the position `length`, rounded; balanced for a position outside of 0
+    /// to 2. Ends the process if the rounded position does not fit into 64 bits.
     SummaryLength lengthValue() const;
 
-    /// The words of `sourceText`, counted once.
+    /// How many words `sourceText` has. They are counted once for each text.
     qsizetype wordCount() const;
 
-    /// Normalises a text (valid UTF-8) from any source and summarises it; says so where there is
-    /// nothing in it.
+    /// Normalises a text (valid UTF-8) from any source and summarises it. If there is nothing in
+    /// it, sets `errorMessage` instead.
     void setSource(std::string_view text, const QString& label);
 
-    /// Summarises `sourceText`, in place of the run under way.
+    /// Summarises `sourceText`. A run under way is cancelled.
     void summarize();
-    /// Ends the run under way; what it has written stays.
+    /// Cancels the run under way. The output that it has written stays.
     void stop();
 
     void useClipboard();
@@ -81,10 +81,12 @@ public:
     void fetchURL();
     void capture(ScreenGrab::Kind kind);
     /// Summarises the selected text, else the front window, else the clipboard. Completes when the
-    /// summary has been started or the error shown. Must not be awaited beyond this object's life.
-    /// Each press takes its course, but only so many at a time: one more is dropped.
+    /// summary has been started or the error shown. It must not be awaited any longer than this
+    /// object lives. Several presses may be under way at once, each independent of the others. At
+    /// `mostPresses` a further one is ignored.
     QCoro::Task<> handleHotkey();
-    static constexpr int mostPresses = BackgroundThreads::mostInTurn + 8; // that work, that wait
+    // Those whose work is under way, and 8 that wait for their turn.
+    static constexpr int mostPresses = BackgroundThreads::mostInTurn + 8;
 
     void copyMarkdown();
     /// Copies the output without the markers of bold text.
@@ -100,7 +102,7 @@ private:
     void flash(const QString& message);
     void copy(const QString& text);
 
-    enum class Effort { little, much }; // much takes its turn
+    enum class Effort { little, much }; // much work waits for its turn
     QFuture<Reading> inBackground(std::function<DocumentText()> read,
                                   Effort effort = Effort::little);
     QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read,
@@ -115,7 +117,7 @@ private:
     const AppServices m_services;
     std::shared_ptr<CancelToken> m_token;
     mutable WordCount m_wordCount;
-    int m_presses = 0; // of the hotkey, that are under way
+    int m_presses = 0; // presses of the hotkey that are under way
     const std::shared_ptr<MainThreadQueue> m_queue;
     BackgroundThreads m_threads;
 };

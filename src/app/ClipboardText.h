@@ -6,8 +6,8 @@
 /// The plain text on the system's clipboard.
 namespace ClipboardText {
 
-/// Valid UTF-8; nothing where there is no text. Throws AppError where the application that owns the
-/// clipboard does not answer. Blocks for two seconds at most; any thread.
+/// The text as valid UTF-8, or nothing if there is none. Throws AppError if the application that
+/// owns the clipboard does not answer. Blocks for up to two seconds; any thread.
 std::optional<std::string> read();
 
 } // namespace ClipboardText

@@ -20,7 +20,8 @@ static std::string headerOf(const std::string& day)
     return "# Summaries — " + day + "\n\n";
 }
 
-/// The label without what would end the heading it stands in, or turn it around.
+/// The label as a heading: what would end the heading or change its writing direction becomes a
+/// space.
 static std::string headingOf(const QString& label)
 {
     constexpr std::array<std::string_view, 2> separators = {"\u2028", "\u2029"};
@@ -50,7 +51,8 @@ static std::string textOf(const Entry& entry, const std::string& time)
     return text;
 }
 
-/// Only for the user where it is new, because the notes hold what others may not know.
+/// Makes the folder if it is missing. A new one is for the user alone, because notes may be
+/// private.
 static void makeFolder(const std::filesystem::path& folder)
 {
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
@@ -67,7 +69,7 @@ void append(const std::filesystem::path& documents, const Entry& entry, const QD
         makeFolder(folder);
         NoteFile::append(folder / (day + ".md"), headerOf(day), text);
     } catch (const std::system_error& error) {
-        // Its own text names functions and paths besides the cause.
+        // The error's own text also names functions and paths.
         throw std::runtime_error(error.code().message() + ".");
     }
 }

@@ -7,25 +7,27 @@
 
 #include <filesystem>
 
-/// The summaries the user keeps: a Markdown file a day, in a folder "Pithwise Notes".
+/// The summaries that the user keeps, one Markdown file for each day, in a folder "Pithwise Notes".
 namespace DailyNote {
 
 struct Entry
 {
-    QString label; // of the source; "Summary" stands for an empty one, spaces for its line breaks
-                   // and ControlCharacters
+    // The source's label. In the note an empty one becomes "Summary", and each line break or
+    // control character (ControlCharacters) becomes a space.
+    QString label;
     SummaryMode mode;
-    QString output; // Markdown, written as it stands
+    QString output; // Markdown, written unchanged
 };
 
-/// Adds `entry` to the note of the day `now` is in, below the user's folder for documents. Folders
-/// and note are made where they are missing, for the user alone; a note that may not be written to
-/// is replaced.
+/// Adds `entry` to the note of the day that `now` is in. The notes lie below `documents`, the
+/// user's folder for documents. Missing folders and a missing note are created; a new note and the
+/// folder of the notes are for the user alone. A note that may not be written to is replaced.
 ///
-/// Whatever fails, the note has all of its earlier entries, and this one wholly or not at all (but
-/// where closing it fails, or the process is killed in the middle); several may do this at once.
-/// Throws std::runtime_error with a sentence about the cause, std::bad_alloc. Blocks on the disk,
-/// and for half a second at most on another process; any thread.
+/// Whatever fails, the note keeps all of its earlier entries, and has this one wholly or not at
+/// all. The exceptions are a failure to close the file and a process that is killed in the middle.
+/// Several processes may call this at once. Throws std::runtime_error with a sentence about the
+/// cause, or std::bad_alloc. Blocks on the disk, and for up to half a second on another process.
+/// Any thread.
 void append(const std::filesystem::path& documents, const Entry& entry, const QDateTime& now);
 
 } // namespace DailyNote

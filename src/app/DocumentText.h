@@ -3,15 +3,15 @@
 #include <string>
 #include <utility>
 
-/// What has been read of a document.
+/// The text of a document, or of the part of it that could be read.
 struct DocumentText
 {
-    // Not explicit: mostly the whole has been read.
+    // Not explicit, because mostly the whole document has been read.
     DocumentText(std::string whole = {}) : text(std::move(whole)) {}
     DocumentText(std::string part, std::string itsShare)
         : text(std::move(part)), share(std::move(itsShare))
     {}
 
     std::string text;  // valid UTF-8
-    std::string share; // which part of the document that is, empty for the whole
+    std::string share; // which part of the document it is, empty for the whole
 };

@@ -10,9 +10,9 @@ namespace DocumentsFolder {
 
 std::filesystem::path path()
 {
-    HomeFolder::path(); // without which Qt would take the root for it
+    HomeFolder::path(); // throws if there is none; Qt would take the root
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    // Qt takes a relative path from the file as it stands, where it is not allowed.
+    // Qt returns even a relative path from that file unchanged, though none is allowed there.
     if (!QDir::isAbsolutePath(folder))
         folder = QDir::home().filePath(QStringLiteral("Documents"));
     return QFile::encodeName(folder).toStdString();

@@ -2,12 +2,11 @@
 
 #include <filesystem>
 
-/// The user's folder for documents.
 namespace DocumentsFolder {
 
-/// As the desktop has it (user-dirs.dirs), else ~/Documents; the home folder itself for users who
-/// have turned the folder off. Absolute; it need not be there. Throws AppError where there is no
-/// home folder. Any thread.
+/// The folder that the desktop's settings (user-dirs.dirs) name, else ~/Documents. For users who
+/// have turned the folder off it is the home folder itself. The path is absolute, but the folder
+/// need not exist. Throws AppError if there is no home folder. Any thread.
 std::filesystem::path path();
 
 } // namespace DocumentsFolder

@@ -17,7 +17,7 @@ QCoro::Task<> AppState::handleHotkey()
 
 QCoro::Task<> AppState::takeWhatIsThere()
 {
-    const QPointer<AppState> state(this); // may be gone after any wait
+    const QPointer<AppState> state(this); // this object may be gone after any co_await
     errorMessage = std::nullopt;
     const std::optional<std::string> selected = co_await m_services.grabSelection();
     if (!state)

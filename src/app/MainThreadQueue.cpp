@@ -25,8 +25,8 @@ void MainThreadQueue::post(std::function<void()> function)
     if (m_timer == nullptr)
         return;
     m_functions.push_back(std::move(function));
-    // A timer, because events that are posted while others are delivered are delivered in the same
-    // turn. Under the lock, so that the timer is there until the event is posted.
+    // A timer is used because an event posted while others are delivered is delivered in the same
+    // turn. The lock is held until the event is posted, so that the timer still exists then.
     if (m_functions.size() == 1)
         QMetaObject::invokeMethod(
             m_timer, [timer = m_timer] { timer->start(0); }, Qt::QueuedConnection);
@@ -38,7 +38,7 @@ void MainThreadQueue::close()
     const MutexLock lock(m_mutex);
     dropped.swap(m_functions);
     if (m_timer != nullptr)
-        m_timer->deleteLater(); // it may be its signal that led here
+        m_timer->deleteLater(); // not deleted at once: its own signal may have led here
     m_timer = nullptr;
 }
 
@@ -56,7 +56,7 @@ void MainThreadQueue::runAll()
         functions.swap(m_functions);
     }
     for (const std::function<void()>& function : functions) {
-        if (isClosed()) // by one of them
+        if (isClosed()) // an earlier function may have closed the queue
             return;
         function();
     }

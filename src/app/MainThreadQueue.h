@@ -8,18 +8,19 @@
 #include <memory>
 #include <vector>
 
-/// Functions that any thread hands to the main thread, which runs those at hand once a turn of its
-/// event loop, in their order: however fast they come, the user's events have their turn as well.
+/// Functions that any thread hands to the main thread. Once in each turn of its event loop, the
+/// main thread runs those that are there, in order. However fast they come, the user's events get
+/// their turn.
 class MainThreadQueue : public std::enable_shared_from_this<MainThreadQueue>
 {
 public:
-    /// Any thread, while there is an application object.
+    /// Makes an empty queue. Any thread, while there is an application object.
     static std::shared_ptr<MainThreadQueue> create();
 
-    /// Any thread.
+    /// Adds `function` to the queue. Any thread.
     void post(std::function<void()> function);
 
-    /// Drops what is in the queue and all that still comes. Main thread.
+    /// Drops everything in the queue, and from now on everything that is posted. Main thread.
     void close();
 
 private:

@@ -11,7 +11,8 @@ namespace NoteDate {
 
 namespace {
 
-/// The first of the variables that decides, as for the C library.
+/// The locale for times in the environment. Like the C library, takes the first variable that is
+/// set and not empty.
 std::string localeName()
 {
     for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -26,7 +27,8 @@ icu::Locale userLocale()
 {
     const std::string name = localeName();
     const std::string language = name.substr(0, name.find_first_of(".@"));
-    // What CLDR calls the C library's own locale. Left to itself, ICU takes "C" for a language.
+    // This is CLDR's name for the C library's own locale. ICU by itself would take "C" for a
+    // language.
     if (language == "C" || language == "POSIX")
         return icu::Locale("en_US_POSIX");
     return icu::Locale::createCanonical(name.c_str());
@@ -38,8 +40,8 @@ std::string formatted(const QDateTime& moment, const char* pattern)
     icu::SimpleDateFormat format(icu::UnicodeString::fromUTF8(pattern), userLocale(), error);
     if (U_FAILURE(error) != 0)
         throw std::runtime_error("The date cannot be formatted.");
-    // The offset is Qt's: ICU looks for the system's time zone only once, and does not know all
-    // that TZ may say.
+    // Qt gives the offset from UTC: ICU looks for the system's time zone only once, and does not
+    // know everything that TZ may say.
     const int offset = moment.toLocalTime().offsetFromUtc() * 1000;
     format.adoptTimeZone(
         std::make_unique<icu::SimpleTimeZone>(offset, icu::UnicodeString()).release());

@@ -26,16 +26,17 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds lockLimit(500);
 constexpr std::chrono::milliseconds lockInterval(5);
-constexpr int maximumLinks = 40; // as for the system
+constexpr int maximumLinks = 40; // the system's own limit
 constexpr mode_t noteMode = 0600;
-constexpr int maximumAttempts = 10; // each is in vain only when another program interferes
+constexpr int maximumAttempts = 10; // an attempt fails only when another program interferes
 
 [[noreturn]] void fail(int error)
 {
     throw std::system_error(error, std::generic_category());
 }
 
-/// While it lives, a write beyond the limit on file sizes fails instead of ending the process.
+/// While alive, makes a write on this thread beyond the limit on file sizes fail instead of ending
+/// the process.
 class FileSizeSignalBlock
 {
 public:
@@ -47,7 +48,8 @@ public:
     }
     ~FileSizeSignalBlock()
     {
-        // What waits for this thread would end the process now.
+        // Takes away a signal that is pending for this thread, which would end the process once
+        // unblocked.
         const timespec atOnce = {};
         if (sigismember(&m_before, SIGXFSZ) == 0)
             sigtimedwait(&m_signal, nullptr, &atOnce);
@@ -61,15 +63,17 @@ private:
     sigset_t m_before{};
 };
 
-/// The folder, locked against other processes that append to a file in it. Where it cannot be
-/// locked, as on some network file systems, only the order of what happens protects the file.
+/// Opens the folder and locks it against other processes that append to a file in it. If it cannot
+/// be locked, as on some network file systems, only the order of the steps protects the file.
+/// Throws std::runtime_error if another process does not release it in time.
 FileDescriptor lockedFolder(const Path& folder)
 {
     FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const auto deadline = Clock::now() + lockLimit;
     while (descriptor.value() >= 0 && ::flock(descriptor.value(), LOCK_EX | LOCK_NB) != 0 &&
            errno == EWOULDBLOCK) {
-        // The system's own waiting has no limit, and another process may have been stopped.
+        // flock itself could wait without a limit, and the process that has the lock may be
+        // stopped.
         if (Clock::now() >= deadline)
             throw std::runtime_error("Another program is writing to it.");
         std::this_thread::sleep_for(lockInterval);
@@ -79,20 +83,20 @@ FileDescriptor lockedFolder(const Path& folder)
 
 struct Opened
 {
-    FileDescriptor file; // none where it cannot be written to
-    int error;           // why it cannot
+    FileDescriptor file; // none if it cannot be written to
+    int error;           // why not, as in errno; 0 if it can
 };
 
-/// Opens the file for writing at its end. Throws where that fails for a reason that says nothing
-/// about the note which may be there.
+/// Opens the file for writing at its end. Throws if it is no regular file, or if the reason for the
+/// failure does not show that the note is missing or write-protected.
 Opened open(const Path& file)
 {
-    // O_NONBLOCK, because opening a pipe would wait for its reader.
+    // O_NONBLOCK, because opening a pipe would otherwise wait for its reader.
     FileDescriptor descriptor(
         ::open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     const int error = descriptor.value() < 0 ? errno : 0;
     struct stat status = {};
-    // What is no file is not replaced either: it is no note, and may be a device.
+    // Anything but a regular file is not replaced either: it is no note, and may be a device.
     if (::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
         throw std::runtime_error(file.filename().string() + " is not a file.");
     for (const int expected : {0, ENOENT, EACCES, EPERM, EROFS, ETXTBSY}) {
@@ -102,7 +106,7 @@ Opened open(const Path& file)
     fail(error);
 }
 
-/// What the file's name leads to in the end.
+/// The path that the file's name leads to through all symbolic links.
 Path withoutLinks(Path file)
 {
     std::error_code ignored;
@@ -113,8 +117,8 @@ Path withoutLinks(Path file)
 
 enum class Creation { done, taken, unsupported };
 
-/// Whether all of `bytes` has been written; `errno` says why not. What is left of them is what has
-/// not.
+/// Writes `bytes` and takes what has been written off them. Returns whether that is all; if not,
+/// `errno` says why.
 bool write(int descriptor, std::string_view& bytes)
 {
     while (!bytes.empty()) {
@@ -126,8 +130,8 @@ bool write(int descriptor, std::string_view& bytes)
     return true;
 }
 
-/// Takes back the last `count` bytes, which are the last that were written, unless a program that
-/// knows no lock has added something since.
+/// Removes the last `count` bytes, which have just been written, unless a program that does not
+/// know the lock has added something since.
 void takeBack(int descriptor, std::size_t count)
 {
     const off_t end = ::lseek(descriptor, 0, SEEK_CUR);
@@ -136,10 +140,10 @@ void takeBack(int descriptor, std::size_t count)
         static_cast<void>(::ftruncate(descriptor, end - static_cast<off_t>(count)) == 0);
 }
 
-/// Adds the bytes and closes the file. What comes out short is taken back.
+/// Adds the bytes and closes the file. If only a part can be written it is taken back.
 void appendTo(FileDescriptor file, std::string_view bytes)
 {
-    // One call does it all; when it does less, the next one tells why.
+    // Usually one call writes all. If it writes less, the next call tells why.
     std::string_view rest = bytes;
     if (!write(file.value(), rest)) {
         const int error = errno;
@@ -150,14 +154,14 @@ void appendTo(FileDescriptor file, std::string_view bytes)
         fail(errno);
 }
 
-/// Makes the file, unless there is one by now. Until it is complete it has no name, so that a
-/// process that is killed leaves nothing. Not every file system can do that.
+/// Makes the file, unless there is one by now (`taken`). It has no name until it is complete, so
+/// that a killed process leaves nothing behind. Not every file system can do that (`unsupported`).
 Creation create(const Path& file, std::string_view text)
 {
     const FileDescriptor descriptor(
         ::open(file.parent_path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, noteMode));
     if (descriptor.value() < 0 && errno == ENOENT)
-        fail(ENOENT); // a link led to a folder that is not there
+        fail(ENOENT); // a link leads to a folder that does not exist
     if (descriptor.value() < 0)
         return Creation::unsupported;
     if (!write(descriptor.value(), text) || ::fsync(descriptor.value()) != 0)
@@ -168,7 +172,7 @@ Creation create(const Path& file, std::string_view text)
     return errno == EEXIST ? Creation::taken : Creation::unsupported;
 }
 
-/// Makes the file in place of any that is there.
+/// Makes the file and puts it in the place of any that is there.
 void replace(const Path& file, std::string_view text)
 {
     PartFile::removeAbandoned(file);
@@ -184,7 +188,7 @@ void append(const Path& file, std::string_view header, std::string_view entry)
     const FileSizeSignalBlock block;
     const FileDescriptor folder = lockedFolder(file.parent_path());
     Creation creation = Creation::taken;
-    // Again where a program that knows no lock has made the file meanwhile.
+    // Tries again if a program that does not know the lock has made the file in the meantime.
     for (int i = 0; creation == Creation::taken && i < maximumAttempts; ++i) {
         Opened opened = open(file);
         if (opened.error == 0)

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-/// What owns Published fields.
+/// Base class of objects that own Published fields.
 class ObservableObject : public QObject
 {
     Q_OBJECT
@@ -11,6 +11,7 @@ public:
     using QObject::QObject;
 
 signals:
-    /// A field is about to be set, perhaps to what it is already; it still holds what it held.
+    /// A field is about to be set, perhaps to the value that it has already. It still has the old
+    /// value.
     void willChange();
 };

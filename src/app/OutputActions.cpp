@@ -28,7 +28,7 @@ void AppState::appendToDailyNote()
     try {
         const std::filesystem::path documents = m_services.documentsFolder();
         if (documents.empty())
-            std::abort(); // every desktop has one
+            std::abort(); // the service throws if there is none
         m_services.appendToNote(documents, {sourceLabel, mode, output}, m_services.now());
     } catch (const std::exception& error) {
         errorMessage = QStringLiteral("Couldn't write the daily note: ") + QtText::sentence(error);

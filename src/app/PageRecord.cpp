@@ -6,10 +6,10 @@ namespace PageRecord {
 
 namespace {
 
-constexpr std::string_view mark = "\x1Epage"; // texts do not begin so
+constexpr std::string_view mark = "\x1Epage"; // no text begins like this
 constexpr int mostPages = 1000;               // more than are ever recognised
 
-/// The number behind the blank that `bytes` begins with, taken off.
+/// Takes a space and the number behind it off the beginning of `bytes`.
 std::optional<int> takeNumber(std::string_view& bytes)
 {
     int number = 0;
@@ -29,7 +29,7 @@ std::string written(const DocumentReader::ScannedPage& page)
 {
     std::string record(mark);
     record += ' ' + std::to_string(page.index) + ' ' + std::to_string(page.count) + ' ';
-    // A page that cannot be drawn has no length.
+    // A page that could not be drawn has -1 for a length, and no text.
     record += page.text ? std::to_string(page.text->size()) : "-1";
     return record + '\n' + page.text.value_or("");
 }

@@ -6,13 +6,14 @@
 #include <string>
 #include <string_view>
 
-/// Pages of scans as they go from the process that reads a document to the one that waits for it.
+/// The form in which a page of a scan goes from the process that reads a document to the process
+/// that waits for it.
 namespace PageRecord {
 
 std::string written(const DocumentReader::ScannedPage& page);
 
-/// The page whose record `bytes` begins with; the record is taken off. Nothing where there is no
-/// whole one.
+/// Takes the record of a page off the beginning of `bytes`. Returns nothing, and leaves `bytes`
+/// alone, if no whole valid record is there.
 std::optional<DocumentReader::ScannedPage> take(std::string_view& bytes);
 
 } // namespace PageRecord

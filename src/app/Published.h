@@ -8,12 +8,12 @@
 #include <utility>
 
 /// A field that announces every assignment through its owner's willChange(), before the value is
-/// stored. For the owner's thread only.
+/// stored. Assign only on the owner's thread.
 template <typename Value>
 class Published
 {
 public:
-    /// `owner` outlives this.
+    /// Requires: `owner` outlives this object.
     explicit Published(ObservableObject& owner, Value value = {})
         : m_owner(owner), m_value(std::move(value))
     {}

@@ -11,7 +11,7 @@ namespace QtText {
 
 QString fromUtf8(std::string_view text)
 {
-    // QString::fromUtf8() would drop the U+FEFF.
+    // QString::fromUtf8() would drop a leading U+FEFF.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
     return decoder.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }

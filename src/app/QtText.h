@@ -6,19 +6,20 @@
 #include <string>
 #include <string_view>
 
-/// Text on its way between the interface and the rest of the program. Linear; any thread.
+/// Converts text between the interface and the rest of the program. Linear; any thread.
 namespace QtText {
 
-/// `text` (valid UTF-8), a leading U+FEFF included.
+/// Converts `text` (valid UTF-8) and keeps a leading U+FEFF.
 QString fromUtf8(std::string_view text);
 
-/// The same after WhiteSpace::normalised: the form in which sources are accepted.
+/// Converts `text` (valid UTF-8) after WhiteSpace::normalised, the form in which AppState accepts
+/// sources.
 QString normalised(std::string_view text);
 
-/// `text` as valid UTF-8; lone surrogates, which are no characters, are replaced.
+/// Converts `text` to valid UTF-8. Lone surrogates, which are no characters, are replaced.
 std::string toUtf8(QStringView text);
 
-/// What users are told of `error`: its own sentence.
+/// What users are told about `error`: its own sentence, or one of ours if memory has run out.
 QString sentence(const std::exception& error);
 
 } // namespace QtText

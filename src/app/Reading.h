@@ -7,12 +7,12 @@
 #include <exception>
 #include <optional>
 
-/// What reading a source has come to. Errors are texts here, not exceptions, which had better stay
-/// on the thread that threw them.
+/// The result of reading a source. An error is kept as text, because an exception had better stay
+/// on the thread that threw it.
 struct Reading
 {
     QString text;                 // normalised
-    std::optional<QString> error; // a sentence, where it failed
+    std::optional<QString> error; // a sentence, if reading has failed
     QString share = {};           // which part of the source was read, empty for the whole
 
     static Reading failed(const std::exception& caught)

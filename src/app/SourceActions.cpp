@@ -23,7 +23,7 @@ QString labelOf(ScreenGrab::Kind kind)
     return QStringLiteral("Selected area");
 }
 
-/// The last component of the path, also of one that ends in a slash.
+/// The last component of the path, even if that ends in a slash.
 QString labelOf(const std::filesystem::path& file)
 {
     const std::filesystem::path name =
@@ -89,7 +89,7 @@ QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read, Effo
     }
 }
 
-/// Empty also where `read` fails.
+/// The text that `read` returns, normalised; empty if it fails.
 QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()> read,
                                                      Effort effort)
 {
@@ -97,8 +97,8 @@ QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()
     co_return reading.text;
 }
 
-// These two are apart from where they are awaited, because GCC 12 destroys a function object twice
-// that is made in an expression that waits.
+// The next two functions are not written inline where they are awaited: GCC 12 destroys a function
+// object twice if it is made in an expression that contains co_await.
 
 QFuture<Reading> AppState::clipboardText()
 {

@@ -9,7 +9,7 @@ void AppState::summarize()
         errorMessage = QStringLiteral("Nothing to summarize yet.");
         return;
     }
-    // A source action before this one leaves the state working, until the next action.
+    // If a source action led here, the state stays "working" until the next action.
     if (!m_services.isModelReady()) {
         errorMessage = QStringLiteral("The language model is still downloading.");
         return;

@@ -13,7 +13,7 @@ namespace SummaryRun {
 
 namespace {
 
-/// What a run has to tell and the main thread has not heard yet.
+/// What a run reports and the main thread has not handled yet.
 class Updates : public std::enable_shared_from_this<Updates>
 {
 public:
@@ -24,7 +24,7 @@ public:
         : m_queue(std::move(queue)), m_token(std::move(token)), m_listener(std::move(listener))
     {}
 
-    /// On the run's thread. Takes the place of what it makes obsolete.
+    /// Adds an update and drops those that it makes obsolete. Called on the run's thread.
     void add(Kind kind, QString text)
     {
         const MutexLock lock(m_mutex);
@@ -45,7 +45,7 @@ private:
         QString text;
     };
 
-    /// On the main thread.
+    /// Hands all updates to the listener. Called on the main thread.
     void deliver()
     {
         std::vector<Update> updates;
@@ -54,7 +54,7 @@ private:
             updates.swap(m_pending);
         }
         for (const Update& update : updates) {
-            // Whoever hears of one may stop the run.
+            // The listener may have stopped the run.
             if (!m_token->isCancelled())
                 listener(update.kind)(update.text);
         }

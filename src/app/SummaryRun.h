@@ -10,7 +10,7 @@
 class BackgroundThreads;
 class MainThreadQueue;
 
-/// One summary, made on a thread of its own and heard of on the main thread.
+/// Makes one summary on a thread of its own and reports about it on the main thread.
 namespace SummaryRun {
 
 struct Request
@@ -20,9 +20,10 @@ struct Request
     SummaryLength length;
 };
 
-/// Called on the main thread, as long as the run's token is not cancelled: `status` and `output`
-/// at most once a turn of the event loop, with the latest of each; at the end either `finished`
-/// with the summary or `failed` with a sentence, after all the others.
+/// What a run reports to. All are called on the main thread, and only as long as the run's token is
+/// not cancelled. `status` and `output` are called at most once in each turn of the event loop,
+/// with the latest text. The end is one call of either `finished` with the summary or `failed` with
+/// a sentence.
 struct Listener
 {
     std::function<void(const QString&)> status;
@@ -31,7 +32,7 @@ struct Listener
     std::function<void(const QString&)> failed;
 };
 
-/// Starts a run. Throws std::system_error where there can be no thread for it. Main thread.
+/// Starts a run. Throws std::system_error if no thread can be started. Main thread.
 void start(BackgroundThreads& threads, std::shared_ptr<MainThreadQueue> queue, Request request,
            std::shared_ptr<const CancelToken> token, Pithwise::Generate generate,
            Listener listener);

@@ -2,7 +2,7 @@
 
 qsizetype WordCount::of(const QString& text)
 {
-    // Who shares a buffer does not write to it, so it holds what was counted.
+    // A string that shares its buffer with another never writes to it, so both are still equal.
     if (!text.isSharedWith(m_counted)) {
         m_count = m_counter(text);
         m_counted = text;
@@ -14,7 +14,7 @@ qsizetype WordCount::words(QStringView text)
 {
     qsizetype count = 0;
     bool isInWord = false;
-    // No white space lies outside the range of single code units.
+    // No white space takes two code units.
     for (const QChar character : text) {
         const bool isSpace = character.isSpace();
         count += !isSpace && !isInWord ? 1 : 0;

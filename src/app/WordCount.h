@@ -4,7 +4,8 @@
 
 #include <functional>
 
-/// Counts words, once for each text however often it is asked. One thread at a time.
+/// Counts the words of a text, and only once if it is asked for the same text again. One thread at
+/// a time.
 class WordCount
 {
 public:
@@ -14,7 +15,8 @@ public:
 
     qsizetype of(const QString& text);
 
-    /// The pieces between white space; what stands against a word is part of it. Linear.
+    /// How many words `text` has. A word is everything between white space, punctuation included.
+    /// Linear.
     static qsizetype words(QStringView text);
 
 private:
