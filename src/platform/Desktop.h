@@ -3,10 +3,10 @@
 /// What the desktop offers windows. Any thread.
 namespace Desktop {
 
-/// Whether there is one that can show windows at all.
+/// Whether there is a desktop that can show windows at all.
 bool isAvailable();
 
-/// Whether windows may be translucent in part, as round corners and shadows are.
+/// Whether parts of a window may be translucent, which round corners and shadows need.
 bool isComposited();
 
 } // namespace Desktop

@@ -3,19 +3,19 @@
 #include <functional>
 #include <memory>
 
-/// Control, Alt and the key that bears the S on an English keyboard, whatever the layout makes of
-/// it and whichever application is in front. Main thread only.
+/// The global hotkey: Control, Alt and the key that is S on an English keyboard. It works whatever
+/// letter the layout puts on that key and whichever application is in front. Main thread only.
 class GlobalHotKey
 {
 public:
-    /// Gives the keys back.
+    /// Gives the hotkey back to other programs.
     virtual ~GlobalHotKey() = default;
 
-    /// Whether this program has the keys, as far as the system tells by now.
+    /// Whether this program has the hotkey, as far as the system has told by now.
     virtual bool isGranted() const = 0;
 
-    /// Has `pressed` called by the event loop, once for a press however long the keys are held.
-    /// Never called where another program has these keys, or the session lets no program have any.
+    /// The event loop will call `pressed` once for each press, however long the keys are held. It
+    /// is never called if another program has the hotkey, or if the session gives no program any.
     static std::unique_ptr<GlobalHotKey> create(std::function<void()> pressed);
 
 protected:

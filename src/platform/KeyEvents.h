@@ -2,8 +2,8 @@
 
 #include <memory>
 
-/// Keys sent in the user's name. An object may be used by any thread, by one at a time; no call
-/// takes longer than 100 milliseconds, none throws.
+/// Sends keys in the user's name. An object may be used by any thread, but by one at a time. No
+/// call takes longer than 100 milliseconds, and none throws.
 class KeyEvents
 {
 public:
@@ -11,12 +11,13 @@ public:
 
     virtual ~KeyEvents() = default;
 
-    /// Sends the frontmost application the shortcut for "copy". Keys that the user still holds are
-    /// released first and stay released. Nothing is sent to a terminal, where the shortcut may
-    /// end the running program, nor where no application is in front.
+    /// Sends the shortcut for "copy" to the frontmost application. Keys that the user still holds
+    /// are released first and stay released. Nothing is sent to a terminal, where the shortcut may
+    /// end the running program, and nothing if no application is in front.
     virtual Outcome sendCopy() = 0;
 
-    /// The keyboard of the session the process runs in; one that sends nothing where there is none.
+    /// Makes an object for the session that the process runs in. If that session lets programs send
+    /// no keys, the object sends none.
     static std::unique_ptr<KeyEvents> create();
 
 protected:

@@ -3,24 +3,24 @@
 #include <functional>
 #include <memory>
 
-/// Clicks of the left and the right mouse button anywhere but on this process's windows, and but on
-/// what only helps to write in them: the candidates of an input method, an on-screen keyboard. A
-/// press that becomes a drag is no click. Main thread only.
+/// Notices clicks of the left or right mouse button outside of this process's windows. Clicks on
+/// what only helps to write in these windows do not count, such as the candidates of an input
+/// method or an on-screen keyboard. Nor does a press that becomes a drag. Main thread only.
 class OutsideClicks
 {
 public:
     virtual ~OutsideClicks() = default;
 
-    /// What is pressed from now on is not told, until `resume`.
+    /// Ignores what is pressed from now on, until resume().
     virtual void pause() = 0;
     virtual void resume() = 0;
 
-    /// Buttons that are down now, or have been released without it having been told, come to no
-    /// click.
+    /// Once this has returned, `clicked` is not called for a button that was pressed before,
+    /// whether that is still down or has been released since.
     virtual void forget() = 0;
 
-    /// Has `clicked` called by the event loop when the button is released; never where the session
-    /// lets no program know.
+    /// The event loop will call `clicked` when the button is released. It is never called if the
+    /// session does not let programs know about clicks on other windows.
     static std::unique_ptr<OutsideClicks> create(std::function<void()> clicked);
 
 protected:

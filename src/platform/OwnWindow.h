@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-/// What the desktop does with a window of this process, by the id that it has there. Main thread
-/// only; without effect, and as if all were well, where the desktop does not tell.
+/// How the desktop handles a window of this process, which is given by its id on the desktop. Main
+/// thread only. If the desktop does not tell, functions do nothing and answer as if all were well.
 namespace OwnWindow {
 
 using Id = std::uint64_t;
@@ -11,14 +11,14 @@ using Id = std::uint64_t;
 /// Keeps a window that is about to be shown out of taskbars and pagers.
 void keepOffLists(Id window);
 
-/// Whether it is on the workspace that the user looks at.
+/// Whether the window is on the workspace that the user looks at.
 bool isHere(Id window);
 
-/// Moves it there.
+/// Moves the window to the workspace that the user looks at.
 void bringHere(Id window);
 
-/// Whether a picture of `other`, a window of another process, would show it in place of what is
-/// below it.
+/// Whether a picture of `other`, a window of another process, would show this window in place of
+/// what it covers.
 bool covers(Id window, std::uint32_t other);
 
 } // namespace OwnWindow

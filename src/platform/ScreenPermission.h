@@ -8,14 +8,14 @@ class ScreenPermission
 public:
     virtual ~ScreenPermission() = default;
 
-    /// Whether it is given, without asking. Any thread.
+    /// Whether the permission is given. Does not ask the user. Any thread.
     virtual bool isGranted() = 0;
 
-    /// Asks the user where the system provides for it and they were not asked before, and returns
-    /// whether it is given now. Blocks, any thread.
+    /// Asks the user, if the system provides for that and they were not asked before. Returns
+    /// whether the permission is given now. Blocks; any thread.
     virtual bool request() = 0;
 
-    /// The system's permission; never given where there is no way to take pictures.
+    /// The system's permission. If there is no way to take pictures, one that is never given.
     static std::unique_ptr<ScreenPermission> create();
 
 protected:

@@ -6,33 +6,33 @@
 #include <memory>
 #include <optional>
 
-/// Pictures of the user's screen, as PNG files that have no name: nothing of them is left, however
-/// the process ends.
+/// Takes pictures of the user's screen, as PNG files that have no name. However the process ends,
+/// nothing is left of them.
 ///
 /// Each `take` blocks, may be called from any thread and returns the file, or nothing. Each throws
-/// std::runtime_error with a sentence for the user when there was a picture that could not be
-/// written.
+/// std::runtime_error with a sentence for the user if a picture was taken but could not be written.
 class Screenshot
 {
 public:
     virtual ~Screenshot() = default;
 
-    /// All monitors, without the pointer. Nothing where the system refuses.
+    /// All monitors, without the pointer. Nothing if the system refuses.
     virtual std::optional<FileDescriptor> takeScreen() = 0;
 
-    /// The window that WindowList knows as `id`, without title bar and shadow. Nothing also when it
-    /// is gone.
+    /// The window that WindowList knows as `id`, without its title bar and shadow. Nothing also if
+    /// the window is gone.
     virtual std::optional<FileDescriptor> takeWindow(std::uint32_t id) = 0;
 
-    /// The rectangle that the user drags out, of the screen as it was at the call. Nothing when the
-    /// user cancels, and at once while another selection is under way. Shows its size only in a
-    /// process with a QGuiApplication.
+    /// Lets the user drag out a rectangle, and returns it as the screen was at the time of the
+    /// call. Nothing if the user cancels; nothing, at once, while another selection is under way.
+    /// The size of the rectangle is shown only in a process with a QGuiApplication.
     virtual std::optional<FileDescriptor> takeSelection() = 0;
 
-    /// Cancels the selection of this object that is under way, else the next one. Any thread.
+    /// Cancels this object's selection. If none is under way, cancels the next one. Any thread.
     virtual void cancelSelection() = 0;
 
-    /// The system's way; one that always refuses where there is none.
+    /// The system's screenshots. If there is no way to take pictures, an object that always returns
+    /// nothing.
     static std::unique_ptr<Screenshot> create();
 
 protected:

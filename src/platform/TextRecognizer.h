@@ -11,16 +11,16 @@
 class TextRecognizer
 {
 public:
-    /// A picture in shades of grey, 0 being black; not owned.
+    /// A picture in shades of grey, from 0 for black to 255 for white. Not owned.
     struct GreyImage
     {
         const std::uint8_t* pixels;
         int width;            // pixels
         int height;           // pixels
-        std::size_t rowBytes; // from the start of one row to that of the next
+        std::size_t rowBytes; // from the start of one row to the start of the next
     };
 
-    /// A picture in colours, each 0x00RRGGBB, of which the first byte is not looked at; not owned.
+    /// A picture in colours, each 0x00RRGGBB; the highest byte is ignored. Not owned.
     struct ColourImage
     {
         const std::uint32_t* pixels;
@@ -31,27 +31,27 @@ public:
 
     struct Reading
     {
-        /// The best reading of every line of text, in reading order, valid UTF-8; a line the
+        /// The best reading of every line of text, in reading order. Valid UTF-8. A line that the
         /// recogniser has no reading for is an empty string.
         std::vector<std::string> lines;
-        /// How many letters are read, each counting the less the less it is sure.
+        /// How many letters have been read. The less sure a letter is, the less it counts.
         double certainty = 0;
-        /// Whether text seems to be there that was not read, or not well.
+        /// Whether there seems to be text that was not read, or not well.
         bool isDoubtful = false;
     };
 
     virtual ~TextRecognizer() = default;
 
-    /// The text in `image`, small and faint text included. Throws std::runtime_error with a
-    /// sentence for the user when recognising fails. Blocks, for seconds with a full page.
+    /// The text in `image`, also small and faint text. Throws std::runtime_error with a sentence
+    /// for the user if recognising fails. Blocks, with a full page for seconds.
     virtual Reading read(const GreyImage& image) = 0;
 
-    /// The same by the recogniser's own ways alone, for what the preparation of pictures does not
-    /// suit: noise, colours of the same shade.
+    /// Like read(), but leaves it to the recogniser alone to prepare the picture. Use it where our
+    /// own preparation does not suit the picture: noise, colours of the same shade.
     virtual Reading readPlainly(const ColourImage& image) = 0;
 
-    /// The system's recogniser. Throws std::runtime_error with a sentence for the user when it is
-    /// not installed.
+    /// The system's recogniser. Throws std::runtime_error with a sentence for the user if it is not
+    /// installed.
     static std::unique_ptr<TextRecognizer> create();
 
 protected:

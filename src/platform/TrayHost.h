@@ -3,14 +3,14 @@
 #include <functional>
 #include <memory>
 
-/// The panel or dock that shows the icons of programs. It may be there from the start, come late,
-/// go and come back, or never be there. Main thread only.
+/// Tells when there is a panel or dock that shows the icons of programs. It may be there from the
+/// start, come late, go and come back, or never be there. Main thread only.
 class TrayHost
 {
 public:
     virtual ~TrayHost() = default;
 
-    /// Has `came` called by the event loop for each that is there or comes.
+    /// The event loop will call `came` for each panel or dock that is there already or comes later.
     static std::unique_ptr<TrayHost> create(const std::function<void()>& came);
 
 protected:

@@ -14,10 +14,10 @@ public:
     struct Window
     {
         std::uint32_t id = 0;
-        /// 0 for the ordinary windows of applications; others lie above (docks, notifications,
-        /// whatever stays on top) or below them (the desktop).
+        /// 0 for the ordinary windows of applications. Higher for windows above these (docks,
+        /// notifications, whatever stays on top), lower for those below (the desktop).
         int layer = 0;
-        std::optional<pid_t> owner; // the process, where the window tells
+        std::optional<pid_t> owner; // the process, if the window tells
         double opacity = 1;         // from 0, invisible, to 1
         double width = 0;           // points, without the title bar and shadows
         double height = 0;          // points
@@ -25,12 +25,12 @@ public:
 
     virtual ~WindowList() = default;
 
-    /// The windows that are on screen, the frontmost first, also those that others cover; neither
-    /// minimised ones nor those of other workspaces. Empty where the system does not tell. Blocks
-    /// for milliseconds, any thread, throws nothing but std::bad_alloc.
+    /// The windows that are on screen, the frontmost first. Windows that others cover are among
+    /// them, but neither minimised ones nor those on other workspaces. Empty if the system does not
+    /// tell. Blocks for milliseconds. Any thread. Throws nothing but std::bad_alloc.
     virtual std::vector<Window> windows() = 0;
 
-    /// The system's list; one that is always empty where there is none.
+    /// The system's list. If it has none, one that is always empty.
     static std::unique_ptr<WindowList> create();
 
 protected:

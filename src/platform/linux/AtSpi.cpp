@@ -22,19 +22,21 @@ constexpr quint64 isActive = quint64{1} << 1U;
 constexpr quint64 isFocused = quint64{1} << 12U;
 constexpr quint64 isShowing = quint64{1} << 25U;
 constexpr uint paragraphRole = 73;
-constexpr int maximumNodes = 5000;     // of a window's tree
+constexpr int maximumNodes = 5000;     // that are looked at in one window
 constexpr int maximumChildren = 1000;  // of one element
 constexpr int maximumSelections = 100; // of one element
-constexpr int maximumFocused = 50;     // Kate has some twenty
-// All of the process's D-Bus connections share a thread: it is never given more work than for a
-// few milliseconds at once.
+constexpr int maximumFocused = 50;     // Kate has about twenty
+// How many questions are sent at once. All D-Bus connections of the process share one thread, which
+// must never be busy for more than a few milliseconds with ours.
 constexpr int questionsAtOnce = 100;
 
-// Stands in a text for an element with a text of its own, which is not part of the answer.
+// The character that stands in a text for an embedded element, whose own text is not part of the
+// answer.
 constexpr char16_t embeddedObject = u'\xFFFC';
 
-/// Empty where there is none. D-Bus libraries would start a bus of their own then, which nobody
-/// else is on, and keep to the first address that they have found.
+/// The address of the session bus, empty if there is none. D-Bus libraries are not asked for it: if
+/// there is no bus they would start one of their own, which nobody else uses, and they keep to the
+/// first address that they have found.
 QString sessionBusAddress()
 {
     QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
@@ -44,7 +46,7 @@ QString sessionBusAddress()
     return "unix:path=" + QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
 }
 
-/// What Collection.GetMatches looks for: objects that have the keyboard.
+/// The rule that makes Collection.GetMatches look for objects that have the keyboard.
 QVariant focusedRule()
 {
     enum MatchType { all = 1 };
@@ -84,7 +86,7 @@ QDBusMessage AtSpi::message(const Object& object, const QString& interface, cons
     return request;
 }
 
-/// The answer; nothing upon an error, which from the deadline on every call ends in.
+/// The answer, empty upon an error. After the deadline every call ends in an error.
 QVariantList AtSpi::call(const QDBusMessage& request)
 {
     const int left = millisecondsLeft();
@@ -145,7 +147,8 @@ QList<AtSpi::Object> AtSpi::objects(const QVariantList& answer)
     return result;
 }
 
-/// None where there are more than anybody could look at: such an answer alone would take seconds.
+/// The children of `parent`. Empty if there are more than `maximumChildren`: that answer alone
+/// could take seconds.
 QList<AtSpi::Object> AtSpi::children(const Object& parent)
 {
     const QVariantList count = call(message(parent, "org.freedesktop.DBus.Properties", "Get",
@@ -169,9 +172,9 @@ std::optional<AtSpi::Object> AtSpi::application(pid_t process)
     return std::nullopt;
 }
 
-/// The window of `application` that has the keyboard. Another one may have a focused element too,
-/// from when it had the keyboard. Chromium does not always say which it is: then it is known where
-/// there is only one.
+/// The window of `application` that has the keyboard. Other windows may also have a focused
+/// element, from the time when they had the keyboard. Chromium does not always say which window is
+/// active; then the answer is known only if just one is shown.
 std::optional<AtSpi::Object> AtSpi::activeWindowOf(const Object& application)
 {
     QList<Object> shown;
@@ -186,8 +189,8 @@ std::optional<AtSpi::Object> AtSpi::activeWindowOf(const Object& application)
     return shown.size() == 1 ? std::optional(shown.front()) : std::nullopt;
 }
 
-/// Chromium's ranges come short by the number of characters before them that take a pair of UTF-16
-/// units.
+/// Whether `application` uses Chromium, whose ranges come out too small: by the number of
+/// characters before them that take a pair of UTF-16 units.
 bool AtSpi::isMiscounting(const Object& application)
 {
     const QVariantList answer =
@@ -212,15 +215,16 @@ std::optional<int> AtSpi::selectionsOf(const Object& object)
     return count.isEmpty() ? std::nullopt : std::optional(count[0].toInt());
 }
 
-/// Whether others beside `object` may be selected too: word processors have an element for every
-/// paragraph, of which one has the keyboard.
+/// Whether other elements may be selected together with `object`. Word processors have an element
+/// for every paragraph, of which only one has the keyboard.
 bool AtSpi::isPartOfDocument(const Object& object)
 {
     const QVariantList role = call(message(object, accessible, "GetRole"));
     return role.isEmpty() || role[0].toUInt() == paragraphRole;
 }
 
-/// The text selected in `object`: its pieces, a line each, where there are several.
+/// The text selected in `object`. If several pieces of text are selected, each is a line. Nothing
+/// if the text could be incomplete.
 std::optional<std::string> AtSpi::textOf(const Object& object)
 {
     const int selections = std::min(selectionsOf(object).value_or(0), maximumSelections);
@@ -237,14 +241,15 @@ std::optional<std::string> AtSpi::textOf(const Object& object)
             pieces.append(text[0].toString());
     }
     const QString whole = pieces.join('\n');
-    // A piece that came after the deadline would be missing.
+    // A piece that had not come by the deadline would be missing.
     if (m_hasTimedOut || whole.isEmpty() || whole.contains(embeddedObject) ||
         isPartOfDocument(object))
         return std::nullopt;
     return whole.toStdString();
 }
 
-/// What has the keyboard in a window, by the application's own search; not every toolkit has one.
+/// The elements in `window` that have the keyboard, found by the application's own search. Not
+/// every toolkit has such a search.
 QList<AtSpi::Object> AtSpi::focused(const Object& window)
 {
     const int canonicalOrder = 1;
@@ -266,7 +271,8 @@ AtSpi::States AtSpi::statesOf(const QVariantList& answer)
     return (States{words[1]} << 32U) | words[0];
 }
 
-/// Adds those of `some`, asked for at once to wait only once.
+/// Adds the states of `some` to `states`. All are asked for at once, so that there is only one
+/// wait.
 void AtSpi::addStates(QList<States>& states, const QList<Object>& some)
 {
     QList<QDBusPendingCall> calls;
@@ -279,7 +285,7 @@ void AtSpi::addStates(QList<States>& states, const QList<Object>& some)
     }
 }
 
-/// The states of all `objects`, as far as the time suffices.
+/// The states of all `objects`; 0 for those that could not be had in time.
 QList<AtSpi::States> AtSpi::states(const QList<Object>& objects)
 {
     QList<States> result;
@@ -290,8 +296,8 @@ QList<AtSpi::States> AtSpi::states(const QList<Object>& objects)
     return result;
 }
 
-/// The same by looking at all that is on the screen, from the top, until `isFound`. The window may
-/// be what has the keyboard itself.
+/// Visits the elements that have the keyboard by looking at everything on the screen in `window`,
+/// from the top, until `isFound` returns true. The window itself may be the first.
 void AtSpi::walk(const Object& window, const Visitor& isFound)
 {
     if (isFound(window))
@@ -313,7 +319,7 @@ void AtSpi::walk(const Object& window, const Visitor& isFound)
     }
 }
 
-/// Visits what has the keyboard until `isFound`.
+/// Visits the elements in `window` that have the keyboard until `isFound` returns true.
 void AtSpi::visitFocused(const Object& window, const Visitor& isFound)
 {
     const QList<Object> found = focused(window);
@@ -323,7 +329,7 @@ void AtSpi::visitFocused(const Object& window, const Visitor& isFound)
         static_cast<void>(std::any_of(found.begin(), found.end(), isFound));
 }
 
-/// From here on every question ends with `limit`.
+/// The active window of `process`. All further questions share this call's `limit`.
 std::optional<AtSpi::Object> AtSpi::activeWindow(pid_t process, std::chrono::milliseconds limit)
 {
     m_deadline = Clock::now() + limit;

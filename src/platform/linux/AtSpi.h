@@ -13,8 +13,8 @@
 #include <optional>
 #include <string>
 
-/// The selected text as applications tell it over the accessibility bus. That bus is used where it
-/// runs; neither it nor any setting of the desktop is turned on. One thread at a time.
+/// Asks applications over the accessibility bus which text is selected. Uses the bus only if it is
+/// running already; turns on neither the bus nor any setting of the desktop. One thread at a time.
 class AtSpi
 {
 public:
@@ -23,12 +23,13 @@ public:
     AtSpi(const AtSpi&) = delete;
     AtSpi& operator=(const AtSpi&) = delete;
 
-    /// The text selected in the focused element of the active window of `process`. Nothing where
-    /// none is selected, the application does not tell, or does not do so within `limit`.
+    /// The text selected in the focused element of the active window of `process`. Nothing if no
+    /// text is selected, or if the application does not tell it within `limit`.
     std::optional<std::string> selectedText(pid_t process, std::chrono::milliseconds limit);
 
-    /// Whether something is selected there, also where the application does not tell what. Nothing
-    /// where it does not tell that either.
+    /// Whether something is selected in the focused element of the active window of `process`. Some
+    /// applications tell this without telling the text. Nothing if this one does not, or not within
+    /// `limit`.
     std::optional<bool> hasSelection(pid_t process, std::chrono::milliseconds limit);
 
 private:
@@ -69,5 +70,5 @@ private:
     std::optional<QDBusConnection> m_bus;
     Clock::time_point m_deadline;
     bool m_hasTimedOut = false;
-    bool m_isMiscounting = false; // the application that is asked
+    bool m_isMiscounting = false; // of the application that is being asked
 };

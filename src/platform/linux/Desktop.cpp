@@ -14,7 +14,7 @@ bool isAvailable()
 bool isComposited()
 {
     if (!DesktopKind::isX11())
-        return true; // Wayland knows nothing else
+        return true; // Wayland always composites
     const auto connection = X11Connection::open();
     if (!connection)
         return false;

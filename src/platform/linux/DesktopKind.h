@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 
-/// What kind of desktop the process runs on, which decides the back ends of the ports.
+/// Tells what kind of desktop the process runs on. That decides the back ends of the ports.
 namespace DesktopKind {
 
-/// Whether an X server shows the desktop. On Wayland it may be there too, but knows only some of
-/// the windows and nothing of what the others show. Any thread.
+/// Whether an X server shows the desktop. On Wayland there may be an X server too, but it knows
+/// only some of the windows and nothing of what the others show. Any thread.
 inline bool isX11()
 {
     const auto isSet = [](const char* name) {

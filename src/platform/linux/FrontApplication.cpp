@@ -13,7 +13,7 @@ using Deadline = X11Connection::Deadline;
 
 constexpr std::size_t maximumNameBytes = 1024;
 
-// "term" and "console" find most of them.
+// Terminals without "term" or "console" in their names; most have one of these.
 constexpr std::array<std::string_view, 27> terminals = {
     "alacritty", "blackbox", "contour", "cool-retro", "foot",    "footclient",
     "ghostty",   "guake",    "hyper",   "kgx",        "kitty",   "konsole",
@@ -21,7 +21,7 @@ constexpr std::array<std::string_view, 27> terminals = {
     "tilda",     "tilix",    "urxvt",   "warp",       "wezterm", "xfce4-dropdown",
     "yakuake",   "zutty",    "tmux"};
 
-/// The first value of a property: window managers may add others.
+/// The first value of the property; window managers may add others.
 std::optional<std::uint32_t> number(X11Connection& connection, xcb_window_t window,
                                     const char* name, Deadline deadline)
 {
@@ -30,8 +30,8 @@ std::optional<std::uint32_t> number(X11Connection& connection, xcb_window_t wind
     return values.empty() ? std::nullopt : std::optional(values.front());
 }
 
-/// What the window manager calls active; the window that has the keyboard where there is no manager
-/// to tell. (Where there is one, that window may be the manager's own.)
+/// The window that the window manager calls active. Without a window manager it is the window that
+/// has the keyboard; with one, that window may be the manager's own.
 xcb_window_t frontWindow(X11Connection& connection, Deadline deadline)
 {
     if (number(connection, connection.root(), "_NET_SUPPORTING_WM_CHECK", deadline))

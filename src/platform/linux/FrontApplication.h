@@ -15,11 +15,12 @@ struct FrontApplication
     pid_t process;                  // as the application says; 0 if it does not
     std::vector<std::string> names; // in lower case: of the window's class, and of the process
 
-    /// Nothing where there is none, as on an empty desktop.
+    /// Finds it. Nothing if there is none, as on an empty desktop.
     static std::optional<FrontApplication> find(X11Connection& connection,
                                                 X11Connection::Deadline deadline);
 
-    /// Whether a key for "copy" could be one that ends the program which runs in it.
+    /// Whether it is a terminal, where the shortcut for "copy" could end the program that runs in
+    /// it.
     bool isTerminal() const;
 
     /// Whether a click with Shift held is as one without in this terminal, rather than extend what

@@ -8,7 +8,7 @@ namespace GreyScaling {
 
 namespace {
 
-/// Where one pixel of the result takes its grey from.
+/// The two neighbours in a row or column that a pixel of the result takes its grey from.
 struct Place
 {
     int first;

@@ -2,7 +2,7 @@
 
 #include "GlobalHotKey.h"
 
-/// For sessions that let programs have no keys.
+/// For sessions that give programs no hotkeys.
 class NullGlobalHotKey : public GlobalHotKey
 {
 public:

@@ -2,7 +2,7 @@
 
 #include "Pasteboard.h"
 
-/// The clipboard of a session whose own is out of reach: always empty.
+/// For sessions whose clipboard cannot be reached: always empty.
 class NullPasteboard : public Pasteboard
 {
 public:

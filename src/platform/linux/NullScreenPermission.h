@@ -2,7 +2,7 @@
 
 #include "ScreenPermission.h"
 
-/// Where there is no way to take pictures of the screen, and so nothing to ask for.
+/// For sessions in which pictures of the screen cannot be taken, and there is nothing to ask for.
 class NullScreenPermission : public ScreenPermission
 {
 public:

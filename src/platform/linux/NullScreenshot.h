@@ -2,7 +2,7 @@
 
 #include "Screenshot.h"
 
-/// Where there is no way to take pictures of the screen.
+/// For sessions in which pictures of the screen cannot be taken.
 class NullScreenshot : public Screenshot
 {
 public:

@@ -2,7 +2,7 @@
 
 #include "WindowList.h"
 
-/// Where the desktop shows no program the windows of the others.
+/// For sessions that do not tell programs about each other's windows.
 class NullWindowList : public WindowList
 {
 public:

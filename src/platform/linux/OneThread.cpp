@@ -7,8 +7,9 @@ namespace {
 using Get = int (*)();
 using Set = void (*)(int);
 
-/// Looked up in the process, so that it is the library that Tesseract brings, whatever compiler
-/// built us; null where Tesseract is built without.
+/// The function of OpenMP with this name, null if Tesseract was built without OpenMP. It is looked
+/// up in the process, so that it belongs to the library that Tesseract brings, whatever compiler
+/// built us.
 template <typename Function>
 Function find(const char* name)
 {

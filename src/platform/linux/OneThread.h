@@ -1,9 +1,9 @@
 #pragma once
 
-/// While it lives, OpenMP starts no threads for the thread that has made it. Tesseract's loops are
-/// so short that its threads mostly wait for each other, which takes many times as long; OpenMP's
-/// environment variables are read before main(), and Tesseract overrides the number of threads.
-/// Destroyed on the same thread.
+/// While alive, keeps OpenMP from starting threads for the thread that made this object.
+/// Tesseract's loops are so short that its threads mostly wait for each other, which takes many
+/// times as long. There is no simpler way: OpenMP reads its environment variables before main(),
+/// and Tesseract overrides the number of threads. Destroyed on the thread that made it.
 class OneThread
 {
 public:

@@ -27,7 +27,7 @@ std::optional<std::uint32_t> value(X11Connection& connection, xcb_window_t windo
     return values.empty() ? std::nullopt : std::optional(values.front());
 }
 
-/// The workspace that the user looks at, unless `window` is there or on all of them.
+/// The workspace that the user looks at; nothing if `window` is on it or on all of them.
 std::optional<std::uint32_t> otherWorkspace(X11Connection& connection, xcb_window_t window)
 {
     const auto present = value(connection, connection.root(), "_NET_CURRENT_DESKTOP");
@@ -48,8 +48,8 @@ QRect areaOf(X11Connection& connection, xcb_window_t window)
 
 } // namespace
 
-/// On Qt's connection, because the server may not know of the window yet on any other. Qt adds to
-/// what it finds.
+/// This goes over Qt's connection, because on any other the server may not know the window yet. Qt
+/// adds its own states to those that it finds.
 void OwnWindow::keepOffLists(Id window)
 {
     auto* const application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -78,7 +78,7 @@ void OwnWindow::bringHere(Id window)
     const auto workspace = otherWorkspace(*connection, own);
     if (!workspace)
         return;
-    constexpr std::uint32_t application = 1; // who asks
+    constexpr std::uint32_t application = 1; // the kind of program that asks
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
@@ -89,12 +89,12 @@ void OwnWindow::bringHere(Id window)
     xcb_send_event(connection->get(), 0, connection->root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&request));
-    connection->finish(); // before what is asked for on other connections from now on
+    connection->finish(); // so that it comes before requests on other connections
 }
 
 bool OwnWindow::covers(Id window, std::uint32_t other)
 {
-    // A compositor keeps every window whole.
+    // With a compositor the picture of a window shows nothing of others.
     const auto connection = Desktop::isComposited() ? nullptr : connect();
     return connection && areaOf(*connection, static_cast<xcb_window_t>(window))
                              .intersects(areaOf(*connection, other));

@@ -9,5 +9,5 @@ struct PictureDeleter
     void operator()(Pix* picture) const { pixDestroy(&picture); }
 };
 
-/// A picture of Leptonica's and its owner; null stands for a call that has failed.
+/// Owns a picture of Leptonica's. Null if the call that should have made it has failed.
 using Picture = std::unique_ptr<Pix, PictureDeleter>;

@@ -4,7 +4,7 @@
 
 namespace PlainTextItem {
 
-/// Nothing where `text` has other characters.
+/// `text` in Latin-1, nothing if it has other characters.
 static std::optional<std::string> latin1(const std::string& text)
 {
     const auto* data = reinterpret_cast<const std::uint8_t*>(text.data());
@@ -25,7 +25,7 @@ Pasteboard::Item of(std::string text)
     std::optional<std::string> string = latin1(text);
     item.push_back({"UTF8_STRING", text, "UTF8_STRING 8"});
     item.push_back({"text/plain;charset=utf-8", text, "text/plain;charset=utf-8 8"});
-    // The name that leaves the form to the owner.
+    // Programs that ask for this name leave the form to the owner.
     item.push_back({"TEXT", std::move(text), "UTF8_STRING 8"});
     if (string)
         item.push_back({"STRING", *std::move(string), "STRING 8"});

@@ -2,11 +2,11 @@
 
 #include "Pasteboard.h"
 
-/// Text as X11 programs exchange it.
+/// Plain text in the forms in which X11 programs exchange it.
 namespace PlainTextItem {
 
-/// `text`, in UTF-8, under each of the names that programs ask for; as STRING only where Latin-1
-/// has all its characters.
+/// An item with `text` (UTF-8) under each of the names that programs ask for. STRING is among them
+/// only if Latin-1 has all of its characters.
 Pasteboard::Item of(std::string text);
 
 } // namespace PlainTextItem

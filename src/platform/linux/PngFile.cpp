@@ -30,7 +30,7 @@ QByteArray encoded(const QImage& image)
     return bytes;
 }
 
-/// The error's number, or 0.
+/// Returns 0, or the number of the error.
 int writeAll(int descriptor, const QByteArray& bytes)
 {
     for (qsizetype written = 0; written < bytes.size();) {

@@ -4,10 +4,10 @@
 
 #include <QImage>
 
-/// Pictures as PNG files.
+/// Writes pictures as PNG files.
 namespace PngFile {
 
-/// `image` in a file in memory, which has no name and goes with its last descriptor. Throws
+/// `image` in a file in memory that has no name and goes with its last descriptor. Throws
 /// std::runtime_error with a sentence for the user. Blocks; any thread.
 FileDescriptor of(const QImage& image);
 

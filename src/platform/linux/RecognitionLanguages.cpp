@@ -11,11 +11,11 @@ namespace RecognitionLanguages {
 
 namespace {
 
-/// Where Tesseract's names are not the codes of ISO 639-2/T.
+/// A language for which Tesseract's name is not the code of ISO 639-2/T.
 struct Exception
 {
     std::string_view code;
-    std::string_view script; // any where empty
+    std::string_view script; // any script if empty
     std::string_view name;
 };
 
@@ -27,7 +27,7 @@ constexpr std::array exceptions = {
     Exception{"tgl", "", "fil"},
 };
 
-/// The script the locale is written in, as its four letters.
+/// The four letters of the script that the locale is written in, empty if unknown.
 std::string script(const std::string& locale)
 {
     if (locale.ends_with("@latin"))
@@ -74,7 +74,7 @@ std::string name(const std::string& locale)
 std::vector<std::string> wanted()
 {
     std::vector<std::string> names = {"eng"};
-    // What the user writes and what the user reads menus in can differ.
+    // The language that the user writes and the language of the menus can differ.
     for (const char* category : {"LC_CTYPE", "LC_MESSAGES"}) {
         std::string own = name(locale(category));
         if (!own.empty() && std::find(names.begin(), names.end(), own) == names.end())

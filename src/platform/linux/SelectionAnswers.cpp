@@ -13,7 +13,7 @@ constexpr std::size_t maximumPairs = 1000; // of a MULTIPLE request
 constexpr std::chrono::seconds patience(10);
 constexpr std::chrono::seconds serverLimit(1);
 
-/// What fits into one request to the X server.
+/// How many bytes of data fit into one request to the X server, within `largestPiece`.
 std::size_t pieceBytes(xcb_connection_t* connection)
 {
     const std::size_t request = std::size_t{xcb_get_maximum_request_length(connection)} * 4;
@@ -58,7 +58,7 @@ void SelectionAnswers::add(Pasteboard::Item item)
 
 void SelectionAnswers::answer(const xcb_selection_request_event_t& request)
 {
-    // Obsolete programs name no property and mean the target's.
+    // Obsolete programs name no property. They mean the one with the target's name.
     const xcb_atom_t property = request.property == XCB_NONE ? request.target : request.property;
     const bool isDone =
         request.target == m_multiple
@@ -71,7 +71,7 @@ void SelectionAnswers::answer(const xcb_selection_request_event_t& request)
     notify.selection = request.selection;
     notify.target = request.target;
     notify.property = isDone ? property : static_cast<xcb_atom_t>(XCB_NONE);
-    // Events on the wire are 32 bytes, more than this one's structure.
+    // An event on the wire has 32 bytes, more than this one's structure.
     std::array<char, 32> event{};
     std::memcpy(event.data(), &notify, sizeof notify);
     xcb_send_event(m_connection.get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, event.data());
@@ -100,8 +100,8 @@ bool SelectionAnswers::putTargets(xcb_window_t requestor, xcb_atom_t property)
     return true;
 }
 
-/// Answers a request whose property lists pairs of a target and the property to put it into; the
-/// properties that nothing is put into are struck out.
+/// Answers a MULTIPLE request, whose property lists pairs: a target, and the property to put its
+/// data into. Where nothing could be put, the second of the pair is set to none.
 bool SelectionAnswers::putSeveral(xcb_window_t requestor, xcb_atom_t property)
 {
     const auto list =
@@ -158,7 +158,7 @@ void SelectionAnswers::propertyChanged(const xcb_property_notify_event_t& notify
     if (found == m_transfers.end())
         return;
     const bool isLast = found->sent == found->content->data.size();
-    putPiece(*found); // an empty one ends the transfer
+    putPiece(*found); // an empty piece ends the transfer
     if (isLast) {
         m_transfers.erase(found);
         stopWatching(notify.window);

@@ -7,29 +7,30 @@
 #include <map>
 #include <memory>
 
-/// Answers other programs' requests for a selection that this program owns, large contents piece by
-/// piece. Requestors may vanish at any time. One thread at a time.
+/// Answers other programs' requests for a selection that this program owns. Large contents go piece
+/// by piece. A requestor may vanish at any time. One thread at a time.
 class SelectionAnswers
 {
 public:
-    /// `connection` outlives this.
+    /// Requires: `connection` outlives this object.
     explicit SelectionAnswers(X11Connection& connection);
 
-    /// Offers `item` as well; of what is offered twice, the first counts.
+    /// Offers `item` too. Of a type that is offered twice, the first data count.
     void add(Pasteboard::Item item);
-    /// Offers nothing any more; transfers that have begun go on.
+    /// Offers nothing any more. Transfers that have begun go on.
     void clear();
-    /// When the selection was acquired, in the X server's time.
+    /// Says when the selection was acquired, in the X server's time.
     void setTime(xcb_timestamp_t time) { m_time = time; }
 
     void answer(const xcb_selection_request_event_t& request);
-    /// Goes on with a transfer in pieces.
+    /// Sends the next piece of a transfer when its requestor has taken the one before.
     void propertyChanged(const xcb_property_notify_event_t& notify);
     void windowDestroyed(xcb_window_t window);
-    /// Ends the transfers that nobody has gone on with. Whether there were any.
+    /// Ends the transfers whose requestors have taken nothing for too long. Returns whether there
+    /// were any.
     bool dropForgotten();
 
-    /// What is offered, in its order.
+    /// The types that are offered, in their order.
     const std::vector<xcb_atom_t>& targets() const { return m_order; }
 
     bool isTransferring() const { return !m_transfers.empty(); }

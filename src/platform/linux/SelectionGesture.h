@@ -13,7 +13,8 @@ public:
 
     State state() const { return m_state; }
 
-    /// In pixels of the screen; empty unless dragging or chosen.
+    /// The rectangle in pixels of the screen, empty unless it is being dragged out or has been
+    /// chosen.
     QRect rectangle() const
     {
         if (m_state != State::dragging && m_state != State::chosen)
@@ -56,7 +57,7 @@ public:
 private:
     static constexpr int leftButton = 1;
     static constexpr int rightButton = 3;
-    static constexpr int smallestSide = 3; // less is a click with an unsteady hand
+    static constexpr int smallestSide = 3; // pixels; less is a click with an unsteady hand
 
     State m_state = State::waiting;
     QPoint m_from;

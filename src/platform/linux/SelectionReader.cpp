@@ -38,7 +38,8 @@ std::optional<xcb_window_t> SelectionReader::owner(xcb_atom_t selection, Deadlin
     return answer ? std::optional(answer->owner) : std::nullopt;
 }
 
-/// Whether the owner has put something into the property before the deadline.
+/// Waits for the owner's answer. Returns whether it has put something into the property before the
+/// deadline.
 bool SelectionReader::waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Deadline deadline)
 {
     while (const X11Connection::Event event = m_connection.nextEvent(deadline)) {
@@ -75,8 +76,9 @@ SelectionReader::readPieces(std::chrono::milliseconds patience, Deadline deadlin
         std::optional<Property> piece =
             m_connection.property(m_window, m_property, maximumBytes - whole.bytes.size(), deadline,
                                   X11Connection::Afterwards::remove);
-        // The first event may still be about the announcement, which is gone by now. One piece
-        // that is too large is left where it is, and the owner waits for its removal in vain.
+        // There may be nothing yet: the first event may still be about the announcement, which is
+        // gone by now. A piece that is too large stays where it is; the owner waits in vain for its
+        // removal, and this loop ends in time.
         if (!piece)
             continue;
         if (piece->bytes.empty())
@@ -106,8 +108,8 @@ std::optional<X11Connection::Property> SelectionReader::convert(xcb_atom_t selec
             result = readPieces(patience, deadline);
         m_hasStalled = !result;
     }
-    // What comes too late must not be taken for the answer to another question: it goes to the
-    // window that is given up here.
+    // An answer that comes too late must not be taken for the answer to a later question. It goes
+    // to the old window, which is given up here.
     if (m_hasStalled)
         m_window = m_connection.createWindow();
     return result;
@@ -116,7 +118,7 @@ std::optional<X11Connection::Property> SelectionReader::convert(xcb_atom_t selec
 std::optional<std::string>
 SelectionReader::text(xcb_atom_t selection, std::chrono::milliseconds patience, Deadline deadline)
 {
-    // UTF8_STRING first: GTK ends the lines of the other ones with CRLF.
+    // UTF8_STRING comes first, because GTK ends lines with CRLF in the others.
     for (const char* name : {"UTF8_STRING", "text/plain;charset=utf-8", "STRING", "text/plain"}) {
         const xcb_atom_t target = m_connection.atom(name, deadline);
         std::optional<Property> property = convert(selection, target, patience, deadline);

@@ -6,34 +6,35 @@
 #include <string>
 
 /// Reads what another program offers as one of the X server's selections (the clipboard, PRIMARY),
-/// pieces of a large one included. One thread at a time.
+/// also large contents that come in pieces. One thread at a time.
 class SelectionReader
 {
 public:
     using Deadline = X11Connection::Deadline;
     using Property = X11Connection::Property;
 
-    /// The most that is taken of one target, in bytes.
+    /// The most bytes that are taken of one target.
     static constexpr std::size_t maximumBytes = std::size_t{64} << 20;
 
-    /// `connection` outlives this, and is used by nobody else while a call runs.
+    /// Requires: `connection` outlives this object, and nobody else uses it while a call runs.
     explicit SelectionReader(X11Connection& connection);
 
-    /// The window of who has the selection, XCB_NONE where nobody has. Nothing where the server
-    /// does not say so before the deadline.
+    /// The window that has the selection, XCB_NONE if none has. Nothing if the server does not
+    /// answer before the deadline.
     std::optional<xcb_window_t> owner(xcb_atom_t selection, Deadline deadline);
 
-    /// The selection as `target`. Nothing where its owner refuses, does not go on for `patience`
-    /// or until the deadline, or has more than `maximumBytes`.
+    /// The selection in the form `target`. Nothing if its owner refuses it, is silent for
+    /// `patience`, has not finished by the deadline, or has more than `maximumBytes`.
     std::optional<Property> convert(xcb_atom_t selection, xcb_atom_t target,
                                     std::chrono::milliseconds patience, Deadline deadline);
 
-    /// The selection as text in UTF-8, which may be invalid.
+    /// The selection as text in UTF-8, which may be invalid. Nothing if there is no text, or if
+    /// convert() gets none.
     std::optional<std::string> text(xcb_atom_t selection, std::chrono::milliseconds patience,
                                     Deadline deadline);
 
-    /// Whether the last convert() came to nothing although the owner has something: it did not
-    /// answer in time, or is not to be listened to any longer.
+    /// Whether the last convert() returned nothing although the owner may have something: it did
+    /// not answer in time, or had too much.
     bool hasStalled() const { return m_hasStalled; }
 
 private:

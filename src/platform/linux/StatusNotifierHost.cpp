@@ -18,7 +18,7 @@ StatusNotifierHost::StatusNotifierHost(std::function<void()> came)
     if (!m_bus.isConnected())
         return;
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierHost::ask);
-    // The watcher may come before the host, which it keeps account of as well.
+    // The watcher may come before the host. It also tells when a host comes.
     m_bus.connect(watcherName, watcherPath, watcherName,
                   QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(ask()));
     ask();

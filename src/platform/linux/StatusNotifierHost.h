@@ -5,13 +5,13 @@
 
 #include <functional>
 
-/// A panel that asks on the session bus for icons.
+/// Notices panels that find icons over the session bus. Main thread only.
 class StatusNotifierHost : public QObject
 {
     Q_OBJECT
 
 public:
-    /// As for TrayHost::create.
+    /// `came` is called as TrayHost::create() says.
     explicit StatusNotifierHost(std::function<void()> came);
 
 private slots:

@@ -11,21 +11,24 @@ namespace TextPicture {
 
 namespace {
 
-/// The longest side that Tesseract takes, less the margin.
+/// The longest side that Tesseract takes, in pixels, less the margin.
 constexpr int mostSide = 32767 - 64;
 
-/// In pixels. Larger photographs are shrunk to this, which their letters bear; time and memory grow
-/// with it.
+/// In pixels. Larger photographs are shrunk to this size, at which their letters can still be read.
+/// Time and memory grow with it.
 constexpr double mostPixels = 100e6;
 
-/// In pixels, after enlarging: a screen of 3840 by 2160 twice its size.
+/// In pixels. No picture is enlarged beyond this, which suffices for a screen of 3840 by 2160 at
+/// twice its size.
 constexpr double mostEnlargedPixels = 36e6;
 
-/// Letters that touch the edge are often lost; a margin as wide as small letters keeps them.
+/// In pixels. Letters that touch the edge are often lost; a margin as wide as small letters keeps
+/// them.
 constexpr int margin = 10;
 
-/// Up to this height of its letters (the median of all, mostly without ascender) text is small:
-/// that of fonts of about 18 pixels. Twice the size makes none of the larger ones more accurate.
+/// In pixels. Text is small if its letters (their median, mostly without ascender) are no higher
+/// than this, as in fonts of up to about 18 pixels. Larger text is not read more accurately at
+/// twice its size.
 constexpr int smallLetter = 10;
 
 Picture checked(Pix* picture)
@@ -49,7 +52,8 @@ Picture copied(const TextRecognizer::GreyImage& image)
     return picture;
 }
 
-/// The heights of what could be letters, black in `binary`: not specks, rules, frames, pictures.
+/// The heights of those black pieces in `binary` that could be letters, and not specks, rules,
+/// frames or pictures.
 std::vector<int> letterHeights(Pix* binary)
 {
     constexpr int least = 4;
@@ -89,8 +93,9 @@ Range range(Pix* picture)
     return result;
 }
 
-/// Gives a picture of few shades the contrast that thresholding by the surroundings needs. Not
-/// any picture all of it: where there is nothing but a sheet's grain, that would become marks.
+/// Gives a picture of few shades the contrast that local thresholding needs. Fewer shades than
+/// `leastRange` do not get the full contrast: if there is nothing but the grain of a sheet, it
+/// would become marks.
 void stretch(Pix* picture)
 {
     constexpr int leastRange = 96; // shades
@@ -99,7 +104,7 @@ void stretch(Pix* picture)
                 shades.lightest);
 }
 
-/// Where the dark half of the shades ends and the light one begins, and the mean of the lighter.
+/// The shade at which the dark half ends and the light half begins, and the mean of the light half.
 struct Shades
 {
     int threshold;
@@ -138,7 +143,7 @@ Prepared prepared(const TextRecognizer::GreyImage& image)
     pixInvert(binary.get(), binary.get());
     std::vector<int> lightHeights = letterHeights(binary.get());
     binary.reset();
-    // Whichever is the text has more pieces: of the other there are only the holes in letters.
+    // Of dark and light, the text is what has more pieces; the other has only the holes in letters.
     if (lightHeights.size() > heights.size()) {
         heights.swap(lightHeights);
         pixInvert(picture.get(), picture.get());

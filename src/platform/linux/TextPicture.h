@@ -3,22 +3,22 @@
 #include "Picture.h"
 #include "TextRecognizer.h"
 
-/// Pictures as Tesseract reads them best and fastest. Any thread.
+/// Prepares pictures so that Tesseract reads them best and fastest. Any thread.
 namespace TextPicture {
 
 struct Prepared
 {
-    /// Null where all is of one shade.
+    /// Null if the whole image has one shade.
     Picture picture;
-    /// How many pieces could be letters.
+    /// How many pieces of the picture could be letters.
     std::size_t letterCount = 0;
 };
 
-/// `image` as dark text on a light ground, faint and small text made clearer, no side longer than
-/// Tesseract takes. Throws std::bad_alloc.
+/// `image` with dark text on a light ground. Faint and small text is made clearer, and no side is
+/// longer than Tesseract takes. Throws std::bad_alloc.
 Prepared prepared(const TextRecognizer::GreyImage& image);
 
-/// `image` as it is, but for what Tesseract does not take. Throws std::bad_alloc.
+/// `image` unchanged, or shrunk if it is too large for Tesseract. Throws std::bad_alloc.
 Picture plain(const TextRecognizer::ColourImage& image);
 
 } // namespace TextPicture

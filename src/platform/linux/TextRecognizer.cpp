@@ -14,11 +14,11 @@
 
 namespace {
 
-/// Tesseract's estimate of a text's real size, on which only its tolerance of specks depends. Any
-/// plausible figure does; without one it guesses.
+/// The resolution that Tesseract is told. Only its tolerance of specks depends on it, so any
+/// plausible figure does; without one Tesseract guesses.
 constexpr int dotsPerInch = 192;
 
-/// How Tesseract tells text from its ground.
+/// How Tesseract tells text from its background.
 enum class Thresholding {
     global, // Otsu's method, Tesseract's default
     local
@@ -50,7 +50,8 @@ std::string joined(const std::vector<std::string>& languages)
     return result;
 }
 
-/// Both libraries print to the standard error stream, each as its process-wide settings say.
+/// Keeps Tesseract and Leptonica from printing to the standard error stream. Each has a setting for
+/// the whole process.
 void silence(tesseract::TessBaseAPI& tesseract)
 {
     static std::once_flag once;
@@ -66,7 +67,7 @@ TesseractRecognizer::TesseractRecognizer()
     // Loading a language may change settings that all objects share.
     static std::mutex loading;
     const std::lock_guard lock(loading);
-    // A language without its data is passed over, also the first.
+    // Tesseract skips a language whose data is missing, even the first.
     const std::string wanted = joined(RecognitionLanguages::wanted());
     std::vector<std::string> loaded;
     if (m_tesseract.Init(nullptr, wanted.c_str(), tesseract::OEM_LSTM_ONLY) == 0)
@@ -79,16 +80,16 @@ TesseractRecognizer::TesseractRecognizer()
 
 void TesseractRecognizer::setThresholding(Thresholding thresholding)
 {
-    // Sauvola's method goes by the surroundings of each pixel: with one threshold for all, a window
-    // with little text is taken for a picture where the desktop is of another shade. The factor is
-    // lower than usual (0.34), so that faint text counts too.
+    // Sauvola's method compares each pixel with its surroundings. With one threshold for all
+    // pixels, a window with little text is taken for a picture if the desktop has another shade.
+    // The factor is lower than usual (0.34), so that faint text counts too.
     const bool isLocal = thresholding == Thresholding::local;
     m_tesseract.SetVariable("thresholding_method", isLocal ? "2" : "0");
     m_tesseract.SetVariable("thresholding_kfactor", "0.1");
 }
 
-/// The line that `result` stands at, without the line end that Tesseract puts behind it; what it
-/// finds in pictures is often only blanks.
+/// The line at which `result` is, without white space at its ends. Tesseract puts a line end behind
+/// it, and what it finds in pictures is often only blanks.
 std::string line(const tesseract::ResultIterator& result)
 {
     constexpr std::string_view blanks = " \t\r\n";
@@ -108,11 +109,11 @@ std::size_t letterCount(std::string_view text)
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), beginsLetter));
 }
 
-/// What is read, and how sure of it Tesseract is.
+/// How much has been read, and how sure Tesseract is of it.
 struct Words
 {
     double letters = 0;
-    double confidence = 0; // the sum of that of each letter, 0 to 1
+    double confidence = 0; // the sum over all letters, each 0 to 1
     double certainty = 0;
 };
 
@@ -128,19 +129,20 @@ Words words(tesseract::TessBaseAPI& tesseract)
         const auto letters = static_cast<double>(letterCount(text ? text.get() : ""));
         sums.letters += letters;
         sums.confidence += letters * confidence;
-        // Squared, so that much of what is guessed does not outweigh little that is known.
+        // Squared, so that many guessed letters do not outweigh a few that are certain.
         sums.certainty += letters * confidence * confidence;
     } while (result->Next(tesseract::RIL_WORD));
     return sums;
 }
 
-/// Whether what is read is more likely grain than text.
+/// Whether what has been read is more likely grain than text.
 bool isGuessed(const Words& words)
 {
     return words.confidence < 0.5 * words.letters;
 }
 
-/// Whether more could be read in a picture where `seen` pieces could be letters.
+/// Whether a better reading seems possible. `seen` is how many pieces of the picture could be
+/// letters.
 bool isDoubtful(const Words& words, std::size_t seen)
 {
     constexpr double leastConfidence = 0.9;
@@ -154,7 +156,7 @@ TextRecognizer::Reading TesseractRecognizer::read(const GreyImage& image)
     if (image.width <= 0 || image.height <= 0)
         return {};
     const TextPicture::Prepared prepared = TextPicture::prepared(image);
-    if (!prepared.picture) // though its colours may differ
+    if (!prepared.picture) // all of one shade, though its colours may differ
         return {.lines = {}, .isDoubtful = true};
     setThresholding(Thresholding::local);
     return recognize(prepared.picture.get(), dotsPerInch, prepared.letterCount);
@@ -168,7 +170,8 @@ TextRecognizer::Reading TesseractRecognizer::readPlainly(const ColourImage& imag
     return recognize(TextPicture::plain(image).get(), 0, 0);
 }
 
-/// `letters` is how many the picture seems to have; without a resolution Tesseract guesses it.
+/// `letters` is how many letters the picture seems to have. `resolution` is in dots per inch; if it
+/// is 0, Tesseract guesses it.
 TextRecognizer::Reading TesseractRecognizer::recognize(Pix* picture, int resolution,
                                                        std::size_t letters)
 {

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Both kinds, of which some panels are only one.
+/// Waits for both kinds of panels; some panels are only one of them.
 class AnyTrayHost : public TrayHost
 {
 public:

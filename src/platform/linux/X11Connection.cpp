@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Null where there is no screen at all.
+/// The screen with this number, or the last one; null if there is no screen at all.
 const xcb_screen_t* findScreen(xcb_connection_t* connection, int number)
 {
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
@@ -20,8 +20,8 @@ const xcb_screen_t* findScreen(xcb_connection_t* connection, int number)
     return screens.rem > 0 ? screens.data : nullptr;
 }
 
-/// One at a time: libXau keeps the name of the authority file in a static variable, and of two
-/// threads in there for the first time, one frees what the other uses.
+/// Connects, one thread at a time. libXau keeps the name of the authority file in a static
+/// variable: of two threads that are there for the first time, one frees what the other uses.
 xcb_connection_t* connect(int& screenNumber)
 {
     static std::mutex connecting;
@@ -37,7 +37,7 @@ std::unique_ptr<X11Connection> X11Connection::open()
     xcb_connection_t* connection = connect(number);
     const bool isOpen = xcb_connection_has_error(connection) == 0;
     const xcb_screen_t* screen = isOpen ? findScreen(connection, number) : nullptr;
-    // A connection that failed has to be given back too.
+    // A connection that has failed must be closed too.
     std::unique_ptr<X11Connection> result(new X11Connection(connection, screen));
     return screen == nullptr ? nullptr : std::move(result);
 }
@@ -59,7 +59,7 @@ bool X11Connection::isSameClient(xcb_window_t one, xcb_window_t other) const
 
 double X11Connection::pixelsPerPoint()
 {
-    // Where desktops publish the scale, as dots per inch with 96 for a scale of 1.
+    // This property is where desktops publish the scale, as dots per inch; 96 is a scale of 1.
     constexpr std::size_t most = 1 << 20;
     const auto property = this->property(root(), XCB_ATOM_RESOURCE_MANAGER, most, never);
     const std::string resources = "\n" + (property ? property->bytes : "");
@@ -73,7 +73,7 @@ double X11Connection::pixelsPerPoint()
     return dotsPerInch > 96 ? std::min(dotsPerInch / 96, 16.0) : 1; // also for "nan"
 }
 
-/// Whether there is something to read before the deadline.
+/// Waits until there is something to read. Returns false if there is nothing before the deadline.
 bool X11Connection::waitForInput(Deadline deadline)
 {
     for (;;) {
@@ -94,7 +94,7 @@ void* X11Connection::waitForReply(unsigned int sequence, Deadline deadline)
 {
     xcb_flush(m_connection);
     for (;;) {
-        // Reading events is what fetches answers as well.
+        // Polling for events also fetches the answers.
         while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection))
             m_events.emplace_back(event);
         void* reply = nullptr;

@@ -12,22 +12,22 @@
 #include <string_view>
 #include <vector>
 
-/// A connection of our own to the X server, to its default screen, on which nothing waits longer
-/// than it is told to. Whatever the server or another client does, at worst there are no answers;
-/// when the connection is lost, every call ends at once with nothing. One thread at a time.
+/// A connection of our own to the X server and its default screen. No call waits longer than it is
+/// told to. Whatever the server or another client does, the worst is that answers are missing. Once
+/// the connection is lost, every call ends at once with nothing. One thread at a time.
 class X11Connection
 {
 public:
     using Clock = std::chrono::steady_clock;
     using Deadline = Clock::time_point;
-    /// For what only the X server answers: where it hangs, so does the whole desktop.
+    /// For questions that the X server itself answers: if it hangs, so does the whole desktop.
     static constexpr Deadline never = Deadline::max();
 
     struct Free
     {
         void operator()(void* memory) const { std::free(memory); }
     };
-    /// A reply, an event or an error, which the library leaves to us to free.
+    /// Owns a reply, an event or an error; the library leaves it to us to free them.
     template <typename Content>
     using Owned = std::unique_ptr<Content, Free>;
     using Event = Owned<xcb_generic_event_t>;
@@ -40,7 +40,7 @@ public:
     };
     enum class Afterwards { keep, remove };
 
-    /// Null where no X server answers. Any thread.
+    /// Connects. Null if no X server answers. Any thread.
     static std::unique_ptr<X11Connection> open();
 
     ~X11Connection();
@@ -56,39 +56,41 @@ public:
     /// Whether two windows or other resources were made by the same program.
     bool isSameClient(xcb_window_t one, xcb_window_t other) const;
 
-    /// How many pixels the desktop's settings give a point, at least 1.
+    /// How many pixels make a point by the desktop's settings: 1 to 16.
     double pixelsPerPoint();
 
-    /// The answer to a request; null at the deadline, and upon an error.
+    /// Waits for the answer to a request. Null at the deadline, and upon an error.
     template <typename Reply, typename Cookie>
     Owned<Reply> reply(Cookie cookie, Deadline deadline = never)
     {
         return Owned<Reply>(static_cast<Reply*>(waitForReply(cookie.sequence, deadline)));
     }
 
-    /// Returns once the server has done all it was asked for, or at the deadline.
+    /// Returns once the server has done all that it was asked for on this connection, or at the
+    /// deadline.
     void finish(Deadline deadline = never);
 
-    /// The next event, in order; null at the deadline.
+    /// Sends pending requests, then waits for the next event. Null at the deadline.
     Event nextEvent(Deadline deadline);
-    /// The same without waiting, nor sending what is to be sent.
+    /// The next event that has already come, null if there is none. Neither waits nor sends pending
+    /// requests.
     Event pendingEvent();
-    /// How many events have come while something else was waited for.
+    /// How many events came while another answer was waited for, and have not been taken yet.
     std::size_t waitingEvents() const { return m_events.size(); }
 
-    /// An invisible window that gets PropertyNotify.
+    /// Makes an invisible window for which PropertyNotify events come.
     xcb_window_t createWindow();
 
-    /// XCB_NONE where it cannot be had.
+    /// The atom with this name, XCB_NONE if it cannot be had.
     xcb_atom_t atom(std::string_view name, Deadline deadline = never);
     std::string atomName(xcb_atom_t atom, Deadline deadline);
 
-    /// A property of at most `maximumBytes`. Nothing where there is none or a longer one.
+    /// A property of at most `maximumBytes`. Nothing if there is none, or if it is longer.
     std::optional<Property> property(xcb_window_t window, xcb_atom_t name, std::size_t maximumBytes,
                                      Deadline deadline, Afterwards afterwards = Afterwards::keep);
 
-    /// Asks for the first `most` values of a property, and waits for them: empty where it is not
-    /// there or not of 32-bit values.
+    /// Asks for the first `most` values of a property; values() waits for them. They are empty if
+    /// the property is not there or does not have 32-bit values.
     xcb_get_property_cookie_t askValues(xcb_window_t window, xcb_atom_t property,
                                         std::uint32_t most) const;
     std::vector<std::uint32_t> values(xcb_get_property_cookie_t question,

@@ -83,7 +83,7 @@ std::optional<QRect> area(X11Connection& connection, const AreaQuestion& questio
     if (!geometry)
         return std::nullopt;
     const QRect whole(0, 0, geometry->width, geometry->height);
-    // Anyone can claim to be all shadow.
+    // A window could claim to be all shadow.
     constexpr std::uint32_t mostShadow = 256;
     if (shadow.size() != 4 || *std::max_element(shadow.begin(), shadow.end()) > mostShadow)
         return whole;
@@ -120,7 +120,7 @@ std::optional<QImage> read(X11Connection& connection, xcb_drawable_t drawable, c
 void write(X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
            const QImage& image, QPoint position)
 {
-    constexpr std::uint32_t head = 64; // more than the request takes beside the pixels
+    constexpr std::uint32_t head = 64; // more bytes than the request takes beside the pixels
     const std::uint32_t most =
         std::min<std::uint32_t>(xcb_get_maximum_request_length(connection.get()), 1 << 20) * 4;
     const int stripRows = std::max(

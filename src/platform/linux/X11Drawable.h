@@ -10,7 +10,8 @@
 /// The pixels of windows and pixmaps of the X server, in the server's own format.
 namespace X11Drawable {
 
-/// The property in which applications that draw their own frame tell how far its shadow reaches.
+/// The property in which applications that draw their own window frame tell how far its shadow
+/// reaches.
 xcb_atom_t shadowAtom(X11Connection& connection);
 
 struct AreaQuestion
@@ -19,17 +20,17 @@ struct AreaQuestion
     xcb_get_property_cookie_t shadow;
 };
 
-/// Asks for the part of `window` that is not shadow; `area` waits for the answer, in pixels and the
-/// window's own coordinates. Nothing where the window is gone.
+/// Asks for the part of `window` that is not shadow. area() waits for the answer, which is in
+/// pixels and in the window's own coordinates. Nothing if the window is gone.
 AreaQuestion askArea(X11Connection& connection, xcb_window_t window, xcb_atom_t shadow);
 std::optional<QRect> area(X11Connection& connection, const AreaQuestion& question);
 
-/// What `drawable` shows in `area`. Nothing where a part of it cannot be seen, where it has more
-/// than 256 megapixels or colours of a kind that no desktop has any more (palettes).
+/// What `drawable` shows in `area`. Nothing if a part of it cannot be seen, if it has more than 256
+/// megapixels, or if it has a kind of colours that no desktop has any more (palettes).
 std::optional<QImage> read(X11Connection& connection, xcb_drawable_t drawable, const QRect& area);
 
-/// Copies `image`, of the format that `read` gives for the screen, into `drawable`. Whether the
-/// server takes it shows with what is asked of it next.
+/// Copies `image` into `drawable`. The image must have the format that read() gives for the screen.
+/// Does not wait: a failure shows only with the next question to the server.
 void write(X11Connection& connection, xcb_drawable_t drawable, xcb_gcontext_t context,
            const QImage& image, QPoint position);
 

@@ -13,7 +13,7 @@ X11Events::X11Events(X11Connection& connection, Handler handler)
 void X11Events::flush()
 {
     xcb_flush(m_connection.get());
-    // What has been read already makes no noise on the socket.
+    // Events that have been read already do not wake the notifier.
     QMetaObject::invokeMethod(
         &m_notifier, [this] { dispatch(); }, Qt::QueuedConnection);
 }
@@ -24,5 +24,5 @@ void X11Events::dispatch()
         m_handler(*event);
     xcb_flush(m_connection.get());
     if (m_connection.isLost())
-        m_notifier.setEnabled(false); // else it would never be quiet again
+        m_notifier.setEnabled(false); // else it would fire for ever
 }

@@ -6,21 +6,22 @@
 
 #include <functional>
 
-/// The events of a connection, handed out one by one by the event loop of the thread that made
-/// this.
+/// Hands out the events of a connection, one by one, in the event loop of the thread that made this
+/// object.
 class X11Events
 {
 public:
     using Handler = std::function<void(const xcb_generic_event_t&)>;
 
-    /// `handler` may use the connection, but must not destroy this.
+    /// Requires: `connection` outlives this object. `handler` may use the connection, but must not
+    /// destroy this object.
     X11Events(X11Connection& connection, Handler handler);
 
-    /// Sends what is to be sent, and has events handed out that came while something else was
-    /// waited for. To be called after the connection was used outside of the handler.
+    /// Sends pending requests, and makes the event loop hand out events that came while an answer
+    /// was waited for. Call it after the connection was used outside of the handler.
     void flush();
 
-    /// Hands out now what has come. Not for the handler.
+    /// Hands out at once the events that have come. Not to be called by the handler.
     void takeAll() { dispatch(); }
 
 private:

@@ -10,12 +10,12 @@
 
 namespace {
 
-constexpr xcb_keycode_t physicalS = 39; // of every keyboard that Linux knows
+constexpr xcb_keycode_t physicalS = 39; // the same on every keyboard that Linux knows
 constexpr xcb_keysym_t leftAlt = 0xFFE9;
 constexpr xcb_keysym_t numLock = 0xFF7F;
 constexpr xcb_keysym_t scrollLock = 0xFF14;
 
-/// Which keys act as which modifiers.
+/// Knows which keys act as which modifiers.
 class ModifierMap
 {
 public:
@@ -25,7 +25,7 @@ public:
               xcb_get_modifier_mapping(connection.get())))
     {}
 
-    /// The modifier that the key with `symbol` sets; 0 where there is none.
+    /// The modifier that the key with `symbol` sets; 0 if there is none.
     std::uint16_t maskOf(xcb_keysym_t symbol) const
     {
         const X11Connection::Owned<xcb_keycode_t> keys(
@@ -79,7 +79,7 @@ X11GlobalHotKey::X11GlobalHotKey(std::unique_ptr<X11Connection> connection,
     m_events.flush();
 }
 
-/// With every state of the lock keys, which a grab does not look past by itself.
+/// The modifiers of the hotkey in every state of the lock keys: a grab is for exactly one state.
 std::set<std::uint16_t> X11GlobalHotKey::findModifiers()
 {
     const ModifierMap map(*m_connection);
@@ -96,7 +96,8 @@ std::set<std::uint16_t> X11GlobalHotKey::findModifiers()
     return modifiers;
 }
 
-/// Where another program has the keys with any state of the lock keys, they are not ours.
+/// Grabs the hotkey in every state of the lock keys. If another program has it in any of these
+/// states, it is not ours.
 void X11GlobalHotKey::grab()
 {
     std::set<std::uint16_t> modifiers = findModifiers();
@@ -132,17 +133,18 @@ void X11GlobalHotKey::handle(const xcb_generic_event_t& event)
     }
 }
 
-/// A key that is held is pressed again and again, as long as we have the keyboard with a release of
-/// the same moment before each.
+/// A key that is held sends press after press. While we have the keyboard, a release at the same
+/// moment comes before each.
 void X11GlobalHotKey::press(xcb_timestamp_t time)
 {
     const bool isRepeated = m_isHeld || time == m_released;
-    // The press has made the keyboard ours. The application in front needs it for the copy that it
-    // will be asked for.
+    // The press has given us the keyboard. The application in front needs it in order to handle the
+    // shortcut for "copy", which it may be sent next.
     xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
     if (!m_isHeld) {
         m_isHeld = true;
-        // So the release has to be heard in another way, but from no key while none is held.
+        // Without the keyboard, the release is heard only as a raw event. While the hotkey is not
+        // held, no raw events are asked for, so that other keys are not heard.
         m_input.select(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
         if (!isKeyDown())
             release(time);

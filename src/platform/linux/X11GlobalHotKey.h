@@ -10,11 +10,11 @@
 #include <memory>
 #include <set>
 
-/// The hotkey as a passive grab of the key's code, on a connection of its own.
+/// Gets the hotkey by a passive grab of the key's code, on a connection of its own.
 class X11GlobalHotKey : public GlobalHotKey
 {
 public:
-    /// Null where no X server answers or it cannot tell when a key is released.
+    /// Null if no X server answers, or if it cannot tell when a key is released.
     static std::unique_ptr<X11GlobalHotKey> create(std::function<void()> pressed);
 
     bool isGranted() const override { return m_isGranted; }
@@ -33,7 +33,7 @@ private:
     const std::function<void()> m_pressed;
     X11RawInput m_input;
     X11Events m_events;
-    std::set<std::uint16_t> m_modifiers; // with which the key is grabbed
+    std::set<std::uint16_t> m_modifiers; // those that the key is grabbed with
     bool m_isGranted = false;
     bool m_isHeld = false;
     xcb_timestamp_t m_released = 0;

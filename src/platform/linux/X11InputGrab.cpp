@@ -62,7 +62,7 @@ bool X11InputGrab::takePointer()
 {
     const std::uint16_t events =
         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION;
-    // On the root window, which is always there to be grabbed on.
+    // The root window is always there to be grabbed on.
     const auto reply = m_connection.reply<xcb_grab_pointer_reply_t>(
         xcb_grab_pointer(m_connection.get(), 0, m_connection.root(), events, XCB_GRAB_MODE_ASYNC,
                          XCB_GRAB_MODE_ASYNC, XCB_NONE, m_cursor, XCB_CURRENT_TIME));

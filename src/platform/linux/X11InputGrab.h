@@ -2,19 +2,19 @@
 
 #include "X11Connection.h"
 
-/// Keeps pointer and keyboard from every other program, with crosshairs for a pointer. The focus
-/// stays where it is.
+/// While alive, keeps the pointer and the keyboard from every other program, and shows the pointer
+/// as crosshairs. The keyboard focus stays where it is.
 class X11InputGrab
 {
 public:
-    /// The connection is kept.
+    /// Requires: `connection` outlives this object.
     explicit X11InputGrab(X11Connection& connection);
     ~X11InputGrab();
     X11InputGrab(const X11InputGrab&) = delete;
     X11InputGrab& operator=(const X11InputGrab&) = delete;
 
-    /// Waits for a second where another program has them. False when that was in vain, or something
-    /// can be read from `cancelDescriptor`.
+    /// Takes the pointer and the keyboard. If another program has them, tries for a second. Returns
+    /// false if that fails, or as soon as something can be read from `cancelDescriptor`.
     bool take(int cancelDescriptor);
 
 private:

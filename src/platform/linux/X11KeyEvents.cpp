@@ -9,10 +9,10 @@
 namespace {
 
 constexpr std::chrono::milliseconds limit(100);
-constexpr xcb_keycode_t physicalC = 54; // of every keyboard that Linux knows
+constexpr xcb_keycode_t physicalC = 54; // the same on every keyboard that Linux knows
 constexpr xcb_keysym_t smallC = 'c';
 
-/// 0 where no key has that modifier.
+/// The first key that sets the modifier `index`, 0 if there is none.
 xcb_keycode_t firstKey(const xcb_get_modifier_mapping_reply_t& map, int index)
 {
     const xcb_keycode_t* row =
@@ -38,8 +38,8 @@ std::unique_ptr<X11KeyEvents> X11KeyEvents::create()
     return std::unique_ptr<X11KeyEvents>(new X11KeyEvents(std::move(connection)));
 }
 
-/// Not only the modifiers: a letter held longer would begin to repeat, without them, and replace
-/// what is selected.
+/// Releases all keys, not only the modifiers. A letter that is still held would begin to repeat
+/// without its modifiers, and replace what is selected.
 void X11KeyEvents::releaseHeldKeys(Deadline deadline)
 {
     const auto keys = m_connection->reply<xcb_query_keymap_reply_t>(
@@ -51,8 +51,8 @@ void X11KeyEvents::releaseHeldKeys(Deadline deadline)
     }
 }
 
-/// The key that types a c in the present layout, else the one where it is on most keyboards, which
-/// applications take for it when the layout has no Latin letters.
+/// The key that types a c in the present layout. If there is none, the key that types it on most
+/// keyboards: applications take that for a c when the layout has no Latin letters.
 xcb_keycode_t X11KeyEvents::copyKey(Deadline deadline)
 {
     const xcb_setup_t& setup = *xcb_get_setup(m_connection->get());
@@ -63,8 +63,8 @@ xcb_keycode_t X11KeyEvents::copyKey(Deadline deadline)
         xcb_get_keyboard_mapping(m_connection->get(), setup.min_keycode, count), deadline);
     if (!pointer || !map)
         return physicalC;
-    // The state's highest bits are the layout among those that are set up; the first two have two
-    // columns each.
+    // The highest bits of the state tell which of the configured layouts is in use. The first two
+    // have two columns each.
     const int layout = (pointer->mask >> 13U) & 3;
     const int column = layout < 2 ? 2 * layout : map->keysyms_per_keycode;
     const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(map.get());

@@ -3,11 +3,11 @@
 #include "KeyEvents.h"
 #include "X11Connection.h"
 
-/// Keys by the X server's test extension.
+/// Sends keys by the X server's test extension.
 class X11KeyEvents : public KeyEvents
 {
 public:
-    /// Null where no X server answers or it has no such extension.
+    /// Null if no X server answers, or if it does not have the extension.
     static std::unique_ptr<X11KeyEvents> create();
 
     Outcome sendCopy() override;

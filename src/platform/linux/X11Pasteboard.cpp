@@ -15,12 +15,12 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds setupLimit(100);
-// An owner that does not go on for so long is taken for frozen.
+// An owner that is silent for this long is taken for frozen.
 constexpr milliseconds patience(300);
 constexpr std::size_t maximumTargets = 256;
 
-// Asking for one of these does something, or yields what is worth nothing to anybody later: facts
-// about the moment, or names of the owner's pictures in the X server.
+// Targets that are not asked for. Asking for them would change something, or would give what is of
+// no use later: facts about the moment, or names of the owner's pictures in the X server.
 constexpr std::array<std::string_view, 22> targetsWithoutData = {
     "TARGETS",    "TIMESTAMP",
     "MULTIPLE",   "SAVE_TARGETS",
@@ -32,7 +32,7 @@ constexpr std::array<std::string_view, 22> targetsWithoutData = {
     "WINDOW",     "HOST_NAME",
     "OWNER_OS",   "PROCESS",
     "TASK",       "USER",
-    "ATOM_PAIR",  "application/x-qt-image"}; // made from the picture that is there besides
+    "ATOM_PAIR",  "application/x-qt-image"}; // made from another target
 
 bool carriesData(std::string_view target)
 {
@@ -41,8 +41,8 @@ bool carriesData(std::string_view target)
                targetsWithoutData.end();
 }
 
-/// When a target is asked for: plain text first, then what is something else, then what is the same
-/// text again, as a rule.
+/// The order in which targets are asked for: plain text first, then other contents, and last what
+/// is usually the same text again.
 int rank(std::string_view target)
 {
     if (target == "UTF8_STRING")
@@ -72,8 +72,8 @@ X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection,
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit))
 {}
 
-/// What the owner says it can give and carries data, each once. Nothing where it does not say, or
-/// tells of more than anybody could mean.
+/// The targets that the owner offers and that carry data, each once. Nothing if the owner does not
+/// tell them, or tells too many to be meant.
 std::optional<std::vector<X11Pasteboard::Target>> X11Pasteboard::targets(Deadline deadline)
 {
     const auto list =
@@ -88,20 +88,20 @@ std::optional<std::vector<X11Pasteboard::Target>> X11Pasteboard::targets(Deadlin
     for (const xcb_atom_t atom : atoms) {
         if (!seen.insert(atom).second)
             continue;
-        std::string name = m_connection->atomName(atom, deadline); // empty for what is no atom
+        std::string name = m_connection->atomName(atom, deadline); // empty if it is no atom
         if (carriesData(name))
             result.push_back({atom, std::move(name)});
     }
     return result;
 }
 
-/// The data of `targets`, in their order: one item.
+/// The data of `targets`, as one item, in their order.
 Pasteboard::Snapshot X11Pasteboard::fetch(const std::vector<Target>& targets, Deadline deadline)
 {
     Snapshot snapshot;
     std::map<xcb_atom_t, Representation> fetched;
     std::vector<Target> sorted = targets;
-    // Where the time does not suffice, the same text in another coding is the least loss.
+    // If time runs out, the same text in another coding is the least loss.
     std::stable_sort(sorted.begin(), sorted.end(), [](const Target& one, const Target& other) {
         return rank(one.name) < rank(other.name);
     });
@@ -112,7 +112,7 @@ Pasteboard::Snapshot X11Pasteboard::fetch(const std::vector<Target>& targets, De
         }
         auto property = m_reader.convert(m_clipboard, target.atom, patience, deadline);
         if (!property) {
-            // What the owner refuses it does not have.
+            // The owner does not have what it refuses.
             snapshot.isComplete = snapshot.isComplete && !m_reader.hasStalled();
             continue;
         }

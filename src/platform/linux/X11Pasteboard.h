@@ -8,7 +8,7 @@
 class X11Pasteboard : public Pasteboard
 {
 public:
-    /// Null where no X server answers.
+    /// Null if no X server answers.
     static std::unique_ptr<X11Pasteboard> create();
 
     std::uint64_t changeCount() override { return m_server->changeCount(); }

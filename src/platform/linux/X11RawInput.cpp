@@ -6,7 +6,8 @@ X11RawInput::X11RawInput(X11Connection& connection) : m_connection(connection)
         xcb_get_extension_data(connection.get(), &xcb_input_id);
     if (extension == nullptr || extension->present == 0)
         return;
-    // From 2.1 on, the events come also while another program has grabbed the device.
+    // Only from version 2.1 on do the events also come while another program has grabbed the
+    // device.
     const auto version = connection.reply<xcb_input_xi_query_version_reply_t>(
         xcb_input_xi_query_version(connection.get(), 2, 2));
     if (version && version->major_version == 2 && version->minor_version >= 1)
@@ -27,7 +28,7 @@ std::optional<X11RawInput::Event> X11RawInput::read(const xcb_generic_event_t& e
 {
     if (event.response_type != XCB_GE_GENERIC)
         return std::nullopt;
-    // Those of buttons and keys are laid out alike.
+    // The raw events of buttons and of keys have the same layout.
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
     if (raw.extension != m_opcode)
         return std::nullopt;

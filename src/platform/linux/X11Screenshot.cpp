@@ -38,7 +38,8 @@ std::optional<QImage> readWindow(X11Connection& connection, xcb_window_t window)
     const std::optional<QRect> area = X11Drawable::area(connection, question);
     if (!area)
         return std::nullopt;
-    // Where a compositor runs, the window is whole even beyond the screen's edge or below others.
+    // With a compositor the window can be read whole, even what is beyond the screen's edge or
+    // below other windows.
     if (std::optional<QImage> image = X11Drawable::read(connection, window, *area))
         return image;
     return X11Drawable::read(connection, window, onScreen(connection, window, *area));
@@ -77,7 +78,7 @@ std::optional<FileDescriptor> X11Screenshot::takeSelection()
             selected = X11SelectionOverlay::select(*connection, *screen, m_cancel.value());
     }
     ::eventfd_t count = 0;
-    ::eventfd_read(m_cancel.value(), &count); // a wish counts once
+    ::eventfd_read(m_cancel.value(), &count); // a wish to cancel counts once
     return written(selected);
 }
 

@@ -6,7 +6,7 @@
 class X11Screenshot : public Screenshot
 {
 public:
-    /// Throws std::system_error for want of a descriptor.
+    /// Throws std::system_error if there is no descriptor left.
     X11Screenshot();
 
     std::optional<FileDescriptor> takeScreen() override;

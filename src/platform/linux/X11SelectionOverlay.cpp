@@ -29,8 +29,8 @@ QPoint position(const Event& event)
 
 void follow(SelectionGesture& gesture, xcb_generic_event_t& event, const Symbols& symbols)
 {
-    switch (event.response_type) { // those sent by other programs have one bit more
-    case 0:                        // an error: without the picture nobody would know what goes on
+    switch (event.response_type) { // other programs' events have one more bit
+    case 0:                        // an error: the picture may be missing
         gesture.cancel();
         break;
     case XCB_KEY_PRESS: {
@@ -57,7 +57,8 @@ void follow(SelectionGesture& gesture, xcb_generic_event_t& event, const Symbols
     }
 }
 
-/// Whether there is something to read from the server, rather than a wish to cancel or an error.
+/// Waits until there is something to read from the server. Returns false if the user wants to
+/// cancel, or upon an error.
 bool waitForServer(X11Connection& connection, int cancelDescriptor)
 {
     if (connection.isLost())
@@ -68,7 +69,8 @@ bool waitForServer(X11Connection& connection, int cancelDescriptor)
     return sources[1].revents == 0;
 }
 
-/// Follows the user until they have chosen or cancelled.
+/// Follows the user until they have chosen or cancelled. Returns the rectangle, empty if they have
+/// cancelled.
 QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int cancelDescriptor)
 {
     using State = SelectionGesture::State;
@@ -77,9 +79,9 @@ QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int ca
     while (gesture.state() == State::waiting || gesture.state() == State::dragging) {
         X11Connection::Event event = connection.pendingEvent();
         if (!event) {
-            // However many events there were, the picture changes once.
+            // However many events there were, the picture is updated once.
             picture.update(gesture);
-            event = connection.pendingEvent(); // read while that was sent
+            event = connection.pendingEvent(); // one may have been read while the update was sent
         }
         if (event)
             follow(gesture, *event, symbols);
@@ -89,7 +91,7 @@ QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int ca
     return gesture.state() == State::chosen ? gesture.rectangle() : QRect();
 }
 
-/// One a process; there is one pointer.
+/// Only one selection at a time in a process, because there is one pointer.
 std::atomic_flag isUnderWay;
 
 class Turn

@@ -32,7 +32,7 @@ X11SelectionPicture::X11SelectionPicture(X11Connection& connection, const QImage
 X11SelectionPicture::~X11SelectionPicture()
 {
     xcb_destroy_window(m_connection.get(), m_window);
-    // Waits for the server, so that the screen is as it was when the caller goes on.
+    // Waits for the server, so that the caller goes on only when the window is off the screen.
     m_connection.finish();
 }
 
@@ -64,8 +64,8 @@ xcb_pixmap_t X11SelectionPicture::makePixmap() const
 
 void X11SelectionPicture::makeWindow() const
 {
-    // The server itself shows the frame wherever the window is uncovered; the window manager
-    // has no say in it.
+    // The frame is the window's background, so the server itself shows it wherever the window is
+    // uncovered. The window manager does not touch the window.
     const std::array<std::uint32_t, 2> values = {m_frame, 1};
     xcb_create_window(m_connection.get(), XCB_COPY_FROM_PARENT, m_window, m_connection.root(), 0, 0,
                       static_cast<std::uint16_t>(m_area.width()),
@@ -74,7 +74,7 @@ void X11SelectionPicture::makeWindow() const
                       values.data());
 }
 
-/// Onto the frame; returns what it covers.
+/// Draws the rectangle and its size onto the frame. Returns the area that they cover.
 QRect X11SelectionPicture::draw(const QRect& rectangle, QPoint pointer) const
 {
     if (rectangle.isEmpty())

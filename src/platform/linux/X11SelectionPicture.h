@@ -5,21 +5,23 @@
 
 #include <QImage>
 
-/// What is seen while the user selects: the screen, dimmed, with the chosen rectangle as it was and
-/// its size beside the pointer. In a window over everything that the window manager does not touch.
+/// What the user sees while selecting: the screen, dimmed, with the chosen rectangle bright and its
+/// size beside the pointer. It is a window above everything, which the window manager does not
+/// touch.
 class X11SelectionPicture
 {
 public:
-    /// `screen` is what X11Drawable::read gives for the whole screen. The connection is kept.
+    /// `screen` is what X11Drawable::read() gives for the whole screen. Requires: `connection`
+    /// outlives this object.
     X11SelectionPicture(X11Connection& connection, const QImage& screen);
-    /// Returns once it is gone from the screen.
+    /// Returns once the window is gone from the screen.
     ~X11SelectionPicture();
     X11SelectionPicture(const X11SelectionPicture&) = delete;
     X11SelectionPicture& operator=(const X11SelectionPicture&) = delete;
 
     void show() const;
 
-    /// Redraws what differs from the rectangle drawn before.
+    /// Shows the gesture's rectangle; redraws only what has changed.
     void update(const SelectionGesture& gesture);
 
 private:
@@ -35,9 +37,9 @@ private:
     QRect m_area;
     double m_pixelsPerPoint;
     xcb_gcontext_t m_context;
-    xcb_pixmap_t m_bright; // the pixmaps end with the connection
+    xcb_pixmap_t m_bright; // pixmaps are freed with the connection
     xcb_pixmap_t m_dim;
     xcb_pixmap_t m_frame; // what the window shows
     xcb_window_t m_window;
-    QRect m_drawn; // where the frame is not just dim
+    QRect m_drawn; // where m_frame differs from m_dim
 };

@@ -8,10 +8,10 @@
 
 namespace {
 
-// More than any desktop has; lists without end would be an attack.
+// More than any desktop has. An endless list would be an attack.
 constexpr std::uint32_t mostListed = 65'536;
 constexpr std::size_t mostWindows = 4'096;
-constexpr std::uint32_t mostAtoms = 64; // of types or states of a window
+constexpr std::uint32_t mostAtoms = 64; // types, or states, of a window
 constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
 
 struct Atoms
@@ -56,7 +56,7 @@ bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value)
 int layer(const std::vector<std::uint32_t>& types, const std::vector<std::uint32_t>& states,
           const Atoms& atoms)
 {
-    // A window names its types in the order of preference; those that nobody knows are passed over.
+    // A window names its types in order of preference. Unknown ones are skipped.
     for (const xcb_atom_t type : types) {
         if (type == atoms.normal || type == atoms.dialog || type == atoms.utility)
             break;
@@ -100,7 +100,7 @@ public:
           m_screen(0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels)
     {}
 
-    /// Those of `ids` that are on screen, in the same order.
+    /// The windows of `ids` that are on screen, in the same order.
     std::vector<WindowList::Window> read(const std::vector<xcb_window_t>& ids) const
     {
         std::vector<Questions> questions;
@@ -121,7 +121,8 @@ private:
         return values.empty() ? std::nullopt : std::optional(values.front());
     }
 
-    /// Takes every answer, so that none is left over in the connection.
+    /// The window `id`, nothing if it is not on screen. Takes every answer, so that none is left
+    /// over in the connection.
     std::optional<WindowList::Window> answer(xcb_window_t id, const Questions& questions) const
     {
         const auto attributes =
@@ -134,7 +135,7 @@ private:
         const auto workspace = first(questions.workspace);
         const auto opacity = first(questions.opacity);
         const auto owner = first(questions.owner);
-        // Some window managers keep mapped what they do not show.
+        // Some window managers keep windows mapped that they do not show.
         const bool isElsewhere =
             workspace && m_workspace && *workspace != everyWorkspace && *workspace != *m_workspace;
         if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || isElsewhere ||
@@ -171,8 +172,8 @@ std::vector<WindowList::Window> X11WindowList::windows()
             connection->askValues(connection->root(), connection->atom(property), mostListed));
     };
     std::vector<xcb_window_t> ids = list("_NET_CLIENT_LIST_STACKING"); // the lowest first
-    // Xfce's window manager tells no order before it changes for the first time: until then it is
-    // that of the windows' coming.
+    // Xfce's window manager tells no stacking order until it changes for the first time. Up to then
+    // it is the order in which the windows have come.
     if (ids.empty())
         ids = list("_NET_CLIENT_LIST");
     std::reverse(ids.begin(), ids.end());

@@ -2,7 +2,7 @@
 
 #include "WindowList.h"
 
-/// The windows that the window manager lists, as the conventions of freedesktop.org (EWMH) have it.
+/// The windows that the window manager lists by the conventions of freedesktop.org (EWMH).
 class X11WindowList : public WindowList
 {
 public:

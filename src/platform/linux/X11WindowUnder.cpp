@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-static constexpr int frameLevels = 2; // as deep as window managers put windows in frames
+static constexpr int frameLevels = 2; // window managers nest frames no deeper
 
 X11WindowUnder::X11WindowUnder(X11Connection& connection)
     : m_connection(connection),
@@ -48,7 +48,8 @@ bool X11WindowUnder::isOurs(xcb_window_t top)
         if (belongsToUs(window))
             return true;
     }
-    // Unlike an icon in a panel, a window in a frame has a state that the window manager gave it.
+    // The pointer may be on the frame around a window of ours. The window manager has given such a
+    // window a state. An icon of ours in a panel has none, so the rest of the panel is not ours.
     const auto managed = managedIn(top, frameLevels);
     return managed && belongsToUs(*managed);
 }
@@ -74,7 +75,8 @@ bool X11WindowUnder::belongsToUs(xcb_window_t window)
     return !process.empty() && process[0] == static_cast<std::uint32_t>(::getpid());
 }
 
-/// The window that a window manager manages, which may be `window` or in it as in a frame.
+/// The window that the window manager manages: `window` itself, or one in it if it is a frame.
+/// Looks `levels` deep.
 std::optional<xcb_window_t> X11WindowUnder::managedIn(xcb_window_t window, int levels)
 {
     if (isManaged(window))
@@ -93,7 +95,7 @@ std::optional<xcb_window_t> X11WindowUnder::managedIn(xcb_window_t window, int l
 
 bool X11WindowUnder::leavesKeyboard(xcb_window_t window)
 {
-    constexpr std::uint32_t tellsInput = 1; // of the flags, in front
+    constexpr std::uint32_t tellsInput = 1; // this flag says that the second value counts
     const std::vector<std::uint32_t> types =
         m_connection.values(m_connection.askValues(window, m_type, 1));
     const std::vector<std::uint32_t> hints =
@@ -103,7 +105,8 @@ bool X11WindowUnder::leavesKeyboard(xcb_window_t window)
     return isPanel && hints.size() == 2 && (hints[0] & tellsInput) != 0 && hints[1] == 0;
 }
 
-/// A window over the whole screen is the desktop's own, as compositors have them.
+/// Whether `window` can be seen and no window manager manages it. One over the whole screen does
+/// not count: compositors have such a window for the desktop.
 bool X11WindowUnder::isFree(xcb_window_t window)
 {
     const auto attributesQuestion = xcb_get_window_attributes(m_connection.get(), window);

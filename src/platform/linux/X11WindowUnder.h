@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-/// What lies under the pointer, on somebody else's connection.
+/// Tells what window lies under the pointer. Uses a connection that outlives it.
 class X11WindowUnder
 {
 public:
@@ -13,7 +13,7 @@ public:
     {
         int x = 0;
         int y = 0;
-        xcb_window_t window = XCB_NONE; // of those on the root window
+        xcb_window_t window = XCB_NONE; // a child of the root window
         std::uint16_t modifiers = 0;    // that are held
     };
 
@@ -21,16 +21,18 @@ public:
 
     Place pointer();
 
-    /// The window in `top`, of those on the root window, that the pointer is in and a window
-    /// manager manages; `top` where there is none, as on a title bar.
+    /// The window that a window manager manages and the pointer is in. `top` is the child of the
+    /// root window that the pointer is in; it is the answer if there is no such window, as on a
+    /// title bar.
     xcb_window_t managed(xcb_window_t top);
 
-    /// Whether what is under the pointer in `top`, of those on the root window, is this process's.
+    /// Whether the pointer is on a window of this process. `top` is the child of the root window
+    /// that the pointer is in.
     bool isOurs(xcb_window_t top);
 
-    /// Whether `top` is nothing that one works in, but helps to write elsewhere: a window that no
-    /// window manager manages, as the candidates of input methods, or a panel that leaves the
-    /// keyboard to others, as on-screen keyboards.
+    /// Whether `top`, a child of the root window, only helps to write elsewhere. It may be a window
+    /// that no window manager manages, such as the candidates of an input method, or a panel that
+    /// leaves the keyboard to others, such as an on-screen keyboard.
     bool isAid(xcb_window_t top);
 
 private:

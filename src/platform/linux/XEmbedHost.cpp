@@ -33,7 +33,7 @@ XEmbedHost::XEmbedHost(std::unique_ptr<X11Connection> connection, const std::fun
     m_events.flush();
 }
 
-/// Whether there is one already.
+/// Asks for news of panels. Returns whether there is one already.
 bool XEmbedHost::watch()
 {
     const xcb_atom_t selection = m_connection->atom("_NET_SYSTEM_TRAY_S0");

@@ -6,11 +6,12 @@
 #include <functional>
 #include <memory>
 
-/// A panel that takes icons in as windows.
+/// Notices panels that take in icons as windows. Main thread only.
 class XEmbedHost
 {
 public:
-    /// Null where no X server answers or it does not tell. As for TrayHost::create.
+    /// `came` is called as TrayHost::create() says. Null if no X server answers, or if it does not
+    /// tell.
     static std::unique_ptr<XEmbedHost> create(const std::function<void()>& came);
 
 private:
