@@ -29,9 +29,9 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 14> namedRef
     {"&hellip;", "\u2026"},
 }};
 
-/// The text with every reference of the table replaced. One pass does what replacing one name after
-/// the other with "&amp;" last would: no replacement but that of "&amp;" has a character of which
-/// another reference could be made.
+/// The text with every reference of the table replaced. One pass gives the same result as replacing
+/// one name after the other with "&amp;" last: apart from "&" itself, no replacement has a
+/// character that could be a part of another reference.
 std::string withNamesDecoded(std::string_view text)
 {
     std::string result;
@@ -56,7 +56,8 @@ std::string withNamesDecoded(std::string_view text)
     }
 }
 
-/// Appends the character with the number that `digits` write, or nothing where there is none.
+/// Appends the character whose number `digits` write in base `radix`, or nothing if there is no
+/// such character.
 void appendCharacter(std::string& result, std::string_view digits, int radix)
 {
     std::uint32_t code = 0;
@@ -70,8 +71,8 @@ void appendCharacter(std::string& result, std::string_view digits, int radix)
     result.append(bytes.data(), length);
 }
 
-/// The text with every match of "&#(x?)([0-9a-fA-F]+);" replaced. Without a regular expression, as
-/// a text of nothing else has so many matches that their price would count.
+/// The text with every match of "&#(x?)([0-9a-fA-F]+);" replaced. There is no regular expression,
+/// because in a text of nothing but references the cost of so many matches would count.
 std::string withNumbersDecoded(std::string_view text)
 {
     std::string result;

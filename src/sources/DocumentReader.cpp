@@ -19,8 +19,8 @@ static char lowerCase(char character)
                                                 : character;
 }
 
-/// What follows the last dot of the name, in lower case; empty where there is no dot. Not the
-/// standard library's extension(), to which ".pdf" has none.
+/// What follows the last dot of the name, in lower case; empty if there is no dot. The standard
+/// library's extension() does not suffice: for it ".pdf" has none.
 static std::string extension(const std::filesystem::path& file)
 {
     // A folder's path may end in a slash.

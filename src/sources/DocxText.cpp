@@ -20,12 +20,13 @@ struct Mark
     char character;
 };
 
-/// Only these exact forms; with attributes or spaces in them they go like any other tag.
+/// Tags that become characters, in exactly these forms. With attributes or spaces they are dropped
+/// like any other tag.
 static constexpr std::array marks = {Mark{"</w:p>", '\n'}, Mark{"<w:tab/>", '\t'},
                                      Mark{"<w:br/>", '\n'}};
 
-/// Puts the characters in place of the marks. All at once is the same as one after the other: no
-/// mark can begin within another one or come into being by a replacement.
+/// Replaces the marks by their characters, all in one pass. Replacing them one after the other
+/// would give the same: no mark can begin within another one or come into being by a replacement.
 static void replaceMarks(std::string& xml)
 {
     char* out = xml.data();

@@ -15,8 +15,8 @@ QImage checked(QImage image)
     return image;
 }
 
-/// Calls `visit(y, pixels)` for each row of `image`, its pixels premultiplied; a copy of the whole
-/// in that format could take a gigabyte.
+/// Calls `visit(y, pixels)` for each row of `image`, with premultiplied pixels. Converts a strip at
+/// a time, because a copy of the whole could take a gigabyte.
 template <typename Visit>
 void forEachRow(const QImage& image, Visit visit)
 {
@@ -30,8 +30,8 @@ void forEachRow(const QImage& image, Visit visit)
     }
 }
 
-/// Whether light content is drawn on the transparent `image`. Where most of it is opaque, the
-/// picture brings its own ground.
+/// Whether the content of the transparent `image` is light. If most of the picture is opaque, it
+/// brings its own ground and the answer is no.
 bool isLightOnNothing(const QImage& image)
 {
     std::uint64_t light = 0;

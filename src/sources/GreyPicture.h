@@ -2,13 +2,13 @@
 
 #include <QImage>
 
-/// Pictures in shades of grey, as text is recognised in them.
+/// Turns pictures into the shades of grey in which text is recognised.
 namespace GreyPicture {
 
-/// What stands behind what is transparent.
+/// What a transparent picture is laid on.
 enum class Ground { light, dark };
 
-/// The ground that suits `image`: dark where it has light content, else light.
+/// The ground on which the content of `image` shows: dark if the content is light, else light.
 Ground groundOf(const QImage& image);
 
 /// `image` on `ground`, in QImage::Format_Grayscale8. Throws std::bad_alloc. Any thread.

@@ -17,9 +17,9 @@ namespace {
 constexpr std::size_t fewestLineCharacters = 30;
 
 /// What follows the name of an element in its opening tag: a word boundary and the attributes.
-/// RE2's \b knows ASCII letters only, so the boundary is written as a character that no word goes
-/// on with: no letter, mark, decimal digit, connector or format character, nor one of the few
-/// alphabetic symbols.
+/// RE2's \b knows only ASCII letters. So the boundary is written as a character that cannot
+/// continue a word: no letter, mark, decimal digit, connector or format character, and none of the
+/// few alphabetic symbols.
 constexpr const char* restOfOpeningTag =
     R"((?:[^>\pL\pM\p{Nl}\p{Nd}\p{Pc}\p{Cf})"
     R"(\x{24B6}-\x{24E9}\x{1F130}-\x{1F149}\x{1F150}-\x{1F169}\x{1F170}-\x{1F189}][^>]*)?>)";
@@ -42,7 +42,8 @@ std::string elementPattern(const std::string& name)
     return "<" + name + restOfOpeningTag + ".*?</" + name + ">";
 }
 
-/// Patterns for the elements of some names. Made once, as making one takes more than a millisecond.
+/// Patterns for the elements with some names. Made only once, since making one takes more than a
+/// millisecond.
 template <std::size_t count>
 struct ElementPatterns
 {
@@ -55,8 +56,8 @@ struct ElementPatterns
     std::array<std::unique_ptr<const RE2>, count> all;
 };
 
-/// What stands between the tags of `element`, a match that begins with an opening tag and ends
-/// with a closing one. Asking RE2 for it as a group would cost a multiple.
+/// The content of `element`, a match that begins with an opening tag and ends with a closing one.
+/// As a group of the pattern it would cost several times as much.
 std::string_view inner(re2::StringPiece element)
 {
     const std::string_view text(element.data(), element.size());
@@ -126,7 +127,7 @@ void breakLines(std::string& html)
     RE2::GlobalReplace(&html, lineBreak, "\n");
 }
 
-/// The lines of `text` that are long enough, each trimmed, after `title` and an empty line. Shorter
+/// `title`, an empty line, and then the lines of `text` that are long enough, each trimmed. Shorter
 /// lines are menus, bylines and labels of buttons.
 std::string paragraphs(std::string title, std::string_view text)
 {
@@ -170,8 +171,8 @@ std::optional<std::string_view> largestMatch(std::string_view html, std::string_
 
 std::string withoutTags(std::string_view text)
 {
-    // By hand, as this is where a page has most of its matches, and each costs RE2 four times as
-    // much as finding it.
+    // Written by hand, because tags are most of the matches in a page, and RE2 takes four times as
+    // long to replace a match as to find it.
     std::string result;
     result.reserve(text.size());
     for (;;) {

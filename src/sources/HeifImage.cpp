@@ -27,7 +27,7 @@ bool succeeded(const heif_error& error)
     return error.code == heif_error_Ok;
 }
 
-/// A picture that owns `image` and shows its pixels.
+/// A picture that owns `image` and uses its pixels without a copy.
 QImage wrapped(Image image, QImage::Format format)
 {
     int rowBytes = 0;
@@ -66,7 +66,8 @@ QImage decoded(const std::string& bytes, std::int64_t mostPixels)
     if (!succeeded(heif_context_get_primary_image_handle(context.get(), &mainPicture)))
         return {};
     const Handle handle(mainPicture);
-    // Decoding takes the memory of the whole picture, of which only a part may be meant to be seen.
+    // Decoding takes memory for the whole stored picture, even if only a part of it is meant to be
+    // seen.
     if (!isSize(heif_image_handle_get_width(handle.get()),
                 heif_image_handle_get_height(handle.get()), mostPixels) ||
         !isSize(heif_image_handle_get_ispe_width(handle.get()),
@@ -74,8 +75,8 @@ QImage decoded(const std::string& bytes, std::int64_t mostPixels)
         return {};
     const bool isTransparent = heif_image_handle_has_alpha_channel(handle.get()) != 0;
     heif_image* pixels = nullptr;
-    // The orientation among the camera's notes (EXIF) repeats the transformations, which the
-    // decoder applies; it must not be applied again.
+    // The decoder applies the transformations. The orientation in the camera's notes (EXIF) repeats
+    // them and must not be applied again.
     if (!succeeded(heif_decode_image(
             handle.get(), &pixels, heif_colorspace_RGB,
             isTransparent ? heif_chroma_interleaved_RGBA : heif_chroma_interleaved_RGB, nullptr)))

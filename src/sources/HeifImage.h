@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
-/// Pictures in HEIF files, as cameras write them (HEIC).
+/// Reads pictures in HEIF files, which cameras write (HEIC).
 namespace HeifImage {
 
-/// Whether a file that begins with `bytes` (12 or more tell) is one. Any thread.
+/// Whether a file that begins with `bytes` is a HEIF file; 12 bytes suffice to tell. Any thread.
 bool isOne(std::string_view bytes);
 
-/// The main picture of the file with this content, turned as the file asks; null where it cannot
-/// be read, or has more than `mostPixels`, for which no memory is taken. Any thread.
+/// The main picture in a file with the content `bytes`, turned as the file asks. Null if it cannot
+/// be read. Null also if it has more than `mostPixels`, before memory is taken for it. Any thread.
 QImage decoded(const std::string& bytes, std::int64_t mostPixels);
 
 } // namespace HeifImage

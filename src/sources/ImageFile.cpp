@@ -17,11 +17,12 @@ namespace {
 
 constexpr std::int64_t mostPixels = 256'000'000;
 
-/// By their content; WebP because the web serves it under the other names. Formats that can refer
-/// to other files, such as SVG, are none of these.
+/// The formats that are read, recognised by the file's content. WebP is among them because the web
+/// serves it under the file names of the others. None of them can refer to other files, as SVG can.
 constexpr std::array formats = {"png", "jpeg", "jpg", "tiff", "tif", "gif", "bmp", "webp"};
 
-/// What Qt allocates at most. It belongs to the whole process, so it is set once.
+/// Raises the limit of what Qt allocates for a picture. The limit is for the whole process, so it
+/// is set once.
 void raiseAllocationLimit()
 {
     constexpr int mostMegabytes = 1024; // 2^20 bytes each

@@ -35,7 +35,7 @@ Reading readGrey(const QImage& grey, TextRecognizer& recognizer)
                             static_cast<std::size_t>(grey.bytesPerLine())});
 }
 
-/// `image` on white paper.
+/// Reads `image` on white paper, without our preparation of the picture.
 Reading readPlainly(const QImage& image, TextRecognizer& recognizer)
 {
     QImage page(image.size(), QImage::Format_RGB32);
@@ -56,7 +56,8 @@ void takeBetter(Reading& best, Reading other)
         best = std::move(other);
 }
 
-/// Reads `image` in the other ways too, where `best`, read in grey on `ground`, is doubtful.
+/// Returns the surest reading of `image`. `best` is the reading in grey on `ground`; only if it is
+/// doubtful, the other ways are tried too.
 Reading bestOf(Reading best, const QImage& image, GreyPicture::Ground ground,
                TextRecognizer& recognizer)
 {
@@ -64,7 +65,7 @@ Reading bestOf(Reading best, const QImage& image, GreyPicture::Ground ground,
     if (!best.isDoubtful)
         return best;
     takeBetter(best, readPlainly(image, recognizer));
-    // Fringes can be lighter than the letters that they surround, or darker.
+    // Around letters there can be fringes, lighter or darker than the letters.
     const Ground other = ground == Ground::dark ? Ground::light : Ground::dark;
     const QImage onOther = GreyPicture::of(image, other);
     if (onOther != GreyPicture::of(image, ground))
@@ -72,8 +73,8 @@ Reading bestOf(Reading best, const QImage& image, GreyPicture::Ground ground,
     return best;
 }
 
-/// Smaller where it has many pixels, so that it can stay until it is known whether it is needed
-/// once more.
+/// `image`, shrunk if it has many pixels, so that it can be kept until it is known whether it is
+/// needed once more.
 QImage bounded(QImage image)
 {
     constexpr double mostPixels = 36e6;
@@ -106,7 +107,7 @@ std::string recognize(const std::filesystem::path& imageAt)
     QImage image = ImageFile::load(imageAt);
     const GreyPicture::Ground ground = GreyPicture::groundOf(image);
     const QImage grey = GreyPicture::of(image, ground);
-    // A large coloured picture is gone before the recogniser takes its memory.
+    // The large coloured picture is freed before the recogniser takes its memory.
     image = bounded(std::move(image));
     const auto recognizer = TextRecognizer::create();
     Reading reading = readGrey(grey, *recognizer);

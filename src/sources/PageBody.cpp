@@ -11,7 +11,7 @@
 #include <utility>
 
 static constexpr std::size_t pieceSize = 256 << 10;
-static constexpr int anyHeader = 15 + 32; // the largest window; a header of gzip or zlib
+static constexpr int anyHeader = 15 + 32; // the largest window; accepts a gzip or zlib header
 
 void PageBody::EndInflate::operator()(z_stream_s* stream) const
 {
@@ -58,7 +58,7 @@ void PageBody::unpack(std::string_view bytes)
             m_isInside = true;
         if (result == Z_STREAM_END) {
             m_isInside = false;
-            ::inflateReset(m_packed.get()); // another may follow
+            ::inflateReset(m_packed.get()); // another packed part may follow
         }
     } while (m_packed->avail_in > 0 || m_packed->avail_out == 0);
 }

@@ -8,33 +8,33 @@
 
 struct z_stream_s;
 
-/// The body of a page as it comes from its server, unpacked where that has packed it. Qt would
-/// unpack it too, but not tell when it was cut off. One thread at a time.
+/// The body of a page, unpacked if the server has packed it. Qt could unpack it too, but would not
+/// tell if it was cut off. One thread at a time.
 class PageBody
 {
 public:
-    /// `encoding` is what the header Content-Encoding says; `mostBytes` is the limit of the
-    /// unpacked body, for all but tests the one below. Throws std::runtime_error for an encoding
-    /// that was not asked for.
+    /// `encoding` is the value of the header Content-Encoding. `mostBytes` is the limit of the
+    /// unpacked body; all but tests give usualLimit. Throws std::runtime_error for an encoding that
+    /// was not asked for.
     PageBody(std::string_view encoding, std::size_t mostBytes);
 
-    /// A page has some kilobytes; what takes more memory than this is no text.
+    /// In bytes. A page has some kilobytes; anything larger than this is no text.
     static constexpr std::size_t usualLimit = std::size_t{64} << 20;
 
-    /// The header Accept-Encoding that goes with this.
+    /// The value of the header Accept-Encoding for the encodings that this class unpacks.
     static constexpr const char* acceptedEncodings = "gzip";
 
-    /// Takes the next bytes as they were sent; they become a thousand times as many at most. Throws
-    /// AppError beyond the limit, and std::runtime_error for bytes that cannot be unpacked.
+    /// Takes the next bytes as they were sent. Unpacked they are at most a thousand times as many.
+    /// Throws AppError beyond the limit, and std::runtime_error for bytes that cannot be unpacked.
     void append(std::string_view bytes);
 
-    /// How many bytes were taken, as they were sent.
+    /// How many bytes have been taken, counted as they were sent.
     std::size_t received() const { return m_received; }
 
-    /// Whether it ends in the middle of what was packed.
+    /// Whether the bytes so far end in the middle of packed data.
     bool isCut() const { return m_isInside; }
 
-    /// The whole body. For a large one that is work for another thread.
+    /// The whole body. A large one takes too long for the main thread.
     std::string joined() &&;
 
 private:
@@ -47,10 +47,10 @@ private:
     void appendUnpacked(std::string_view bytes);
 
     std::size_t m_mostBytes;
-    std::unique_ptr<z_stream_s, EndInflate> m_packed; // null where nothing is packed
-    bool m_isInside = false;                          // of what is packed
+    std::unique_ptr<z_stream_s, EndInflate> m_packed; // null if nothing is packed
+    bool m_isInside = false;                          // in packed data
     std::size_t m_received = 0;
     std::size_t m_size = 0;
-    // Not one string, because enlarging it would copy everything there is at once.
+    // In pieces: enlarging one string would copy everything at once.
     std::vector<std::string> m_pieces;
 };

@@ -16,10 +16,11 @@
 
 namespace HTMLText {
 
-/// A result with fewer characters is a menu or a message, not a text.
+/// A text with fewer characters is a menu or a message, not an article.
 static constexpr std::size_t fewestCharacters = 80;
 
-/// Pointers, because Qt copies what goes into another thread and what comes back.
+/// Runs on another thread. It takes and gives pointers, because Qt copies what goes to another
+/// thread and what comes back.
 static std::shared_ptr<std::string> readable(const std::shared_ptr<PageBody>& body)
 {
     auto text = std::make_shared<std::string>(readerText(Utf8::decoded(std::move(*body).joined())));
@@ -34,8 +35,9 @@ static QCoro::Task<PageBody> download(QUrl address, std::chrono::milliseconds ti
     co_return co_await transfer.body();
 }
 
-/// Gives the memory of a page back once all of it is free; on another thread, because that takes
-/// some milliseconds.
+/// When destroyed, gives the memory of a page back to the system. Make it before everything that
+/// holds the page, so that all of it is free by then. Runs on another thread, because it takes some
+/// milliseconds.
 class MemoryReturn
 {
 public:

@@ -16,13 +16,14 @@ namespace PageRecognition {
 
 namespace {
 
-/// The pages that several threads take from one after the other.
+/// The queue from which several threads take the pages, one after another.
 class Queue
 {
 public:
     explicit Queue(const Pages& pages) : m_pages(pages) {}
 
-    /// Recognises pages until there are no more or one has failed. Several threads at once.
+    /// Recognises pages until there are no more or one has failed. Several threads call this at the
+    /// same time.
     void work()
     {
         std::unique_ptr<TextRecognizer> recognizer;
@@ -37,7 +38,7 @@ public:
         }
     }
 
-    /// Once no thread works any more.
+    /// Call it once no thread is in work() any more.
     void throwFirstError()
     {
         const MutexLock lock(m_mutex);
@@ -52,7 +53,7 @@ private:
         QImage image;
     };
 
-    /// Nothing where there is no page left to recognise.
+    /// The next page with its picture, nothing if there is no page left to recognise.
     std::optional<Drawn> next()
     {
         const MutexLock lock(m_drawing);
@@ -81,7 +82,8 @@ private:
         m_pages.onText(index, std::move(text));
     }
 
-    /// The pages before this one go on, and are taken before it: their error comes first.
+    /// Keeps the error of the page with the lowest index. The pages before it were taken before it
+    /// and go on, so one of them may still fail.
     void fail(int index, std::exception_ptr error)
     {
         const MutexLock lock(m_mutex);

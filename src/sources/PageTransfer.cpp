@@ -10,11 +10,11 @@
 #include <string_view>
 #include <utility>
 
-/// What is taken out of the reply in one turn of the event loop; unpacked, a thousand times as
-/// much at most.
+/// How many bytes are taken out of the reply in one turn of the event loop. Unpacked they are at
+/// most a thousand times as many.
 static constexpr qint64 portionSize = 8 << 10;
 
-/// Between the network and us; more waits in the sender, so that an endless body takes no memory.
+/// Bytes that Qt may read ahead. More waits in the sender, so that an endless body takes no memory.
 static constexpr qint64 readBufferSize = 64 << 10;
 
 static constexpr int maximumRedirects = 20;
@@ -25,7 +25,8 @@ static QNetworkRequest requestOf(const QUrl& address, std::chrono::milliseconds 
     request.setHeader(QNetworkRequest::UserAgentHeader,
                       QStringLiteral("Mozilla/5.0 (Macintosh) Pithwise/1.0"));
     request.setTransferTimeout(static_cast<int>(timeout.count()));
-    // Qt's own following repeats requests and mixes up the sizes of the answers.
+    // If Qt followed redirects itself, it would repeat requests and mix up the sizes of the
+    // answers.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     request.setRawHeader("Accept-Encoding", PageBody::acceptedEncodings);
@@ -51,10 +52,11 @@ static int status(const QNetworkReply& reply)
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
-/// Throws what the network says is wrong.
+/// Throws the network's error, if there is one.
 static void refuseError(const QNetworkReply& reply)
 {
-    // Qt calls an answer with a status of 400 or more an error too, but with other words.
+    // To Qt an answer with a status of 400 or more is an error too, but we have another sentence
+    // for it.
     if (reply.error() == QNetworkReply::NoError || status(reply) >= 400)
         return;
     if (reply.error() == QNetworkReply::OperationCanceledError)
@@ -62,14 +64,16 @@ static void refuseError(const QNetworkReply& reply)
     throw std::runtime_error(sentence(reply.errorString().toStdString()));
 }
 
-/// Whether the server sends us on to another address. Qt takes a missing one for an empty one.
+/// Whether the server redirects us. Qt cannot tell a missing address from an empty one, so the
+/// header is looked at too.
 static bool isRedirect(const QNetworkReply& reply)
 {
     return reply.attribute(QNetworkRequest::RedirectionTargetAttribute).isValid() &&
            !reply.rawHeader("Location").trimmed().isEmpty();
 }
 
-/// Throws unless a server at `from` may send us on to `to`.
+/// Throws unless a server at `from` may redirect us to `to`: the target must be on the web, and no
+/// redirect may lead from https to http.
 static void requireAllowedRedirect(const QUrl& from, const QUrl& to)
 {
     const bool isEncrypted = to.scheme() == QLatin1String("https");
@@ -118,7 +122,8 @@ PageBody PageTransfer::result()
     return *std::move(m_body);
 }
 
-/// Whatever there is to do now. A large body takes many turns of the event loop.
+/// Does the next step of the transfer, whatever that is. A large body takes many turns of the event
+/// loop.
 void PageTransfer::proceed()
 {
     try {
@@ -166,7 +171,8 @@ void PageTransfer::receive()
     m_body->append(view(m_reply->read(portionSize)));
 }
 
-/// Qt may take a closed connection for the end, whatever length the server has announced.
+/// Throws if a part of the body is missing. Qt may take a closed connection for the end of the
+/// body, whatever length the server has announced.
 void PageTransfer::requireWholeBody() const
 {
     const QVariant announced = m_reply->header(QNetworkRequest::ContentLengthHeader);

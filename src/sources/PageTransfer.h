@@ -18,21 +18,25 @@
 
 class QNetworkReply;
 
-/// One page on its way from its server. Redirects are followed; no cookie and no file outlives the
-/// object. Lives on a thread with an event loop, which it keeps for a moment at a time.
+/// Transfers one page from its server. Follows redirects; no cookie and no file outlives the
+/// object. It lives on a thread with an event loop, which it never blocks for more than a moment.
 class PageTransfer : public QObject
 {
 public:
     struct Limits
     {
-        std::chrono::milliseconds silence = std::chrono::seconds(20); // of the server
-        std::chrono::milliseconds whole = std::chrono::minutes(2);    // with all redirects
-        std::size_t bytes = PageBody::usualLimit;                     // of the unpacked body
+        /// How long the server may send nothing.
+        std::chrono::milliseconds silence = std::chrono::seconds(20);
+        /// How long the whole transfer may take, with all redirects.
+        std::chrono::milliseconds whole = std::chrono::minutes(2);
+        /// How large the unpacked body may be.
+        std::size_t bytes = PageBody::usualLimit;
     };
 
     PageTransfer(QUrl address, const Limits& limits);
 
-    /// What body() returns. GCC 12 would copy the object itself if that could be awaited.
+    /// What body() returns for co_await. GCC 12 would copy the PageTransfer if that itself could be
+    /// awaited.
     class Arrival
     {
     public:
@@ -46,9 +50,9 @@ public:
         PageTransfer& m_transfer;
     };
 
-    /// Awaited, once, begins the transfer and yields the body as it was before it was compressed
-    /// for the way. Throws AppError for an answer that is no page, and the network's error as a
-    /// std::runtime_error, as one when the application quits.
+    /// Begins the transfer when it is awaited, which may be done once, and yields the body,
+    /// unpacked. Throws AppError if the answer is no page. Throws the network's error as a
+    /// std::runtime_error, which is also thrown when the application quits.
     Arrival body() { return Arrival(*this); }
 
 private:
@@ -63,13 +67,13 @@ private:
 
     QUrl m_address;
     const Limits m_limits;
-    // The coroutine may destroy this object while the network is calling it.
+    // Deleted later, because the coroutine may destroy this object while the network is calling it.
     std::unique_ptr<QNetworkAccessManager, QScopedPointerDeleteLater> m_network;
-    QNetworkReply* m_reply = nullptr; // the network's
+    QNetworkReply* m_reply = nullptr; // owned by m_network
     int m_redirects = 0;
     QTimer m_nextTurn;
     QTimer m_deadline;
     std::coroutine_handle<> m_waiting;
-    std::optional<PageBody> m_body; // once its first bytes may have come
+    std::optional<PageBody> m_body; // set once bytes of it may have come
     std::exception_ptr m_error;
 };

@@ -41,13 +41,13 @@ void PdfDocument::showRevision()
         show(std::move(device));
 }
 
-/// Nothing changes where `device` has no page that can be opened.
+/// Shows the PDF in `device`, if any page of it can be opened; else nothing changes.
 void PdfDocument::show(std::unique_ptr<QIODevice> device)
 {
     auto shown = std::make_unique<Shown>();
     shown->device = std::move(device);
     shown->document.load(shown->device.get());
-    // One bad page makes the status an error, but the others are there all the same.
+    // One bad page makes the status an error, although the other pages can be used.
     if (shown->document.status() == QPdfDocument::Status::Ready || shown->document.pageCount() > 0)
         m_shown = std::move(shown);
 }

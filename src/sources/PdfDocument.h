@@ -11,24 +11,25 @@
 
 class QIODevice;
 
-/// A PDF file that is open for reading and drawing, with what is filled into its form. One thread
-/// at a time, any.
+/// A PDF file that is open for reading and drawing, with what is filled into its form. May be used
+/// by any thread, but by one at a time.
 class PdfDocument
 {
 public:
-    /// Throws AppError where it has no page that can be opened.
+    /// Throws AppError if no page of the file can be opened.
     explicit PdfDocument(const std::filesystem::path& file);
 
-    /// The document as it is shown; the reference holds until the next call of uncrop().
+    /// The document with all changes made so far. The reference is valid until the next call of
+    /// uncrop().
     QPdfDocument& get() const { return m_shown->document; }
 
-    /// Has the first `count` pages drawn up to their media boxes instead of their crop boxes.
+    /// Makes the first `count` pages be drawn up to their media boxes instead of their crop boxes.
     void uncrop(std::size_t count);
 
 private:
     struct Shown
     {
-        std::unique_ptr<QIODevice> device; // which the document reads
+        std::unique_ptr<QIODevice> device; // the document reads from it
         QPdfDocument document;
     };
 

@@ -23,7 +23,8 @@ bool hasFields(QPDF& pdf)
     return fields.isArray() && fields.getArrayNItems() > 0;
 }
 
-/// Many programs leave it to the viewer to draw what they fill in.
+/// Gives the form's fields the appearances that they lack. Many programs leave it to the viewer to
+/// draw what they fill in.
 void drawValues(QPDF& pdf)
 {
     QPDFAcroFormDocumentHelper form(pdf);
@@ -60,8 +61,8 @@ std::string written(QPDF& pdf)
     return bytes;
 }
 
-/// What `action` returns, or `otherwise` where the document is too damaged for it: Qt Pdf may get
-/// more out of it.
+/// Returns what `action` returns, or `otherwise` if the document is too damaged for it. Qt Pdf may
+/// get more out of the unchanged document.
 template <typename Result, typename Action>
 Result attempt(Result otherwise, Action action)
 {
@@ -72,7 +73,7 @@ Result attempt(Result otherwise, Action action)
     }
 }
 
-/// The file of `descriptor` with a position of its own, or null.
+/// Opens the file of `descriptor` again, so that it has a position of its own. Null if that fails.
 std::FILE* openedAgain(int descriptor)
 {
     const std::string path = "/proc/self/fd/" + std::to_string(descriptor);

@@ -21,21 +21,22 @@ namespace DocumentReader {
 
 namespace {
 
-/// Fewer characters than this on all pages together are a scanner's stamp, not the text.
+/// A text layer with fewer characters than this on all pages together is a scanner's stamp, not the
+/// text.
 constexpr std::size_t leastTextLayer = 41;
 constexpr int mostRecognizedPages = 15;
 constexpr double pixelsPerPoint = 2;
 constexpr double mostPixels = 50e6; // a poster of the size A0 has 32 million
 
-/// The text of a page as it should read: line ends become line feeds, and the marks go that stand
-/// for hyphens at line ends, as well as what is no text in any encoding.
+/// The text of a page in a readable form. Line ends become line feeds. Marks that stand for hyphens
+/// at line ends are removed, and so is what is no text in any encoding.
 std::string tidied(QString text)
 {
     constexpr char16_t hyphenMark = 0xFFFE;
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     text.replace(u'\r', u'\n');
     text.removeIf([](QChar character) { return character.isNull() || character == hyphenMark; });
-    return text.toStdString(); // which replaces lone surrogates
+    return text.toStdString(); // this also replaces lone surrogates
 }
 
 std::string textLayer(QPdfDocument& document)
@@ -49,8 +50,9 @@ std::string textLayer(QPdfDocument& document)
     return text;
 }
 
-/// In pixels, with no more than `mostPixels` in all: a page may be said to be kilometres wide, or
-/// less than a pixel.
+/// The size in pixels at which a page of `points` is drawn. It has at most `mostPixels` in all,
+/// because a page may claim to be kilometres wide. It is empty if the page is smaller than a pixel
+/// or has no real size.
 QSize renderedSize(QSizeF points)
 {
     const double width = points.width() * pixelsPerPoint;
@@ -64,8 +66,7 @@ QSize renderedSize(QSizeF points)
     return {pixels(width), pixels(height)};
 }
 
-/// The page on white paper, with its annotations. A null image
-/// where it cannot be drawn.
+/// The page on white paper, with its annotations. A null image if it cannot be drawn.
 QImage rendered(QPdfDocument& document, int page)
 {
     const QSize size = renderedSize(document.pagePointSize(page));

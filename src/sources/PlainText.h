@@ -4,14 +4,15 @@
 #include <filesystem>
 #include <string>
 
-/// Text as files and pipes hold it: UTF-8, else Latin-1. Nothing is trimmed. Blocks; any thread.
+/// Reads text from files and pipes as UTF-8, or as Latin-1 if it is not valid UTF-8. Nothing is
+/// trimmed. Blocks; any thread.
 namespace PlainText {
 
-/// The text of the regular file at `path`. Throws AppError "Unsupported file type." for anything
-/// else and for a file that cannot be read.
+/// The text of the regular file at `path`. Throws AppError "Unsupported file type." if it is
+/// anything else or cannot be read.
 std::string read(const std::filesystem::path& path);
 
-/// Everything `stream` still holds. Throws AppError when it cannot be read.
+/// Everything that is left to read from `stream`. Throws AppError if it cannot be read.
 std::string read(std::FILE& stream);
 
 } // namespace PlainText

@@ -13,8 +13,8 @@ RegularFile::RegularFile(FileDescriptor descriptor, std::uint64_t size)
 
 std::optional<RegularFile> RegularFile::open(const std::filesystem::path& path)
 {
-    // O_NONBLOCK, because opening a pipe would wait for its writer; reading a regular file ignores
-    // it.
+    // O_NONBLOCK, because opening a pipe would otherwise wait for its writer. It has no effect on
+    // reading a regular file.
     FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status = {};
     if (descriptor.value() < 0 || ::fstat(descriptor.value(), &status) != 0 ||
@@ -27,8 +27,8 @@ std::optional<std::string> RegularFile::bytes() const
 {
     if (m_size > mostBytes)
         return std::nullopt;
-    // One byte more than it should need, so that a file that grows (or tells no size, as in /proc)
-    // is noticed.
+    // One byte more than the file's size, to notice a file that grows or (as in /proc) tells no
+    // size.
     std::string bytes(m_size + 1, '\0');
     std::size_t length = 0;
     for (;;) {

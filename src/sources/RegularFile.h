@@ -7,23 +7,24 @@
 #include <optional>
 #include <string>
 
-/// A regular file, open for reading. Pipes, devices and folders are refused without ever waiting
-/// for them, also when one takes the file's place at the last moment. Any thread.
+/// A regular file, open for reading. Pipes, devices and folders are refused without waiting for
+/// them, even if one takes the file's place at the last moment. Any thread.
 class RegularFile
 {
 public:
-    /// What a document may take at most, in bytes, so that it fails before the memory does.
+    /// The most bytes that a document may have. The limit makes reading fail before memory runs
+    /// out.
     static constexpr std::uint64_t mostBytes = std::uint64_t{1} << 30;
 
-    /// Nothing where `path` is not a regular file or may not be read.
+    /// Opens the file. Nothing if `path` is not a regular file or may not be read.
     static std::optional<RegularFile> open(const std::filesystem::path& path);
 
     int descriptor() const { return m_descriptor.value(); }
 
-    /// In bytes, when it was opened.
+    /// How many bytes the file had when it was opened.
     std::uint64_t size() const { return m_size; }
 
-    /// The whole content; nothing where it cannot be read or has more than `mostBytes`. Blocks.
+    /// The whole content. Nothing if it cannot be read or has more than `mostBytes`. Blocks.
     std::optional<std::string> bytes() const;
 
 private:

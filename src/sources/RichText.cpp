@@ -35,7 +35,7 @@ std::string plainText(std::string_view rtf)
     if (rtf.starts_with(byteOrderMark))
         rtf.remove_prefix(byteOrderMark.size());
     rtf.remove_prefix(std::min(rtf.find_first_not_of(blanks), rtf.size()));
-    // Other words begin like this one, but no document does.
+    // Other control words begin with "\rtf" too, but no document begins with one of those.
     if (!rtf.starts_with(beginning) ||
         (rtf.size() > beginning.size() && isLetter(rtf[beginning.size()])))
         throw AppError("This is not a rich-text document.");

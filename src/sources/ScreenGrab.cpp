@@ -15,7 +15,8 @@ namespace ScreenGrab {
 
 namespace {
 
-/// Too small to hold text worth reading: tool palettes, floating buttons.
+/// A window of this width or height, or less, has no text worth reading: tool palettes, floating
+/// buttons.
 constexpr double smallSide = 120; // points
 
 bool isEligible(const WindowList::Window& window)
@@ -32,7 +33,7 @@ std::optional<FileDescriptor> takeFrontWindow(const Tools& tools)
     return tools.screenshot.takeWindow(*window);
 }
 
-/// Throws AppError unless the picture was taken.
+/// Takes the picture. Throws AppError if there is none.
 FileDescriptor take(Kind kind, const Tools& tools)
 {
     if (kind == Kind::selection) {
@@ -67,7 +68,8 @@ std::optional<std::uint32_t> frontWindowID()
 
 std::string captureText(Kind kind, const Tools& tools)
 {
-    // Without the permission the attempt is made all the same: it may be given meanwhile.
+    // Tries to capture even if the permission is not given by now, because it may be given in the
+    // meantime.
     if (kind != Kind::selection && !tools.permission.isGranted())
         tools.permission.request();
     const FileDescriptor picture = take(kind, tools);

@@ -10,7 +10,7 @@ class ScreenPermission;
 class Screenshot;
 class WindowList;
 
-/// The text that can be read on the screen.
+/// Captures the screen and reads the text on it.
 namespace ScreenGrab {
 
 enum class Kind {
@@ -19,23 +19,24 @@ enum class Kind {
     selection // a rectangle that the user drags out
 };
 
-/// What a capture is made with; not owned.
+/// The ports that a capture uses; not owned.
 struct Tools
 {
     WindowList& windowList;
     Screenshot& screenshot;
     ScreenPermission& permission;
-    /// The text in an image file; throws where it cannot be had.
+    /// The text in an image file. Throws if it cannot be had.
     std::function<std::string(const std::filesystem::path&)> recognize;
 };
 
-/// The window that a capture of `Kind::window` would take; nothing where there is none. Any thread.
+/// The id of the window that a capture of `Kind::window` would take, nothing if there is none. Any
+/// thread.
 std::optional<std::uint32_t> frontWindowID();
 std::optional<std::uint32_t> frontWindowID(WindowList& windowList);
 
-/// Takes a picture and returns the text in it, which may be empty. Throws AppError where there is
-/// no picture, and what Screenshot and OCR throw. The picture never has a name in any folder.
-/// Blocks, for seconds with a full page and for as long as the user selects; any thread.
+/// Takes a picture and returns the text in it, which may be empty. Throws AppError if there is no
+/// picture, and what Screenshot and OCR throw. The picture never has a name in any folder. Blocks:
+/// for seconds with a full page, and while the user selects. Any thread.
 std::string captureText(Kind kind);
 std::string captureText(Kind kind, const Tools& tools);
 

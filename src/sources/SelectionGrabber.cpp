@@ -22,14 +22,14 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 using Text = std::optional<std::string>;
 
-constexpr milliseconds wholeLimit(870);         // of a grab, with some room below 900
-constexpr milliseconds accessibilityLimit(200); // of asking for the selected text
-constexpr milliseconds readingLimit(50);        // at least, of reading what was copied
+constexpr milliseconds wholeLimit(870);         // for a whole grab, some less than 900
+constexpr milliseconds accessibilityLimit(200); // for asking for the selected text
+constexpr milliseconds readingLimit(50);        // at least this for reading what was copied
 constexpr milliseconds pollInterval(25);
 constexpr int polls = 12;
 
-/// The ports wait for other applications, so they are used on a thread of their own, which also
-/// keeps to one call at a time and is free while the shared pool reads documents.
+/// The thread on which the ports are used, because they wait for other applications. There is only
+/// one, for one call at a time. It is free even while the shared pool reads documents.
 QThreadPool& worker()
 {
     static QThreadPool pool;
@@ -37,7 +37,7 @@ QThreadPool& worker()
     return pool;
 }
 
-/// `text` as the rest of the program wants it; nothing where there is nothing to see in it.
+/// `text` as valid UTF-8, trimmed. Nothing if there is nothing in it to see.
 Text usable(Text text)
 {
     if (!text)
@@ -57,12 +57,12 @@ Text readSelectedText(Accessibility& accessibility)
     return usable(accessibility.selectedText(accessibilityLimit));
 }
 
-/// Whether the contents come to be others than at `count`.
+/// Waits for a copy. Returns whether the change count becomes another than `count` in time.
 bool waitForCopy(Pasteboard& pasteboard, std::uint64_t count)
 {
     Clock::time_point look = Clock::now();
     for (int i = 0; i < polls; ++i) {
-        // By the clock, so that the last look is not the later the busier the machine is.
+        // By the clock, so that the last look is not delayed on a busy machine.
         look += pollInterval;
         std::this_thread::sleep_until(look);
         if (pasteboard.changeCount() != count)
@@ -84,8 +84,8 @@ Text copy(const Ports& ports, Clock::time_point deadline)
     const std::uint64_t count = pasteboard.changeCount();
     Pasteboard::Snapshot saved =
         pasteboard.snapshot(until(deadline) - polls * pollInterval - readingLimit);
-    // What has not been saved would be lost. Where nothing was sent, a change would be somebody
-    // else's.
+    // Contents that have not been saved would be lost. If nothing was sent, a change would come
+    // from somebody else.
     if (!saved.isComplete || ports.keyEvents->sendCopy() == KeyEvents::Outcome::notSent ||
         !waitForCopy(pasteboard, count))
         return std::nullopt;
@@ -104,13 +104,13 @@ Text grabNow(const Ports& ports)
     return copy(ports, deadline);
 }
 
-/// Runs `work` on the worker. The ports live until it is done, even if nobody waits for it.
+/// Runs `work` on the worker. The ports exist until it is done, even if nobody waits for it.
 QFuture<Text> start(Ports ports, Text (*work)(const Ports&))
 {
     return QtConcurrent::run(&worker(), [ports = std::move(ports), work]() -> Text {
         try {
             return work(ports);
-        } catch (const std::exception&) { // there is not enough memory
+        } catch (const std::exception&) { // std::bad_alloc
             return std::nullopt;
         }
     });

@@ -20,9 +20,9 @@ struct Free
 
 using Reader = std::unique_ptr<archive, Free>;
 
-/// A reader of ZIP archives that goes by their table of contents. The one that does without would
-/// also take a part of a truncated archive for the whole. A checksum that is wrong keeps nobody
-/// from reading what is there.
+/// A reader of ZIP archives that goes by their table of contents. One that did not would take a
+/// part of a truncated archive for the whole. A wrong checksum is ignored, so that what is there
+/// can be read.
 Reader makeReader()
 {
     Reader reader(archive_read_new());
@@ -35,7 +35,7 @@ Reader makeReader()
 archive_entry* find(archive& reader, std::string_view name)
 {
     archive_entry* entry = nullptr;
-    // Warnings are about what else is told of a member, such as a name in another encoding.
+    // Warnings concern other facts about a member, such as a name in another encoding.
     for (int status = ARCHIVE_OK; status == ARCHIVE_OK || status == ARCHIVE_WARN;) {
         status = archive_read_next_header(&reader, &entry);
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)
@@ -47,7 +47,7 @@ archive_entry* find(archive& reader, std::string_view name)
     return nullptr;
 }
 
-/// The data of the member that was found. Any warning about it means that it is damaged.
+/// The data of the member that find() has found. Any warning about it means that it is damaged.
 std::optional<std::string> content(archive& reader, std::uint64_t size)
 {
     std::string content;
@@ -78,7 +78,7 @@ std::optional<std::string> read(archive& reader, std::string_view name)
 
 std::optional<std::string> read(const RegularFile& archive, std::string_view name)
 {
-    constexpr std::size_t blockSize = 16384; // read anew for every member that is passed over
+    constexpr std::size_t blockSize = 16384; // this much is read for every member that is passed
     const Reader reader = makeReader();
     if (!reader ||
         archive_read_open_fd(reader.get(), archive.descriptor(), blockSize) != ARCHIVE_OK)

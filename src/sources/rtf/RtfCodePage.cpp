@@ -11,8 +11,8 @@ struct Converter
     const char* name;
 };
 
-/// Sorted by code page. The East Asian code pages of the Macintosh, which ICU does not have, are
-/// nearly the same as those of Windows.
+/// Sorted by code page. ICU does not have the East Asian code pages of the Macintosh; those of
+/// Windows, which are nearly the same, stand in for them.
 static constexpr Converter converters[] = {
     {437, "ibm-437"},         {708, "ASMO-708"},
     {720, "ibm-720"},         {737, "ibm-737"},

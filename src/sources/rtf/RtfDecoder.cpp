@@ -15,7 +15,8 @@
 
 static constexpr char16_t replacement = u'\uFFFD';
 
-/// ICU's own substitution has a control character in place of some bytes.
+/// Makes ICU write U+FFFD for what it cannot decode. By itself it writes a control character for
+/// some bytes.
 static void substitute(const void*, UConverterToUnicodeArgs* arguments, const char*, std::int32_t,
                        UConverterCallbackReason reason, UErrorCode* error)
 {
@@ -25,7 +26,7 @@ static void substitute(const void*, UConverterToUnicodeArgs* arguments, const ch
     ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, error);
 }
 
-/// The one code page that ICU does not have, through the C library.
+/// Decodes Johab, the one code page that ICU does not have, by the C library.
 class RtfDecoder::Johab
 {
 public:
@@ -108,6 +109,6 @@ void RtfDecoder::decodeWithIcu(std::string_view bytes, int codePage)
                        true, &error);
         m_units.append(buffer.data(), out);
     } while (error == U_BUFFER_OVERFLOW_ERROR);
-    if (U_FAILURE(error)) // ICU without this converter
+    if (U_FAILURE(error)) // ICU is without this converter
         m_units.append(static_cast<std::size_t>(end - in), replacement);
 }

@@ -7,8 +7,8 @@
 
 struct UConverter;
 
-/// Turns bytes of any code page of RtfCodePage into UTF-16. What a code page does not have becomes
-/// U+FFFD. Keeps converters between calls.
+/// Turns bytes in any code page of RtfCodePage into UTF-16. Bytes that the code page does not have
+/// become U+FFFD. Keeps converters between calls. One thread at a time.
 class RtfDecoder
 {
 public:
@@ -17,7 +17,7 @@ public:
     RtfDecoder(const RtfDecoder&) = delete;
     RtfDecoder& operator=(const RtfDecoder&) = delete;
 
-    /// Valid until the next call.
+    /// The text that `bytes` stand for. The view is valid until the next call.
     std::u16string_view decoded(std::string_view bytes, int codePage);
 
 private:

@@ -3,7 +3,8 @@
 #include "RtfCodePage.h"
 #include "RtfSymbols.h"
 
-/// The format's numbers have 16 bits; more fonts than these are nobody's.
+/// The largest number of a font. The format's numbers have 16 bits, and no real document has more
+/// fonts.
 static constexpr int maxNumber = 0xFFFF;
 
 static constexpr int symbolCharacterSet = 2;

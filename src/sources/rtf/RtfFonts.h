@@ -4,19 +4,19 @@
 #include <string_view>
 #include <unordered_map>
 
-/// The fonts of a document, of which only the code page matters.
+/// The fonts of a document. Only their code pages matter.
 class RtfFonts
 {
 public:
-    /// Goes on with the description of the font `number`.
+    /// From now on the font `number` is being described.
     void describe(int number);
 
-    /// Of the font that is being described.
+    /// The next three are about the font that is being described.
     void setCharacterSet(int characterSet);
     void setCodePage(int codePage);
     void appendName(std::string_view name);
 
-    /// The code page of the text in the font `number`, or 0 for the document's.
+    /// The code page of text in the font `number`, 0 for the document's.
     int codePage(int number) const;
 
 private:
@@ -24,7 +24,7 @@ private:
     {
         int codePage = 0;
         bool hasSymbols = false;
-        std::string name; // its beginning
+        std::string name; // the beginning of it
     };
 
     std::unordered_map<int, Font> m_fonts;

@@ -42,7 +42,8 @@ static void addProperties(Keywords& keywords)
     keywords["deleted"] = {Action::deleted};
 }
 
-/// Notes and text boxes are left out because they would stand in the middle of a sentence.
+/// Adds the words that say what their group is for. Notes and text boxes are skipped because their
+/// text would stand in the middle of a sentence.
 static void addDestinations(Keywords& keywords)
 {
     for (const std::string_view name : {"aftncn",     "aftnsep",      "aftnsepc",

@@ -2,39 +2,39 @@
 
 #include <string_view>
 
-/// A control word of Rich Text Format that has to do with its text.
+/// A control word of Rich Text Format that matters for the text of a document.
 struct RtfKeyword
 {
     enum class Action {
         none,
-        character,          // stands for the character `value`
-        layout,             // stands for the white space `value`
+        character,          // the word stands for the character `value`
+        layout,             // the word stands for the white space `value`
         endRow,             // ends a table's row
-        unicode,            // a UTF-16 code unit; what readers without Unicode show comes after it
-        fallbackLength,     // how much of that there is
-        documentCodePage,   // the document is in the code page `value`, or in the one of its number
-        defaultFont,        // of the document
-        font,               // of what comes next
-        fontCharacterSet,   // of the font that is being described
-        fontCodePage,       // likewise
-        plain,              // all properties of characters are the usual ones again
+        unicode,            // a UTF-16 code unit; a fallback for readers without Unicode follows
+        fallbackLength,     // how long such a fallback is
+        documentCodePage,   // the document's code page: `value`, or the word's number
+        defaultFont,        // the document's default font
+        font,               // the font of what comes next
+        fontCharacterSet,   // the character set of the font being described
+        fontCodePage,       // the code page of the font being described
+        plain,              // resets all properties of characters
         hidden,             // the text is not shown
         deleted,            // the text was removed, and the change is not accepted yet
         skip,               // what is in the group is not text
-        skipAttachment,     // likewise; a placeholder comes after it
+        skipAttachment,     // not text either; a placeholder follows the group
         fontTable,          // the group describes the fonts
-        alternatives,       // the group has its text twice
-        unicodeAlternative, // and this is the one to read
+        alternatives,       // the group has its text in two forms
+        unicodeAlternative, // this group has the form to read
         listMarker,         // the group is the number or bullet before a paragraph
-        show,               // the group is text even where it says that it may be passed over
+        show,               // the group is text even if it is marked as optional
     };
 
     Action action = Action::none;
     int value = 0;
 
-    /// Whether the word names what its group is for.
+    /// Whether the word says what its group is for.
     bool isDestination() const { return action >= Action::skip; }
 
-    /// The keyword `name`; Action::none for one that does not matter.
+    /// The keyword `name`. Its action is Action::none if it does not matter. Any thread.
     static RtfKeyword find(std::string_view name);
 };

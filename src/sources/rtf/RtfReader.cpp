@@ -5,15 +5,16 @@
 #include <algorithm>
 #include <utility>
 
-/// Real documents nest a few dozen groups. Below this depth groups share their state, so that
-/// nothing but braces takes no memory.
+/// Real documents nest a few dozen groups. Groups nested deeper than this share a state, so that a
+/// document of nothing but braces takes no memory.
 static constexpr std::size_t maxStates = 10000;
 
-/// What the writer of an attachment puts in its place.
+/// The byte that writers put in the place of an attachment.
 static constexpr char placeholder = '\xAC';
 
-/// Some writers put the pattern of a list's level, with the numbers of its parts, where a marker
-/// belongs. A negative one is a byte of another character, and a tab is part of a marker.
+/// Whether `character` is a control character, which is left out of list markers. Some writers put
+/// the pattern of a list's level, with the numbers of its parts, where a marker belongs. A negative
+/// value is a byte of another character, and a tab is a part of a marker.
 static bool isControl(int character)
 {
     return (character >= 0 && character < ' ' && character != '\t') ||
@@ -171,7 +172,7 @@ void RtfReader::format(Action action, std::optional<int> parameter)
 void RtfReader::destination(Action action)
 {
     if (m_states.size() == 1)
-        return; // nobody means the whole document
+        return; // no writer means the whole document
     State& current = state();
     switch (action) {
     case Action::skip:
@@ -246,7 +247,7 @@ void RtfReader::bytes(std::string_view bytes)
         text(bytes);
 }
 
-/// At least one byte.
+/// Adds text to the document, without control characters in a list marker. `bytes` is not empty.
 void RtfReader::text(std::string_view bytes)
 {
     if (!m_states.back().isListMarker) {
@@ -259,8 +260,8 @@ void RtfReader::text(std::string_view bytes)
         m_text.appendBytes(shown, codePage());
 }
 
-/// A character that a word or symbol stands for counts as one of what comes after a \u; other words
-/// do not, so that a writer who leaves that out loses no paragraph.
+/// Adds a character that a word or symbol stands for. It counts as a character of the fallback
+/// after a \u. Other words do not, so that a writer who leaves out the fallback loses no paragraph.
 void RtfReader::special(char32_t special)
 {
     if (m_fallback > 0)
@@ -279,12 +280,12 @@ void RtfReader::unicode(int value)
 {
     m_fallback = state().fallbackLength;
     if (value < 0)
-        value += 0x10000; // the format has signed numbers of 16 bits
+        value += 0x10000; // the format's numbers are signed and have 16 bits
     if (!isShown() || value == 0 || (state().isListMarker && isControl(value)))
         return;
     const int page = codePage();
-    // What is written here only a font of symbols can show. Writers use them for the marks of
-    // lists, where some forget to name the font.
+    // Only a font of symbols can show these characters. Writers use them for the marks of lists,
+    // and some forget to name the font.
     const bool isSymbol = value > 0xF020 && value <= 0xF0FF;
     if (page < 0 && value >= 0xE000 && value <= 0xF8FF)
         m_text.appendUnit(RtfSymbols::character(static_cast<char16_t>(value), page));

@@ -12,14 +12,14 @@
 #include <string_view>
 #include <vector>
 
-/// Reads one document from its opening brace to the brace that closes it, or as far as it goes.
-/// Used once.
+/// Reads one document, from its opening brace to the matching closing brace, or as far as it goes.
+/// Each object is used once.
 class RtfReader
 {
 public:
     explicit RtfReader(std::string_view rtf) : m_tokenizer(rtf) {}
 
-    /// The document's text.
+    /// Reads the document and returns its text as valid UTF-8.
     std::string text();
 
 private:
@@ -27,13 +27,13 @@ private:
 
     enum class Destination { text, fonts, alternatives };
 
-    /// What braces save and restore.
+    /// What an opening brace saves and its closing brace restores.
     struct State
     {
-        static constexpr int noFont = -1; // the document's default one
+        static constexpr int noFont = -1; // stands for the document's default font
 
         int font = noFont;
-        int fallbackLength = 1; // characters after a \u
+        int fallbackLength = 1; // how many characters after a \u are its fallback
         Destination destination = Destination::text;
         bool isListMarker = false;
         bool isHidden = false;
@@ -67,10 +67,10 @@ private:
     int m_defaultFont = 0;
     std::vector<State> m_states;  // of the open groups
     std::size_t m_deeper = 0;     // open groups that have no state of their own
-    std::size_t m_skipped = 0;    // open groups that are not text, the outermost and those in it
-    int m_fallback = 0;           // characters still to be left out
-    bool m_isAtBeginning = false; // of a group
-    bool m_isOptional = false;    // after a \* there
+    std::size_t m_skipped = 0;    // how many open groups, one in the other, are skipped
+    int m_fallback = 0;           // characters of a fallback still to be left out
+    bool m_isAtBeginning = false; // just after an opening brace
+    bool m_isOptional = false;    // after a \* at the beginning of a group
     bool m_skipsAttachment = false;
     bool m_expectsPlaceholder = false;
 };

@@ -4,15 +4,15 @@
 
 namespace RtfSymbols {
 
-/// In place of what the Symbol font does not have, or Unicode does not.
+/// Stands for what the Symbol font or Unicode does not have.
 static constexpr char16_t unknown = u'·';
 
-/// The Symbol font from the space on.
+/// What the Symbol font shows for the bytes from the space (0x20) on.
 static constexpr std::u16string_view lowHalf = u" !∀#∃%&∋()∗+,−./0123456789:;<=>?"
                                                u"≅ΑΒΧΔΕΦΓΗΙϑΚΛΜΝΟΠΘΡΣΤΥςΩΞΨΖ[∴]⊥_"
                                                u"‾αβχδεφγηιϕκλμνοπθρστυϖωξψζ{|}∼";
 
-/// And from 0xA0 on.
+/// What it shows for the bytes from 0xA0 on.
 static constexpr std::u16string_view highHalf = u"€ϒ′≤⁄∞ƒ♣♦♥♠↔←↑→↓°±″≥×∝∂•÷≠≡≈…|—↵"
                                                 u"ℵℑℜ℘⊗⊕∅∩∪⊃⊇⊄⊂⊆∈∉∠∇®©™∏√⋅¬∧∨⇔⇐⇑⇒⇓"
                                                 u"◊〈®©™∑⎛⎜⎝⎡⎢⎣⎧⎨⎩⎪·〉∫⌠⎮⌡⎞⎟⎠⎤⎥⎦⎫⎬⎭";

@@ -48,7 +48,7 @@ std::string RtfText::take()
     return std::exchange(m_text, {});
 }
 
-/// Requires that either bytes or half a character wait, not both.
+/// Writes the bytes or the half of a character that are waiting. Requires: not both are waiting.
 void RtfText::flush()
 {
     if (m_highSurrogate != 0)
@@ -57,7 +57,7 @@ void RtfText::flush()
         return;
     const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
     if (m_codePage > 0 && std::all_of(m_bytes.begin(), m_bytes.end(), isAscii)) {
-        m_text += m_bytes; // ASCII in every code page that has letters
+        m_text += m_bytes; // they are ASCII in every code page that has letters
     } else {
         const std::u16string_view units = m_decoder.decoded(m_bytes, m_codePage);
         for (std::size_t i = 0; i < units.size();) {
@@ -69,7 +69,7 @@ void RtfText::flush()
     m_bytes.clear();
 }
 
-/// Half a character becomes U+FFFD.
+/// Writes the character; half a character becomes U+FFFD.
 void RtfText::write(char32_t character)
 {
     if (character > 0x10FFFF || U_IS_SURROGATE(character))

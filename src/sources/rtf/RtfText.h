@@ -5,23 +5,23 @@
 #include <string>
 #include <string_view>
 
-/// The plain text that grows while a document is read. Bytes are collected until something else
-/// comes, because the bytes of one character may be written in several ways.
+/// The plain text of a document, growing while that is read. Bytes are collected until something
+/// else comes, because the bytes of one character may be written in several ways.
 class RtfText
 {
 public:
-    /// At least one byte, in `codePage`, one of RtfCodePage.
+    /// Appends bytes in `codePage`, one of RtfCodePage. Requires: `bytes` is not empty.
     void appendBytes(std::string_view bytes, int codePage);
 
-    /// A UTF-16 code unit. A surrogate waits for its other half.
+    /// Appends a UTF-16 code unit. A high surrogate waits for its other half.
     void appendUnit(char16_t unit);
 
     void appendCharacter(char32_t character);
 
-    /// Ends a table's row: the tab behind its last cell becomes a line feed.
+    /// Ends a table's row: the tab after its last cell becomes a line feed.
     void endRow();
 
-    /// Everything so far, valid UTF-8. The object is then empty.
+    /// Returns everything so far as valid UTF-8, and leaves the object empty.
     std::string take();
 
 private:

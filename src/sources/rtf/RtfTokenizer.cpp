@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-/// All bytes in order, so that an escaped one can be a view as well.
+/// All bytes in order, so that the text of an escaped byte can be a view too.
 static constexpr auto allBytes = [] {
     std::array<char, 256> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i)
@@ -21,7 +21,7 @@ static bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// Of a hexadecimal digit; else -1.
+/// The value of a hexadecimal digit, -1 if `c` is none.
 static int digitValue(char c)
 {
     if (isDigit(c))
