@@ -17,6 +17,6 @@ static QAccessibleInterface* makeInterface(const QString& /*className*/, QObject
 
 void AccessibleRole::set(QWidget& widget, QAccessible::Role role)
 {
-    QAccessible::installFactory(makeInterface); // once: it knows
+    QAccessible::installFactory(makeInterface); // Qt installs a factory only once
     widget.setProperty(roleProperty, static_cast<int>(role));
 }

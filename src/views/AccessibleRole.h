@@ -4,10 +4,11 @@
 
 class QWidget;
 
-/// What screen readers take a widget for. Main thread.
+/// Sets what screen readers take a widget for. Main thread.
 namespace AccessibleRole {
 
-/// Requires: nothing has been told of `widget` yet, as is so in its constructor.
+/// Makes `role` the role of `widget`. Requires: no screen reader has been told of `widget` yet;
+/// that is so in its constructor.
 void set(QWidget& widget, QAccessible::Role role);
 
 } // namespace AccessibleRole

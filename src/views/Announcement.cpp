@@ -22,7 +22,7 @@ void Announcement::tell(const QWidget& widget, const QString& text)
     announcement->show();
 }
 
-/// Not again with the window.
+/// Keeps the announcement from being shown, and told, again with the window.
 void Announcement::hideEvent(QHideEvent*)
 {
     hide();

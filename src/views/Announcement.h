@@ -2,15 +2,15 @@
 
 #include <QWidget>
 
-/// What screen readers are told without being asked. An element of its own without looks, because
-/// they tell nothing but notifications, which are what comes to be shown. Main thread.
+/// Tells screen readers something without being asked. It is an invisible element of its own: they
+/// tell only notifications, and those only when they are shown. Main thread.
 class Announcement : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Tells `text` in the window of `widget`, as soon as that is on the screen; in place of what
-    /// has not been told yet.
+    /// Tells `text` in the window of `widget`, as soon as that window is on the screen. It replaces
+    /// a text that has not been told yet.
     static void tell(const QWidget& widget, const QString& text);
 
 protected:

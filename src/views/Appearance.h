@@ -8,7 +8,7 @@ struct Appearance
     bool isDark = false;
     bool isHighContrast = false;
     bool isMotionReduced = false;
-    QColor highlight; // invalid where the desktop has none of its own
+    QColor highlight; // invalid if the desktop has none of its own
 
     bool operator==(const Appearance&) const = default;
 };

@@ -83,7 +83,7 @@ void CaptureTab::disableButtons()
     m_heir = window()->focusWidget();
 }
 
-/// The focus comes back, unless the user has moved it meanwhile.
+/// Gives the focus back, unless the user has moved it in the meantime.
 void CaptureTab::enableButtons()
 {
     m_buttons->setEnabled(true);
@@ -98,6 +98,6 @@ bool CaptureTab::isWithHeir() const
     const QWidget* const focused = window()->focusWidget();
     if (focused == m_heir)
         return true;
-    // The heir is Stop, and Summarize takes its place beside the source.
+    // The focus went to Stop, and Summarize takes its place in the same row.
     return m_heir && focused && focused->parentWidget() == m_heir->parentWidget();
 }

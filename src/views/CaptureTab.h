@@ -6,7 +6,7 @@
 
 class Theme;
 
-/// The source that is read off the screen. Main thread.
+/// The tab of the source that is read off the screen. Main thread.
 class CaptureTab : public StateView
 {
     Q_OBJECT
@@ -23,6 +23,6 @@ private:
     bool isWithHeir() const;
 
     QWidget* m_buttons;
-    QPointer<QWidget> m_focused; // the button that has lost the focus because it was disabled
-    QPointer<QWidget> m_heir;    // and who has got it
+    QPointer<QWidget> m_focused; // the button that lost the focus by being disabled
+    QPointer<QWidget> m_heir;    // the widget that got the focus from it
 };

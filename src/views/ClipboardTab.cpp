@@ -50,12 +50,13 @@ void ClipboardTab::showEvent(QShowEvent*)
 
 void ClipboardTab::refresh()
 {
-    // Text that comes by another tab is laid out only when it is looked at here.
+    // Text from another tab is laid out only when this tab is looked at.
     if (isHidden())
         return;
     const QString& text = state().sourceText;
     m_clear->setEnabled(!text.isEmpty());
-    // What was typed here shares the buffer, so that large texts are not compared for every key.
+    // Text that was typed here shares its buffer, so that large texts are not compared for every
+    // key.
     if (text.isSharedWith(m_known) || text == m_known)
         return;
     m_known = text;
@@ -81,7 +82,7 @@ void ClipboardTab::labelSource()
 
 void ClipboardTab::clear()
 {
-    // It is about to be disabled, and would hand the focus to what comes next.
+    // The button is about to be disabled. The focus would then go to whatever comes next.
     if (Focus::isIn(*m_clear))
         m_editor->setFocus();
     state().sourceText = QString();

@@ -6,7 +6,7 @@ class PushButton;
 class TextEditor;
 class Theme;
 
-/// The source that is typed or pasted. Main thread.
+/// The tab of the source that is typed or pasted. Main thread.
 class ClipboardTab : public StateView
 {
     Q_OBJECT
@@ -25,6 +25,6 @@ private:
 
     TextEditor* m_editor;
     PushButton* m_clear;
-    QString m_known; // the source as last seen here
+    QString m_known; // the source text that this view last showed or took
     bool m_isShowing = false;
 };

@@ -73,7 +73,7 @@ QLayout* ContentView::makeHeader(const Theme& theme)
 QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>& quit)
 {
     auto* const row = new QHBoxLayout;
-    // The text of the button, not what a click may miss it by, ends at the padding.
+    // The text of the button ends at the side padding, not its clickable area.
     row->setContentsMargins(sidePadding, footerPadding, sidePadding - LinkButton::padding,
                             footerPadding);
     m_hint = new Label(theme, TextStyle::smallCaption, ColorRole::secondary, {}, this);
@@ -96,7 +96,7 @@ void ContentView::showHint() const
 void ContentView::setModelState(const ModelManager::State& state)
 {
     const QWidget* const focused = window()->focusWidget();
-    // A button of the setup that was pressed and is gone has left it to nobody.
+    // If a button of the setup has been pressed and is gone, nothing has the focus.
     const bool hadFocus = focused == nullptr || m_body->isAncestorOf(focused);
     m_setup->setState(state);
     QWidget* const shown = std::holds_alternative<ModelManager::Ready>(state)
@@ -124,7 +124,7 @@ void ContentView::takeFocus()
         m_setup->setFocus(Qt::OtherFocusReason);
 }
 
-/// Where the user has left the focus, else where it is of most use.
+/// Keeps the focus where the user has left it. If it is lost, gives it to what is of most use.
 void ContentView::showEvent(QShowEvent*)
 {
     showHint();
@@ -134,14 +134,15 @@ void ContentView::showEvent(QShowEvent*)
 
 bool ContentView::event(QEvent* event)
 {
-    // What had the focus may have gone since. Qt is about to give it to whatever comes next.
+    // What had the focus may be gone by now. Then Qt is about to give the focus to whatever comes
+    // next.
     if (event->type() == QEvent::WindowActivate && Focus::isLost(*this))
         takeFocus();
     return QWidget::event(event);
 }
 
-/// Tab, and also Qt's way to take the focus from what is hidden or disabled. What comes next then
-/// may be Quit, where the next key ends the program.
+/// Qt calls this for Tab, but also when what has the focus is hidden or disabled. What comes next
+/// may then be Quit, so that the next key would end the program.
 bool ContentView::focusNextPrevChild(bool next)
 {
     if (!Focus::isLost(*this))
@@ -153,7 +154,7 @@ bool ContentView::focusNextPrevChild(bool next)
     return true;
 }
 
-/// Of keys that nothing inside has a use for.
+/// Handles keys that nothing inside has used.
 void ContentView::keyPressEvent(QKeyEvent* event)
 {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -161,7 +162,7 @@ void ContentView::keyPressEvent(QKeyEvent* event)
     if (!isReturn || !isPlain)
         return event->ignore();
     if (auto* const button = qobject_cast<QPushButton*>(window()->focusWidget())) {
-        // A key that is held down would press what takes the button's place too.
+        // A key that is held down would also press what takes this button's place.
         if (!event->isAutoRepeat())
             button->click();
     } else if (m_body->currentWidget() == m_main) {

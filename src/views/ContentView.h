@@ -14,7 +14,7 @@ class QLabel;
 class QStackedWidget;
 class Theme;
 
-/// What the popover holds: the setup until the model is ready, then the main view. Escape is left
+/// What the popover shows: the setup until the model is ready, then the main view. It leaves Escape
 /// to the popover. Main thread.
 class ContentView : public QWidget
 {
@@ -37,20 +37,21 @@ public:
 
     void setModelState(const ModelManager::State& state);
 
-    /// Shows the state of `models` from now on, and lets the user start it. Requires: `models`
-    /// outlives this view.
+    /// Shows the state of `models` from now on, and lets the user start the download. Requires:
+    /// `models` outlives this view.
     void follow(ModelManager& models);
 
-    /// Gives the focus to what the user most likely wants first, as happens when it is first shown,
-    /// and whenever what had the focus meanwhile cannot have it any more.
+    /// Gives the focus to what the user most likely wants first. This also happens by itself when
+    /// the view is first shown, and whenever what has the focus can no longer have it.
     void takeFocus();
 
-    /// What it is drawn for; it can do with less height.
+    /// The size that the view is designed for. It can do with less height.
     QSize sizeHint() const override { return extent; }
 
 signals:
     void startRequested();
-    /// The file chooser, which may be another process's window, is open between these two.
+    /// The file chooser is open from the first of these signals to the second. Its window may
+    /// belong to another process.
     void chooserOpened();
     void chooserClosed();
 
@@ -66,7 +67,7 @@ private:
     QLayout* makeFooter(const Theme& theme, const std::function<void()>& quit);
 
     const std::function<bool()> m_hasHotkey;
-    QLabel* m_hint; // in the footer
+    QLabel* m_hint; // the hint in the footer
     QStackedWidget* m_body;
     ModelSetupView* m_setup;
     MainView* m_main;

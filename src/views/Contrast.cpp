@@ -16,7 +16,7 @@ static double luminance(const QColor& color)
            0.0722 * linear(color.blueF());
 }
 
-/// Rounded, so that what was checked is what is drawn.
+/// Rounded to whole channel values, so that the colour that is checked is the one that is drawn.
 static QColor mixed(const QColor& from, const QColor& to, double share)
 {
     const auto channel = [share](int a, int b) {

@@ -2,20 +2,21 @@
 
 #include <QColor>
 
-/// How well colours stand out from each other, by the Web Content Accessibility Guidelines.
+/// Measures how well colours stand out from each other, by the Web Content Accessibility
+/// Guidelines.
 namespace Contrast {
 
-constexpr double text = 4.5;  // what text needs
-constexpr double shape = 3.0; // what large text, icons and marks need
+constexpr double text = 4.5;  // the least ratio for text
+constexpr double shape = 3.0; // the least ratio for large text, icons and marks
 
-/// From 1 (equal) to 21 (black and white). Both are taken for opaque.
+/// The contrast of two colours, from 1 (equal) to 21 (black and white). Both are taken as opaque.
 double ratio(const QColor& a, const QColor& b);
 
-/// The opaque colour that `color` gives on `ground`.
+/// The opaque colour that `color` results in when it is laid over `ground`.
 QColor over(const QColor& color, const QColor& ground);
 
-/// `color`, as much lighter or darker, towards `limit`, as it needs to be to reach `minimum` on
-/// each ground; `limit` where nothing less does. The hue stays.
+/// `color` made lighter or darker, towards `limit`, just enough for a contrast of `minimum` with
+/// each ground. `limit` if nothing before it suffices. The hue stays.
 QColor adjusted(const QColor& color, const QColor& limit, std::initializer_list<QColor> grounds,
                 double minimum);
 

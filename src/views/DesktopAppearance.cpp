@@ -29,15 +29,17 @@ const QString accentKey = appearanceGroup + QStringLiteral(" accent-color");
 const QString motionKey = appearanceGroup + QStringLiteral(" reduced-motion");
 const QString animationsKey = gnomeGroup + QStringLiteral(" enable-animations");
 
-/// Of the portal's color-scheme; 0 is no preference.
+/// Values of the portal's color-scheme; 0 is no preference.
 enum Scheme : unsigned { preferDark = 1, preferLight = 2 };
 
 using Groups = QMap<QString, QVariantMap>;
 
-/// Only themes for high contrast set text in pure black and white.
+/// A contrast from which on a palette is one for high contrast: only such themes set text in pure
+/// black and white.
 constexpr double highContrastRatio = 20;
 
-/// The portal's accent colour: red, green and blue from 0 to 1, anything else for none.
+/// The portal's accent colour: red, green and blue from 0 to 1. Any other value means that there is
+/// none; then the result is invalid.
 QColor accentColor(const QVariant& setting)
 {
     const auto argument = setting.value<QDBusArgument>();
@@ -47,7 +49,7 @@ QColor accentColor(const QVariant& setting)
     argument.beginStructure();
     for (double& channel : channels)
         argument >> channel;
-    argument.endStructure(); // whatever was read, else Qt leaks
+    argument.endStructure(); // even after wrong values, else Qt leaks memory
     const auto isInRange = [](double channel) { return channel >= 0 && channel <= 1; };
     if (!std::all_of(channels.begin(), channels.end(), isInRange))
         return {};
@@ -77,8 +79,8 @@ void DesktopAppearance::ask(const QDBusConnection& bus)
     if (!bus.isConnected())
         return;
     QDBusConnection connection = bus;
-    // The slot takes the message: one with three parameters is silently not called as long as
-    // nothing else in the process has made the type of the third known to Qt.
+    // The slot takes the whole message. A slot with three parameters is silently not called as long
+    // as nothing else in the process has made the type of the third known to Qt.
     connection.connect(service, objectPath, settingsInterface, QStringLiteral("SettingChanged"),
                        this, SLOT(takeChange(QDBusMessage)));
     QDBusMessage call = QDBusMessage::createMethodCall(service, objectPath, settingsInterface,

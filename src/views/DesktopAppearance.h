@@ -9,10 +9,10 @@
 class QDBusPendingCallWatcher;
 class Theme;
 
-/// Keeps a theme as the desktop wants it: by its settings portal (color-scheme, contrast,
-/// reduced-motion, and GNOME's enable-animations), else by the application's palette. Asks the
-/// portal without waiting for it, so a desktop with one may be dark a moment after the start.
-/// Main thread.
+/// Keeps a theme in the look that the desktop wants. Asks its settings portal (color-scheme,
+/// contrast, reduced-motion, and GNOME's enable-animations); without one, the application's palette
+/// decides. The portal is not waited for, so a dark desktop may turn the theme dark only a moment
+/// after the start. Main thread.
 class DesktopAppearance : public QObject
 {
     Q_OBJECT
@@ -34,5 +34,5 @@ private:
     void update();
 
     Theme& m_theme;
-    QVariantMap m_settings; // what the portal has told, by group and key
+    QVariantMap m_settings; // what the portal has told, under "group key"
 };

@@ -4,7 +4,7 @@
 
 class Theme;
 
-/// A line across. Main thread.
+/// A horizontal line. Main thread.
 class Divider : public QWidget
 {
     Q_OBJECT

@@ -43,13 +43,14 @@ DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
     connect(chooser, &FileChooser::closed, this, &DocumentTab::chooserClosed);
     connect(chooser, &FileChooser::chosen, this,
             [this](const std::filesystem::path& file) { m_state.loadFile(file); });
-    // Later, so that the program that is dragged from has its answer at once.
+    // Queued, so that the program from which the file is dragged gets its answer at once.
     connect(zone, &DropZone::dropped, this, &DocumentTab::load, Qt::QueuedConnection);
 }
 
 void DocumentTab::load(const QUrl& file)
 {
-    // By its bytes, which need not be UTF-8. A host is this computer's own name.
+    // The path is taken as bytes, which need not be UTF-8. A host in the address is ignored: it is
+    // this computer's own name.
     const QByteArray path =
         QByteArray::fromPercentEncoding(file.path(QUrl::FullyEncoded).toLatin1());
     if (!path.isEmpty())

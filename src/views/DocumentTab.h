@@ -6,7 +6,7 @@
 class AppState;
 class Theme;
 
-/// The source that is a file: dropped, or chosen. Main thread.
+/// The tab of the source that is a file, dropped or chosen. Main thread.
 class DocumentTab : public QWidget
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     DocumentTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
 
 signals:
-    /// The file chooser is on the screen between these two.
+    /// The file chooser is on the screen from the first of these signals to the second.
     void chooserOpened();
     void chooserClosed();
 

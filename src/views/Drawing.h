@@ -4,13 +4,13 @@
 #include <QPainter>
 #include <QRectF>
 
-/// What several controls draw alike.
+/// Parts that several controls draw in the same way.
 namespace Drawing {
 
-/// How much of a disabled control is seen.
+/// The opacity of a disabled control.
 constexpr qreal disabledOpacity = 0.4;
 
-/// How much of the accent a focus ring has, and how wide it is.
+/// The opacity of a focus ring in the accent colour, and its width.
 constexpr qreal focusOpacity = 0.6;
 constexpr qreal focusWidth = 2;
 
@@ -28,7 +28,7 @@ inline void fill(QPainter& painter, const QRectF& rect, qreal radius, const QCol
     painter.drawRoundedRect(rect, radius, radius);
 }
 
-/// The edge of a rounded rectangle, inside of it.
+/// The edge of a rounded rectangle, drawn inside of `rect`.
 inline void edge(QPainter& painter, const QRectF& rect, qreal radius, const QPen& pen)
 {
     const qreal half = pen.widthF() / 2;

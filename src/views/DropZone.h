@@ -5,8 +5,7 @@
 
 class Theme;
 
-/// A dashed area that files are dropped on. It is highlighted while one is dragged over it. Main
-/// thread.
+/// A dashed area to drop files on. It is highlighted while a file is dragged over it. Main thread.
 class DropZone : public QWidget
 {
     Q_OBJECT
@@ -17,7 +16,7 @@ public:
     bool isHighlighted() const { return m_isHighlighted; }
 
 signals:
-    /// The first file of those dropped.
+    /// Files were dropped; `file` is the first.
     void dropped(const QUrl& file);
     void highlighted(bool isHighlighted);
 

@@ -30,7 +30,7 @@ void Fade::moveTo(qreal target)
 void Fade::updateCurrentValue(const QVariant& value)
 {
     if (state() != Running)
-        return; // only the values of a new start and end
+        return; // Qt reports values while start and end are set
     m_value = value.toReal();
     m_widget.update();
 }

@@ -5,14 +5,15 @@
 class QWidget;
 class Theme;
 
-/// A number by which a widget is drawn and that moves smoothly, for as long as the theme wants: at
-/// once where motion is reduced or the widget is not seen. Main thread.
+/// A number that a widget draws itself by, and that moves smoothly to its target. The theme says
+/// how long this takes. It moves at once if motion is reduced or the widget is not seen. Main
+/// thread.
 class Fade : public QVariantAnimation
 {
     Q_OBJECT
 
 public:
-    /// The widget owns the fade and is drawn again whenever the number changes.
+    /// The widget owns the fade and is redrawn whenever the number changes.
     Fade(const Theme& theme, QWidget& widget);
 
     qreal value() const { return m_value; }

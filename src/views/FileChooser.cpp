@@ -48,7 +48,7 @@ void FileChooser::open()
     m_dialog = new QFileDialog(m_view.window(), QStringLiteral("Choose File"), m_folder);
     m_dialog->setObjectName(QStringLiteral("fileChooser"));
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
-    m_dialog->setAttribute(Qt::WA_WindowPropagation); // dark where the view is
+    m_dialog->setAttribute(Qt::WA_WindowPropagation); // dark if the view is dark
     m_dialog->setFileMode(QFileDialog::ExistingFile);
     m_dialog->setOption(QFileDialog::HideNameFilterDetails);
     m_dialog->setNameFilter(QStringLiteral("Documents and pictures (%1)").arg(patterns()));
@@ -60,10 +60,10 @@ void FileChooser::open()
 
 bool FileChooser::eventFilter(QObject* window, QEvent* event)
 {
-    // Left alone, it would lie about without what it is for.
+    // On its own, the chooser would have nothing to belong to.
     if (m_dialog && event->type() == QEvent::Hide)
         m_dialog->hide();
-    // Later, when there is a window to lie over.
+    // Queued, because only then is there a window to lie over.
     if (m_dialog && event->type() == QEvent::Show)
         QMetaObject::invokeMethod(this, &FileChooser::comeBack, Qt::QueuedConnection);
     return QObject::eventFilter(window, event);

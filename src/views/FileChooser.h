@@ -8,23 +8,23 @@
 class QFileDialog;
 class QWidget;
 
-/// The desktop's window to choose one document in. While it is open it comes and goes with the
-/// window it belongs to. Main thread.
+/// The desktop's window for choosing one document. While it is open, it is shown and hidden
+/// together with the window that it belongs to. Main thread.
 class FileChooser : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The chooser belongs to `view`, whose window the chooser's lies over.
+    /// `view` owns the chooser, which lies over the window of `view`.
     explicit FileChooser(QWidget& view);
 
-    /// Opens and returns at once; where it is open already, it comes to the front.
+    /// Opens the chooser and returns at once. If it is open already, it comes to the front.
     void open();
 
 signals:
     void opened();
     void closed();
-    /// Before closed(). Nothing is chosen where the user cancels.
+    /// The user has chosen `file`. Comes before closed(), and not at all if the user cancels.
     void chosen(const std::filesystem::path& file);
 
 protected:
@@ -36,5 +36,5 @@ private:
 
     QWidget& m_view;
     QPointer<QFileDialog> m_dialog;
-    QString m_folder; // where it opens: where it was last
+    QString m_folder; // the folder to open in: the last one used
 };

@@ -2,15 +2,16 @@
 
 class QWidget;
 
-/// Where the focus of a window is: the keyboard's place in it while the window is active, and where
-/// the keyboard comes back to while it is not. QWidget::hasFocus() knows only of the former.
+/// Tells where the focus of a window is. While the window is active, that is where keys go; while
+/// it is not, it is where they will go once it is active again. QWidget::hasFocus() is false then.
+/// Main thread.
 namespace Focus {
 
-/// Whether the window of `widget` has its focus on it or on something in it.
+/// Whether the focus of its window is on `widget` or on something in it.
 bool isIn(const QWidget& widget);
 
-/// Whether the window of `widget` has its focus on nothing that keys are of use to: on nothing at
-/// all, or on what is hidden, disabled, or without controls.
+/// Whether the focus of `widget`'s window is where keys are of no use: on nothing at all, or on
+/// something that is hidden, disabled, or not a control.
 bool isLost(const QWidget& widget);
 
 } // namespace Focus

@@ -5,8 +5,8 @@
 
 class Theme;
 
-/// The ring around what has the keyboard focus, outside of its bounds; one for each window, over
-/// everything else in it. Main thread.
+/// The ring around what has the keyboard focus, outside of its bounds. There is one for each
+/// window, over everything else in it. Main thread.
 class FocusRing : public QWidget
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ public:
     /// The window owns the ring.
     FocusRing(const Theme& theme, QWidget& window);
 
-    /// Lets the ring show around `outlined`, whose corners have this radius, while `focused` has
+    /// Makes the ring show around `outlined`, whose corners have this radius, while `focused` has
     /// the focus. Requires: `outlined` lives as long as `focused`.
     static void outline(QWidget& focused, QWidget& outlined, int radius);
 
@@ -30,5 +30,5 @@ private:
     const Theme& m_theme;
     QPointer<QWidget> m_outlined;
     int m_radius = 0;
-    QList<QPointer<QWidget>> m_watched; // the outlined and what it lies in
+    QList<QPointer<QWidget>> m_watched; // m_outlined and the widgets around it
 };

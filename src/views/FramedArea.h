@@ -4,7 +4,8 @@
 
 class Theme;
 
-/// A rounded area with the ground of text and an outline, for what is written or read. Main thread.
+/// A rounded area with an outline and the ground for text, in which one writes or reads. Main
+/// thread.
 class FramedArea : public QWidget
 {
     Q_OBJECT

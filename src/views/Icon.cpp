@@ -15,7 +15,7 @@ namespace Icon {
 
 namespace {
 
-/// The size that the files are drawn for, and the attribute of the width of their lines.
+/// The size that the files are drawn for, and the attribute that has the width of their lines.
 constexpr int grid = 16;
 constexpr double lineWidth = 1.5;
 constexpr const char* lineAttribute = "stroke-width=\"1.5\"";
@@ -59,7 +59,7 @@ QString name(Symbol symbol)
     return {};
 }
 
-/// The drawing with lines for this size: as the icon grows, its lines grow more slowly.
+/// The file of the icon with lines for this size: as the icon grows, its lines grow more slowly.
 QByteArray drawing(Symbol symbol, int size)
 {
     QFile file(QStringLiteral(":/pithwise/icons/%1.svg").arg(name(symbol)));
@@ -87,7 +87,7 @@ QPixmap rendered(Symbol symbol, int size, qreal scale, const QColor& color)
     return QPixmap::fromImage(image);
 }
 
-/// Draws the colour that the theme has at the time.
+/// Draws the icon in the colour that the theme has at the time.
 class Engine : public QIconEngine
 {
 public:
@@ -114,7 +114,7 @@ public:
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
                          qreal scale) override
     {
-        // Qt gives the size in pixels of the result, from 6.8 on before it is scaled.
+        // Qt gives the size in pixels of the result; from 6.8 on it gives the size before scaling.
         constexpr bool isScaled = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);
         QPixmap result(isScaled ? size : (QSizeF(size) * scale).toSize());
         result.fill(Qt::transparent);

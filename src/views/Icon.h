@@ -10,17 +10,18 @@
 class QPainter;
 class Theme;
 
-/// The line icons, in any colour and size. Their lines are 1.5 of 16 wide, finer in larger icons.
-/// Main thread.
+/// Draws the line icons in any colour and size. In an icon of 16 pixels lines are 1.5 wide; in
+/// larger icons they are relatively finer. Main thread.
 namespace Icon {
 
-/// `size` is in logical pixels, of which each is `scale` pixels of the result.
+/// The icon as a picture. `size` is in logical pixels; each is `scale` pixels of the picture.
 QPixmap pixmap(Symbol symbol, int size, qreal scale, const QColor& color);
 
-/// Draws the icon with its corner at `corner`, moved to whole pixels so that it is sharp.
+/// Draws the icon with its top left corner at `corner`, moved to whole pixels so that it is sharp.
+/// `size` is in logical pixels.
 void paint(QPainter& painter, const QPointF& corner, Symbol symbol, int size, const QColor& color);
 
-/// An icon that follows `theme`, which must outlive it.
+/// An icon that takes the colours of `theme` at any time. Requires: `theme` outlives it.
 QIcon icon(Symbol symbol, const Theme& theme, ColorRole role);
 
 } // namespace Icon

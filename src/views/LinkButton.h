@@ -10,7 +10,7 @@ class LinkButton : public QPushButton
     Q_OBJECT
 
 public:
-    static constexpr int padding = 4; // what a click may miss the text by
+    static constexpr int padding = 4; // how far from the text a click still counts
 
     LinkButton(const Theme& theme, const QString& text, QWidget* parent = nullptr);
 

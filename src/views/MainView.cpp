@@ -28,11 +28,11 @@ constexpr int tabHeight = 130;
 constexpr int controlSpacing = 8;
 constexpr int lengthLabelWidth = 60;
 
-/// Texts of more characters are counted only when the typing pauses for so long.
+/// The words of texts with more characters are counted only when typing pauses for this long.
 constexpr qsizetype mostCountedAtOnce = 1'000'000;
 constexpr std::chrono::milliseconds typingPause(200);
 
-/// The icons of AppState::allTabs.
+/// The icons of the tabs, in the order of AppState::allTabs.
 constexpr std::array tabSymbols = {Symbol::clipboard, Symbol::document, Symbol::globe,
                                    Symbol::viewfinder};
 
@@ -178,11 +178,11 @@ void MainView::refresh()
     m_length->setValue(indexOf(allSummaryLengths, length));
     const QString lengthText = QtText::fromUtf8(label(length));
     m_lengthLabel->setText(lengthText);
-    if (m_length->accessibleDescription() != lengthText) // which would be told again
+    if (m_length->accessibleDescription() != lengthText) // else it would be told again
         m_length->setAccessibleDescription(lengthText);
     showActions();
     if (hadTabFocus && Focus::isLost(*this))
-        takeFocus(); // the other tab could not have it
+        takeFocus(); // the tab that is now hidden had the focus
     if (state().mode != m_knownMode || state().length != m_knownLength) {
         m_knownMode = state().mode;
         m_knownLength = state().length;
@@ -209,7 +209,7 @@ void MainView::showSourceLater()
         m_lastSource = text;
         m_sourceTimer.start();
     } else if (!m_sourceTimer.isActive()) {
-        showSource(); // what has been counted is not counted again
+        showSource(); // cheap, because this text has been counted
     }
 }
 
@@ -225,7 +225,7 @@ void MainView::showActions()
     if (wasFocused)
         shown->setFocus();
     hidden->hide();
-    // At once, so that it is never drawn in the other's place.
+    // Lays out at once, so that the shown button is never drawn in the place of the hidden one.
     shown->parentWidget()->layout()->activate();
 }
 

@@ -14,7 +14,7 @@ class QVBoxLayout;
 class SegmentedControl;
 class StopSlider;
 
-/// Where to take text from, how to summarise it, and the summary. Main thread.
+/// The main view: where to take text from, how to summarise it, and the summary. Main thread.
 class MainView : public StateView
 {
     Q_OBJECT
@@ -23,18 +23,18 @@ public:
     MainView(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
              QWidget* parent = nullptr);
 
-    /// What Return does wherever it has no use of its own.
+    /// Does what Return does when nothing else uses it: clicks Summarize.
     void performDefault();
 
-    /// Gives the focus to what the present tab begins with, else to Stop or Summarize.
+    /// Gives the focus to the first control of the present tab, else to Stop or Summarize.
     void takeFocus();
 
-    /// Gives the focus to what is of use in place of a control that has gone: Stop during a run,
-    /// which ends it, else as `takeFocus`.
+    /// Gives the focus to a useful control when the one that had it is gone: during a run to Stop,
+    /// else as takeFocus() does.
     void replaceFocus();
 
 signals:
-    /// The file chooser is on the screen between these two.
+    /// The file chooser is on the screen from the first of these signals to the second.
     void chooserOpened();
     void chooserClosed();
 
@@ -58,7 +58,7 @@ private:
     Label* m_lengthLabel;
     OneLineLabel* m_source;
     QTimer m_sourceTimer;
-    QString m_lastSource; // as it was when the timer was started
+    QString m_lastSource; // the text when the timer was started
     PushButton* m_stop;
     PushButton* m_summarize;
     SummaryMode m_knownMode;

@@ -83,11 +83,12 @@ void MessageView::resizeEvent(QResizeEvent* event)
 void MessageView::center()
 {
     const int free = height() - wholeHeight(width());
-    // Not as needed, because Qt tries it with the bar first, in which the text is higher.
+    // Not ScrollBarAsNeeded: Qt would first try with the bar, beside which the text is higher.
     setVerticalScrollBarPolicy(free < 0 ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-    // The last line's leading is not seen.
+    // The space below the last line, which is not seen.
     const int leading = fontMetrics().height() * (lineHeight - 100) / 100;
     setViewportMargins(0, free > 0 ? (free + std::min(free, leading)) / 2 : 0, 0, 0);
-    // Qt lays out only what it resizes, not what it has just freed from the bar.
+    // Qt lays the text out again when it resizes the viewport, but not when the scroll bar has just
+    // gone.
     document()->setTextWidth(viewport()->width());
 }

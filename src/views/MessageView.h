@@ -7,8 +7,8 @@
 
 class Theme;
 
-/// A message in the middle of its place: it wraps anywhere if need be, scrolls where it is longer
-/// than its place, and can be selected. Main thread.
+/// A message, centred in its area. It wraps anywhere if need be, scrolls if it is longer than the
+/// area, and can be selected. Main thread.
 class MessageView : public QTextEdit
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     /// Shows `message`, plain text.
     void setMessage(const QString& message);
 
-    /// How high the message is, up to a few lines.
+    /// How high the message is at this width, up to ten lines.
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {}; }

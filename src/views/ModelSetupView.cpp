@@ -48,7 +48,7 @@ void ModelSetupView::addProgress(const Theme& theme)
     m_bar = new ProgressBar(theme, m_progress);
     m_bar->setObjectName(QStringLiteral("downloadBar"));
     m_bar->setAccessibleName(QStringLiteral("Download of the model"));
-    m_bar->setFocusPolicy(Qt::TabFocus); // else all that could have the focus would quit
+    m_bar->setFocusPolicy(Qt::TabFocus); // else only Quit could have the focus
     FocusRing::outline(*m_bar, *m_bar, ringRadius);
     m_percentage = new Label(theme, TextStyle::caption, ColorRole::secondary, {}, m_progress);
     m_percentage->setObjectName(QStringLiteral("percentage"));
@@ -86,7 +86,7 @@ void ModelSetupView::showParts(bool isDownloading, bool isFailed)
     QWidget* const hidden = isDownloading ? static_cast<QWidget*>(m_button) : m_progress;
     setFocusProxy(isDownloading ? static_cast<QWidget*>(m_bar) : m_button);
     shown->show();
-    // First, because what is hidden hands the focus to what comes next, which quits.
+    // Before the other part is hidden: the focus would go to whatever comes next, and that is Quit.
     if (hadFocus && !isReading)
         setFocus(Qt::OtherFocusReason);
     hidden->hide();
@@ -99,7 +99,7 @@ void ModelSetupView::setState(const ModelManager::State& state)
     const auto* const failed = std::get_if<ModelManager::Failed>(&state);
     if (downloading) {
         m_bar->setFraction(downloading->progress);
-        // Only whole percents, so that 100 is told no sooner than all is there.
+        // Rounded down, so that 100 is not told before everything is there.
         const int percent = static_cast<int>(downloading->progress * 100);
         m_percentage->setText(QStringLiteral("%1%").arg(percent));
     }

@@ -10,7 +10,7 @@ class ProgressBar;
 class PushButton;
 class Theme;
 
-/// What is shown until the model is on disk. Main thread.
+/// The view that is shown until the model is on disk. Main thread.
 class ModelSetupView : public QWidget
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private:
 
     ProgressBar* m_bar;
     Label* m_percentage;
-    QWidget* m_progress; // of both
+    QWidget* m_progress; // contains m_bar and m_percentage
     MessageView* m_message;
     PushButton* m_button;
 };

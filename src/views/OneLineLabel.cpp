@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QToolTip>
 
-/// More than this is not seen anyway, and measuring text takes its time.
+/// No more than this could be seen anyway, and measuring text takes time.
 static constexpr qsizetype mostCharacters = 400;
 
 OneLineLabel::OneLineLabel(const Theme& theme, TextStyle style, ColorRole role, QWidget* parent)

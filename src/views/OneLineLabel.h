@@ -2,8 +2,8 @@
 
 #include "Label.h"
 
-/// A label of one line, whatever its text: what does not fit is left out in the middle, so that
-/// both ends stay, and pointing at it tells the whole. Main thread.
+/// A label of one line, whatever its text is. If the text does not fit, its middle is left out, and
+/// pointing at the label shows it whole. Main thread.
 class OneLineLabel : public Label
 {
     Q_OBJECT

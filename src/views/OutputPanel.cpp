@@ -129,7 +129,7 @@ void OutputPanel::refresh()
     tellNews();
 }
 
-/// What has been told of work that goes on may have been lost with the window, which is away while
+/// Tells the status again: what was told may have been lost with the window, which is away while
 /// the screen is captured.
 void OutputPanel::showEvent(QShowEvent*)
 {
@@ -149,7 +149,7 @@ void OutputPanel::enableActions()
 void OutputPanel::showContent()
 {
     const QString& output = state().output;
-    // Also while something else is shown, so that a new summary begins at the top.
+    // Also while another page is shown, so that a new summary begins at its top.
     if (!output.isSharedWith(m_shown)) {
         m_shown = output;
         m_summary->setMarkdown(output);
@@ -193,7 +193,8 @@ void OutputPanel::showNews()
     m_news->setText(news);
 }
 
-/// The status once, although it moves from one place to another.
+/// Tells screen readers about a new status or toast. A status is told only once, although it moves
+/// from one place to another.
 void OutputPanel::tellNews()
 {
     const QString status = state().isWorking ? state().status.get() : QString();

@@ -8,7 +8,7 @@ class MessageView;
 class OneLineLabel;
 class QStackedLayout;
 
-/// The summary or what there is in its place, what can be done with it, and a line of news. Main
+/// The summary, or what is shown in its place; the buttons for using it; and a line of news. Main
 /// thread.
 class OutputPanel : public StateView
 {
@@ -39,8 +39,8 @@ private:
     SummaryView* m_summary;
     QWidget* m_actions;
     OneLineLabel* m_news;
-    QString m_shown;                  // of the output
-    std::optional<QString> m_failure; // as last told, like the next two
+    QString m_shown;                  // the output that m_summary shows
+    std::optional<QString> m_failure; // as last told, and so are the next two
     QString m_toldStatus;
     std::optional<QString> m_toldToast;
     bool m_isStreaming = false;

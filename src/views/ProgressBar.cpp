@@ -6,7 +6,7 @@
 #include <algorithm>
 
 static constexpr int barHeight = 6;
-static constexpr int percent = 100; // what screen readers are told
+static constexpr int percent = 100; // the scale for screen readers
 
 ProgressBar::ProgressBar(const Theme& theme, QWidget* parent) : QProgressBar(parent), m_theme(theme)
 {
@@ -19,7 +19,7 @@ ProgressBar::ProgressBar(const Theme& theme, QWidget* parent) : QProgressBar(par
 
 void ProgressBar::setFraction(double fraction)
 {
-    // In this order, so that what is not a number becomes 0.
+    // In this order, so that NaN becomes 0.
     m_fraction = std::min(1.0, std::max(0.0, fraction));
     setValue(static_cast<int>(m_fraction * percent));
     update();
@@ -38,7 +38,7 @@ void ProgressBar::paintEvent(QPaintEvent*)
     Drawing::fill(painter, rect(), radius, m_theme[ColorRole::track]);
     if (m_fraction <= 0)
         return;
-    // Never shorter than its round ends, and growing by less than a pixel at a time.
+    // Never shorter than its round ends. Not rounded to whole pixels, so that it grows smoothly.
     const qreal length = std::max<qreal>(height(), width() * m_fraction);
     const qreal start = layoutDirection() == Qt::RightToLeft ? width() - length : 0;
     Drawing::fill(painter, QRectF(start, 0, length, height()), radius, m_theme[ColorRole::accent]);

@@ -12,7 +12,7 @@ class ProgressBar : public QProgressBar
 public:
     explicit ProgressBar(const Theme& theme, QWidget* parent = nullptr);
 
-    /// From 0 to 1; what lies outside counts as the nearer of both.
+    /// Shows `fraction` (0 to 1) as done. Values outside count as the nearer end.
     void setFraction(double fraction);
 
     QSize sizeHint() const override;

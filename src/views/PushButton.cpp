@@ -66,7 +66,8 @@ int PushButton::contentWidth() const
     return symbol + fontMetrics().size(Qt::TextShowMnemonic, text()).width();
 }
 
-/// Disabled, a filled button would be hard to read.
+/// Whether the button is filled with the accent. A disabled button is not, because it would be hard
+/// to read.
 bool PushButton::isAccented() const
 {
     return isDefault() && isEnabled();
@@ -74,7 +75,7 @@ bool PushButton::isAccented() const
 
 QSize PushButton::sizeHint() const
 {
-    // What has an icon looks equally padded with a little less beside it.
+    // A button with an icon looks equally padded with a little less space beside it.
     const int paddings = 2 * paddingOf(m_size) - (m_symbol ? 2 : 0);
     return {contentWidth() + paddings, heightOf(m_size)};
 }
@@ -102,7 +103,8 @@ void PushButton::paintGround(QPainter& painter) const
     const QRectF ground = rect();
     if (isAccented()) {
         Drawing::fill(painter, ground, radius, m_theme[ColorRole::accentFill]);
-        // Away from the text's colour, so that it never reads worse.
+        // The overlay goes away from the text's colour, so that the text never becomes harder to
+        // read.
         const bool isDarkText = m_theme[ColorRole::onAccent].lightness() < 128;
         const QColor overlay = isDarkText ? Qt::white : Qt::black;
         const qreal opacity =

@@ -10,7 +10,7 @@
 class Fade;
 class Theme;
 
-/// A button with a text and perhaps an icon; the default button (setDefault) is filled with the
+/// A button with a text and perhaps an icon. The default button (setDefault) is filled with the
 /// accent. A click does not take the focus from the text that is being written. Main thread.
 class PushButton : public QPushButton
 {

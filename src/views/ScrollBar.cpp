@@ -14,7 +14,8 @@ constexpr qreal margin = 3;
 constexpr qreal restOpacity = 0.32;
 constexpr qreal activeOpacity = 0.55;
 
-/// Where the mouse finds the thumb: on the whole length, without arrows.
+/// Says where the mouse finds the thumb, which moves along the whole length because there are no
+/// arrows.
 class Style : public QCommonStyle
 {
 public:

@@ -4,7 +4,7 @@
 
 class Theme;
 
-/// A slim scroll bar without arrows, over the ground of what it scrolls. Main thread.
+/// A slim scroll bar without arrows. Its ground is that of the text that it scrolls. Main thread.
 class ScrollBar : public QScrollBar
 {
     Q_OBJECT

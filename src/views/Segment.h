@@ -9,8 +9,8 @@
 class Fade;
 class Theme;
 
-/// One choice of a SegmentedControl: a radio button, for the keyboard and for screen readers, that
-/// draws only its icon and its text. Main thread.
+/// One choice of a SegmentedControl. For the keyboard and for screen readers it is a radio button;
+/// it draws only its icon and its text. Main thread.
 class Segment : public QRadioButton
 {
     Q_OBJECT

@@ -58,7 +58,8 @@ void SegmentedControl::choose(int index)
     emit indexChanged(index);
 }
 
-/// The chosen one; Qt sees to it only once one of them has had the focus.
+/// Makes the chosen segment the only one that Tab stops at. Qt does so only once one of them has
+/// had the focus.
 void SegmentedControl::updateTabStop()
 {
     for (Segment* segment : m_segments)

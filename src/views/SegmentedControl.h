@@ -11,8 +11,8 @@ class Fade;
 class Segment;
 class Theme;
 
-/// A row of choices of which one is always chosen, the raised one. With the keyboard it is one
-/// stop; the arrows choose. Screen readers find radio buttons in a group that has this widget's
+/// A row of choices. One is always chosen and raised. For the Tab key the row is one stop; the
+/// arrow keys choose. Screen readers find radio buttons in a group that has this widget's
 /// accessible name. Main thread.
 class SegmentedControl : public QWidget
 {
@@ -25,14 +25,15 @@ public:
         std::optional<Symbol> symbol = std::nullopt;
     };
 
-    /// The first is chosen. Requires: there is one.
+    /// Chooses the first. Requires: there is at least one choice.
     SegmentedControl(const Theme& theme, const std::vector<Choice>& choices,
                      QWidget* parent = nullptr);
 
-    /// The number of the chosen one, from 0.
+    /// The index of the chosen one, from 0.
     int index() const { return m_index; }
 
-    /// Chooses; announced if it is another one. Requires: there is such a choice.
+    /// Chooses this one. Announced by indexChanged() if another one was chosen. Requires: there is
+    /// such a choice.
     void setIndex(int index);
 
     /// The buttons, whose object names are "segment0", "segment1" and so on.
@@ -51,5 +52,5 @@ private:
     const Theme& m_theme;
     std::vector<Segment*> m_segments;
     int m_index = 0;
-    Fade* m_pill; // its place, as the number of a choice
+    Fade* m_pill; // where the raised part is, as an index
 };

@@ -2,8 +2,8 @@
 
 #include "Label.h"
 
-/// A centred label that begins each sentence on a line of its own where they do not fit on one and
-/// each fits by itself; else it wraps between any words. Main thread.
+/// A centred label of some sentences. If they do not fit on one line but each fits on its own, each
+/// begins a new line. Otherwise the text wraps between any words. Main thread.
 class SentenceLabel : public Label
 {
     Q_OBJECT

@@ -5,8 +5,8 @@
 
 class Theme;
 
-/// Shows that something goes on. It costs nothing while it is hidden, and stands still where motion
-/// is reduced. Main thread.
+/// Shows that something is going on. It costs nothing while it is hidden, and stands still if
+/// motion is reduced. Main thread.
 class Spinner : public QWidget
 {
     Q_OBJECT

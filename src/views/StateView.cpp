@@ -13,7 +13,7 @@ void StateView::markStale()
         return;
     m_isStale = true;
     const auto refreshOnce = [this] {
-        m_isStale = false; // first, because refreshing may change the state
+        m_isStale = false; // before refresh(), which may change the state
         refresh();
     };
     QMetaObject::invokeMethod(this, refreshOnce, Qt::QueuedConnection);

@@ -4,9 +4,8 @@
 
 class AppState;
 
-/// A view of the application's state. A change, which is announced before it is made, makes it
-/// stale; it refreshes with the next turn of the event loop, once for all changes until then. Main
-/// thread.
+/// A view of the application's state. Every change of the state makes the view stale. It is
+/// refreshed in the next turn of the event loop, once for all changes until then. Main thread.
 class StateView : public QWidget
 {
     Q_OBJECT
@@ -16,7 +15,7 @@ public:
     explicit StateView(AppState& state, QWidget* parent = nullptr);
 
 protected:
-    /// Shows what the state is now. Called by constructors too, at their end.
+    /// Shows the present state. Constructors call this too, at their end.
     virtual void refresh() = 0;
 
     AppState& state() const { return m_state; }

@@ -39,7 +39,7 @@ qreal StopSlider::positionOf(qreal stop) const
     return margin + visual * (width() - 2 * margin);
 }
 
-/// The nearest one.
+/// The stop nearest to `position`.
 int StopSlider::stopAt(qreal position) const
 {
     const qreal visual = (position - margin) / (width() - 2 * margin);
@@ -111,7 +111,7 @@ void StopSlider::paintThumb(QPainter& painter) const
         Drawing::edge(painter, thumb.adjusted(-width, -width, width, width), thumbSize / 2 + width,
                       QPen(ring, width));
     }
-    // Opaque, so that a disabled thumb does not show the track through.
+    // Opaque, so that the track does not show through a disabled thumb.
     painter.setOpacity(1);
     Drawing::fill(painter, thumb.translated(0, 0.5), thumbSize / 2,
                   Drawing::faded(Qt::black, shadowOpacity));

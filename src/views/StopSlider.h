@@ -5,7 +5,7 @@
 class Fade;
 class Theme;
 
-/// A slider with three marked stops, 0, 1 and 2, and nothing between them. Main thread.
+/// A slider with three marked stops, 0, 1 and 2, and no positions between them. Main thread.
 class StopSlider : public QSlider
 {
     Q_OBJECT
@@ -29,5 +29,5 @@ private:
     void paintThumb(QPainter& painter) const;
 
     const Theme& m_theme;
-    Fade* m_thumb; // its place, as a stop
+    Fade* m_thumb; // where the thumb is, in stops
 };

@@ -12,7 +12,7 @@ struct Mark
     QStringView shown;
 };
 
-/// The first that fits counts.
+/// The marks; the first that fits counts.
 constexpr std::array<Mark, 4> marks = {{
     {u"- [ ] ", u"\u2610 "},
     {u"- [x] ", u"\u2611 "},

@@ -2,17 +2,17 @@
 
 #include "InlineMarkdown.h"
 
-/// How the model's Markdown is shown. Any thread.
+/// Turns the model's Markdown into what is shown. Any thread.
 namespace SummaryText {
 
 /// `markdown` with the marks at the beginnings of its lines replaced: "- [ ] " by a box, "- [x] "
-/// by a ticked one, "- " and "* " by a bullet.
+/// by a ticked box, "- " and "* " by a bullet.
 QString withMarks(QStringView markdown);
 
-/// What is shown of `markdown`: its lines with their marks, and their inline Markdown.
+/// What is shown for `markdown`: its lines with their marks, and their inline Markdown as runs.
 std::vector<InlineMarkdown::Run> rendered(QStringView markdown);
 
-/// Whether `line`, as shown, begins with one of the marks.
+/// Whether `line`, as it is shown, begins with one of the marks.
 bool hasMark(QStringView line);
 
 } // namespace SummaryText

@@ -20,7 +20,7 @@ using Runs = std::vector<InlineMarkdown::Run>;
 constexpr int padding = 12;
 constexpr int lineHeight = 130; // percent
 constexpr qreal codeGround = 0.07;
-constexpr int longestAddress = 120; // shown of it; fits every screen
+constexpr int longestAddress = 120; // characters shown of it; they fit every screen
 
 bool looksLike(const InlineMarkdown::Run& a, const InlineMarkdown::Run& b)
 {
@@ -35,7 +35,7 @@ qsizetype length(const Runs& runs)
     return sum;
 }
 
-/// How many characters both begin with that are the same and look the same.
+/// How many characters at the beginnings of both are the same and look the same.
 qsizetype commonBeginning(const Runs& a, const Runs& b)
 {
     qsizetype common = 0;
@@ -52,7 +52,7 @@ qsizetype commonBeginning(const Runs& a, const Runs& b)
     return common;
 }
 
-/// The same for the ends, but at most `most`.
+/// How many characters at the ends of both are the same and look the same, but at most `most`.
 qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
 {
     qsizetype common = 0;
@@ -68,8 +68,8 @@ qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
     return std::min(common, most);
 }
 
-/// What `markdown` shows, with every character one of the document's: Qt makes one line break of
-/// "\r\n", and uses two others as marks of its own.
+/// What is shown for `markdown`. Each of its characters is one character of the document: Qt would
+/// make one line break of "\r\n", and it uses two other characters as marks of its own.
 Runs shownRuns(QStringView markdown)
 {
     const QString text = markdown.toString().replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
@@ -83,15 +83,15 @@ Runs shownRuns(QStringView markdown)
     return runs;
 }
 
-/// Whether clicking on the link does anything.
+/// Whether the link can be opened.
 bool isOpened(const QUrl& link)
 {
     const QString scheme = link.scheme();
     return scheme == u"http" || scheme == u"https" || scheme == u"mailto";
 }
 
-/// The address as it is sent, in which no letter can pass for another, from its beginning: there it
-/// says whose it is.
+/// The address of `link` in its encoded form, in which no letter can pass for another. Its
+/// beginning is shown, because that says whose address it is.
 QString shownAddress(const QUrl& link)
 {
     QString address = QString::fromLatin1(link.toEncoded());
@@ -120,7 +120,7 @@ SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
     follow();
 }
 
-/// Everything again, in the theme's colours and font.
+/// Shows everything again in the theme's colours and font.
 void SummaryView::follow()
 {
     setFont(m_theme.font(TextStyle::body));
@@ -143,7 +143,7 @@ void SummaryView::setMarkdown(QStringView markdown)
 
     replaceChanged(runs);
 
-    // A selection that reaches to the end would grow with the text.
+    // Without this, a selection that reaches to the end would grow with the text.
     if (textCursor().anchor() != anchor || textCursor().position() != position) {
         const int end = static_cast<int>(length(runs));
         QTextCursor kept = textCursor();
@@ -171,7 +171,7 @@ void SummaryView::replaceChanged(const Runs& runs)
     m_runs = runs;
 }
 
-/// Inserts the characters from `from` to `to` of what `runs` show.
+/// Inserts the characters of `runs` from `from` up to `to`.
 void SummaryView::insert(QTextCursor& cursor, const Runs& runs, qsizetype from, qsizetype to) const
 {
     qsizetype position = 0;
@@ -184,7 +184,7 @@ void SummaryView::insert(QTextCursor& cursor, const Runs& runs, qsizetype from, 
     }
 }
 
-/// Lets the lines below a mark begin beside it, in the blocks from `from` to `to`.
+/// In the blocks from `from` to `to`, indents the lines below a mark so that they begin beside it.
 void SummaryView::indentMarks(int from, int to) const
 {
     const QFontMetricsF metrics(font());
@@ -228,7 +228,7 @@ void SummaryView::open(const QUrl& link) const
         m_openLink(link);
 }
 
-/// Goes from link to link, too.
+/// Moves to the next link inside the text too, and shows where it leads.
 bool SummaryView::focusNextPrevChild(bool next)
 {
     const bool isInside = QTextBrowser::focusNextPrevChild(next);
@@ -238,7 +238,7 @@ bool SummaryView::focusNextPrevChild(bool next)
     return isInside;
 }
 
-/// For an empty link, that of the one before goes.
+/// Shows the address of `link`; for an empty link, hides the address that was shown before.
 void SummaryView::showTarget(const QUrl& link, const QPoint& place)
 {
     if (link.isEmpty())

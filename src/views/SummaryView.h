@@ -9,9 +9,9 @@
 
 class Theme;
 
-/// Shows a summary while it streams: only what changes is laid out again, the user's selection and
-/// the place that is read stay, and the view goes along with the text only where it is at its end.
-/// Main thread.
+/// Shows a summary while it streams. Only what has changed is laid out again. The user's selection
+/// and scroll position stay; the view scrolls along only if it is at the end of the text. Main
+/// thread.
 class SummaryView : public QTextBrowser
 {
     Q_OBJECT
@@ -19,9 +19,9 @@ class SummaryView : public QTextBrowser
 public:
     using OpenLink = std::function<void(const QUrl&)>;
 
-    /// `openLink` is called for links that are clicked or activated with the keyboard. Only those
-    /// of http, https and mailto are links; each shows its address before it is opened. Nothing
-    /// that the text names is ever loaded.
+    /// `openLink` is called when a link is clicked or activated with the keyboard. Only addresses
+    /// of http, https and mailto become links. Each link shows its address before it is opened.
+    /// Nothing that the text names is ever loaded.
     SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent = nullptr);
 
     /// Shows `markdown` (see SummaryText) in place of what is shown.
@@ -42,5 +42,5 @@ private:
 
     const Theme& m_theme;
     OpenLink m_openLink;
-    std::vector<InlineMarkdown::Run> m_runs; // what is shown
+    std::vector<InlineMarkdown::Run> m_runs; // what is shown now
 };

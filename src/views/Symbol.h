@@ -1,6 +1,6 @@
 #pragma once
 
-/// The icons of the interface; each is a file in icons/.
+/// The icons of the interface. Each is a file in icons/.
 enum class Symbol {
     quotation, // the sign of Pithwise
     clipboard,

@@ -7,7 +7,7 @@
 
 class Theme;
 
-/// An icon that only adorns: screen readers pass it over. Main thread.
+/// An icon for decoration only; screen readers ignore it. Main thread.
 class SymbolView : public QWidget
 {
     Q_OBJECT

@@ -22,7 +22,7 @@ namespace {
 constexpr int padding = 4;
 constexpr int documentMargin = 6;
 
-/// What QTextDocument::toPlainText makes of it.
+/// The character that QTextDocument::toPlainText() turns `character` into.
 QChar plain(QChar character)
 {
     switch (character.unicode()) {
@@ -42,14 +42,14 @@ QChar plain(QChar character)
 class Layout
 {
 public:
-    /// Whether there may be `character` too.
+    /// Counts `character`. Returns whether the text is still within the limits.
     bool takes(QChar character)
     {
         const bool endsLine = plain(character) == u'\n' || character == u'\r';
         m_lines += endsLine ? 1 : 0;
-        // A line separator does not end what Qt lays out as a whole.
+        // A line separator does not end the block that Qt lays out as a whole.
         m_inLine = endsLine && character != QChar::LineSeparator ? 0 : m_inLine + 1;
-        if (!character.isHighSurrogate()) // else the other half tells
+        if (!character.isHighSurrogate()) // the low half tells whether it is a mark
             m_marks = isMark(character) ? m_marks + 1 : 0;
         m_last = character;
         return m_lines <= TextEditor::mostLines && m_inLine <= TextEditor::mostInLine &&
@@ -73,7 +73,7 @@ private:
     QChar m_last;
 };
 
-/// Whether the whole of `text` may be laid out. Looks no further than it has to.
+/// Whether `text` is within the limits. Looks no further than it has to.
 bool isSmall(QStringView text)
 {
     Layout layout;
@@ -82,8 +82,8 @@ bool isSmall(QStringView text)
                        [&layout](QChar character) { return layout.takes(character); });
 }
 
-/// As much of `text` as may be one line, or less where more would be slow, without half a character
-/// at the end.
+/// The beginning of `text` that is shown: as much as may be in one line, or less if it would be
+/// slow. It does not end in half a character.
 QString beginning(const QString& text)
 {
     Layout layout;
@@ -94,11 +94,11 @@ QString beginning(const QString& text)
     return text.first(size - (isHalved ? 1 : 0));
 }
 
-/// Asks before it puts in text that is pasted or dropped.
+/// An editor that first asks about text that is pasted or dropped.
 class Editor : public QPlainTextEdit
 {
 public:
-    /// Whether the text, taken over in another way, is not to be put in.
+    /// Returns true if it has taken the text itself, so that the editor must not insert it.
     using Insert = std::function<bool(const QString&)>;
 
     Editor(Insert insert, QWidget* parent) : QPlainTextEdit(parent), m_insert(std::move(insert)) {}
@@ -147,7 +147,7 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     m_note->hide();
     follow();
     connect(&theme, &Theme::changed, this, &TextEditor::follow);
-    // Before the editor says that the text has changed, because it comes first.
+    // Connected before textChanged, so that the text is up to date when that is announced.
     connect(m_editor->document(), &QTextDocument::contentsChange, this, &TextEditor::takeChange);
     connect(m_editor, &QPlainTextEdit::textChanged, this, &TextEditor::textChanged);
 }
@@ -168,7 +168,7 @@ void TextEditor::takeChange(int position, int removed, int added)
 {
     if (!m_text || m_isShownInPart)
         return;
-    // The mark at the document's end, which is not text, may be said to have changed too.
+    // Qt may report a change of the mark at the document's end, which is not part of the text.
     const int size = m_editor->document()->characterCount() - 1;
     const bool isText = position + added <= size && position + removed <= m_text->size();
     if (!isText || m_text->size() - removed + added != size) {
@@ -181,8 +181,8 @@ void TextEditor::takeChange(int position, int removed, int added)
     QString text = cursor.selectedText();
     for (QChar& character : text)
         character = plain(character);
-    // The text is shared, so that it has to be copied for every key. This takes a tenth of the time
-    // where the buffer is not a new one: by now nobody else has the text before.
+    // The text is shared, so it has to be copied for every key. Copying into an old buffer takes a
+    // tenth of the time of a new one: by now nobody else has the text before.
     const QStringView whole = *m_text;
     m_textBefore.resize(size);
     QChar* place = m_textBefore.data();
@@ -207,16 +207,16 @@ void TextEditor::showText(const QString& text)
     m_editor->setAccessibleDescription(m_isShownInPart ? m_note->text() : QString());
     m_textBefore = QString();
     if (m_isShownInPart) {
-        m_text = text; // first, for those who are told that it has changed
+        m_text = text; // before the change is announced
         m_editor->setPlainText(beginning(text));
     } else {
         m_text.reset();
         m_editor->setPlainText(text);
-        m_text = m_editor->toPlainText(); // now, not with the first key
+        m_text = m_editor->toPlainText(); // now rather than at the first key
     }
 }
 
-/// Puts in text that makes it too large, and says whether it was so.
+/// Inserts `pasted` if the text becomes too large by it. Returns whether it has done so.
 bool TextEditor::insertLarge(const QString& pasted)
 {
     const QTextCursor cursor = m_editor->textCursor();

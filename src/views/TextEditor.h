@@ -8,13 +8,14 @@ class Divider;
 class Label;
 class QPlainTextEdit;
 
-/// A framed area to write text of many lines in. Return breaks the line, Tab leaves. The place for
-/// text, with its placeholder, begins 10 logical pixels from the edges. Main thread.
+/// A framed area to write text of many lines in. Return breaks the line, Tab leaves. The text and
+/// the placeholder begin 10 logical pixels from the edges. Main thread.
 ///
-/// A line is laid out whole, in a time that grows with the square of its length where it has no
-/// gaps; every line is an object, of which millions take half a minute; and of the marks on one
-/// letter each is drawn over the others. A text of more than there may be of one of them is
-/// therefore shown in part and cannot be edited, as a note says, until another text is set.
+/// Some texts would take too long. A line is laid out as a whole; without gaps in it, the time
+/// grows with the square of its length. Every line is an object, and millions of them take half a
+/// minute. Of the marks on one letter, each is drawn over the others. A text that exceeds one of
+/// the limits below is therefore shown only in part and cannot be edited. A note says so, until
+/// another text is set.
 class TextEditor : public FramedArea
 {
     Q_OBJECT
@@ -27,20 +28,21 @@ public:
 
     explicit TextEditor(const Theme& theme, QWidget* parent = nullptr);
 
-    /// All of the text, also where only a part is shown. Costs little, however large the text: it
-    /// is kept, and what is typed is put in.
+    /// The whole text, even if only a part of it is shown. Cheap, however large the text is: it is
+    /// kept, and each edit is applied to it.
     QString text() const;
 
-    /// Replaces all text, which the user cannot undo; nothing happens where it is the same.
+    /// Replaces the whole text, which the user cannot undo. Does nothing if the text is the same.
     void setText(const QString& text);
 
     void setPlaceholder(const QString& text);
 
-    /// What screen readers call it.
+    /// Sets the name that screen readers give the editor.
     void setEditorName(const QString& name);
 
 signals:
-    /// By whomever. It does not bear the text, which may be large.
+    /// The text has changed, by the user or by setText(). The signal does not carry the text, which
+    /// may be large.
     void textChanged();
 
 private:
@@ -53,7 +55,7 @@ private:
     QPlainTextEdit* m_editor;
     Divider* m_divider; // above the note
     Label* m_note;
-    mutable std::optional<QString> m_text; // as it is, where that is known
-    QString m_textBefore;                  // for its buffer
+    mutable std::optional<QString> m_text; // the whole text, if it is known
+    QString m_textBefore;                  // kept for its buffer
     bool m_isShownInPart = false;
 };

@@ -8,7 +8,7 @@
 
 static constexpr int radius = 6;
 static constexpr int fieldHeight = 24;
-static constexpr int padding = 6; // beside the two that Qt adds
+static constexpr int padding = 6; // besides the two pixels that Qt adds
 
 TextField::TextField(const Theme& theme, QWidget* parent) : QLineEdit(parent), m_theme(theme)
 {
@@ -23,7 +23,7 @@ TextField::TextField(const Theme& theme, QWidget* parent) : QLineEdit(parent), m
 void TextField::follow()
 {
     setFont(m_theme.font(TextStyle::body));
-    // Qt's own ground has square corners.
+    // Qt's own ground would have square corners.
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);
     setPalette(colors);
@@ -34,7 +34,7 @@ QSize TextField::sizeHint() const
     return {240, fieldHeight};
 }
 
-/// Qt announces Return and passes it on to what the field lies in.
+/// Qt announces Return and would also pass it on to the widget around the field.
 void TextField::keyPressEvent(QKeyEvent* event)
 {
     QLineEdit::keyPressEvent(event);

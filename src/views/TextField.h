@@ -4,7 +4,7 @@
 
 class Theme;
 
-/// A field for one line of text. Return is its own. Main thread.
+/// A field for one line of text. It keeps Return to itself. Main thread.
 class TextField : public QLineEdit
 {
     Q_OBJECT

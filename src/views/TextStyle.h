@@ -1,4 +1,4 @@
 #pragma once
 
-/// The type scale; Theme has a font for each.
+/// The sizes and weights of text. Theme has a font for each.
 enum class TextStyle { title, headline, body, callout, caption, boldCaption, smallCaption };

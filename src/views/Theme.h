@@ -9,8 +9,8 @@
 
 class QWidget;
 
-/// What everything that is drawn looks like: colours, fonts, durations. Every widget of ours takes
-/// one, which outlives it, and follows it. Main thread.
+/// Holds the look of everything that is drawn: colours, fonts, durations. Every widget of ours
+/// takes a theme, which must outlive it, and follows its changes. Main thread.
 class Theme : public QObject
 {
     Q_OBJECT
@@ -18,23 +18,23 @@ class Theme : public QObject
 public:
     explicit Theme(const Appearance& appearance = {}, QObject* parent = nullptr);
 
-    /// Announces the change, unless it is none.
+    /// Changes the appearance. Announces it with changed(), unless it is the same.
     void setAppearance(const Appearance& appearance);
     const Appearance& appearance() const { return m_appearance; }
 
     const QColor& operator[](ColorRole role) const { return m_colors[role]; }
 
-    /// In the application's font family, with sizes in logical pixels.
+    /// The font of this style, in the application's font family; sizes are in logical pixels.
     QFont font(TextStyle style) const;
 
-    /// How long a change of state fades, in milliseconds; 0 where motion is reduced.
+    /// How many milliseconds a change of state takes to fade; 0 if motion is reduced.
     int fadeDuration() const;
 
-    /// Gives `root` and the widgets inside it the palette and the body's font, now and after every
-    /// change.
+    /// Gives `root` and the widgets inside it the theme's palette and body font, now and after
+    /// every change.
     void applyTo(QWidget& root) const;
 
-    /// Announces a change that is not of the appearance: the application's font.
+    /// Announces a change outside of the appearance: another font of the application.
     void refresh();
 
 signals:

@@ -8,7 +8,7 @@ namespace {
 /// accent.
 constexpr int leastSaturation = 40;
 
-/// A highlight that stands out from black by more than this keeps its colour and bears black text.
+/// A highlight with more contrast to black than this keeps its colour and gets black text.
 constexpr double paleRatio = 9;
 
 QColor translucent(QColor color, double opacity)

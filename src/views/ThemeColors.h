@@ -7,8 +7,8 @@
 
 #include <array>
 
-/// The colours of one appearance. Whatever the desktop's highlight, text reaches a contrast of 4.5,
-/// icons and marks of 3 on every ground that they are drawn on.
+/// The colours of one appearance. Whatever the desktop's highlight colour is, text has a contrast
+/// of at least 4.5, and icons and marks of at least 3, on every ground that they are drawn on.
 class ThemeColors
 {
 public:
@@ -16,7 +16,7 @@ public:
 
     const QColor& operator[](ColorRole role) const { return m_colors[index(role)]; }
 
-    /// The same for Qt's own painting of text, selections and menus.
+    /// The colours for what Qt paints itself: text, selections and menus.
     QPalette palette() const;
 
 private:

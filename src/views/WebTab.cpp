@@ -12,7 +12,7 @@
 
 static constexpr int spacing = 8;
 
-/// Whether there is more in `text` than spaces, of any width, and tabs; line breaks are more.
+/// Whether `text` has anything but tabs and spaces of any width. Line breaks count as something.
 static bool isFilled(const QString& text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar character) {
@@ -23,7 +23,7 @@ static bool isFilled(const QString& text)
 WebTab::WebTab(AppState& state, const Theme& theme, QWidget* parent)
     : StateView(state, parent),
       m_address(new TextField(theme, this)),
-      // Twice, because one would mark a key.
+      // "&&" is shown as "&"; a single one would mark a shortcut key.
       m_fetch(
           new PushButton(theme, QStringLiteral("Fetch && Summarize"), ControlSize::regular, this))
 {
@@ -64,7 +64,7 @@ void WebTab::refresh()
         m_address->setCursorPosition(0); // the beginning of an address tells the most
     }
     const bool isEnabled = isFilled(address) && !state().isWorking;
-    // Disabled, it would hand the focus to what comes next.
+    // The button is about to be disabled. The focus would then go to whatever comes next.
     if (!isEnabled && Focus::isIn(*m_fetch))
         m_address->setFocus();
     m_fetch->setEnabled(isEnabled);

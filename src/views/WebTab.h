@@ -6,7 +6,7 @@ class PushButton;
 class TextField;
 class Theme;
 
-/// The source that is a web page. Main thread.
+/// The tab of the source that is a web page. Main thread.
 class WebTab : public StateView
 {
     Q_OBJECT
