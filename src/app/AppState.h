@@ -85,7 +85,7 @@ public:
     /// object lives. Several presses may be under way at once, each independent of the others. At
     /// `mostPresses` a further one is ignored.
     QCoro::Task<> handleHotkey();
-    // Those whose work is under way, and 8 that wait for their turn.
+    /// Those whose work is under way, and 8 that wait for their turn.
     static constexpr int mostPresses = BackgroundThreads::mostInTurn + 8;
 
     void copyMarkdown();

@@ -18,7 +18,7 @@ void AnswerPrinter::update(std::string_view answer)
 {
     if (!m_isLive)
         return;
-    // White space at the end waits until it turns out not to be the answer's end.
+    // White space at the end is printed only when more text follows it.
     const std::string_view visible = WhiteSpace::trimmed(answer);
     TextOutput::write(m_stream, visible.substr(m_printed));
     m_printed = visible.size();

@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
-/// Prints a growing answer: piece by piece on a terminal, whole at the end elsewhere. What stands
-/// there in the end is the trimmed answer and one line feed. One thread at a time.
+/// Prints a growing answer: piece by piece on a terminal, elsewhere as a whole at the end. The
+/// output in the end is the trimmed answer and one line feed. One thread at a time.
 class AnswerPrinter
 {
 public:
     explicit AnswerPrinter(std::FILE& stream);
-    /// Ends the line of an answer that broke off.
+    /// If the answer broke off, ends its line.
     ~AnswerPrinter();
     AnswerPrinter(const AnswerPrinter&) = delete;
     AnswerPrinter& operator=(const AnswerPrinter&) = delete;
@@ -18,7 +18,7 @@ public:
     /// Takes the whole answer so far.
     void update(std::string_view answer);
 
-    /// Takes the final answer. Throws AppError when it could not be written completely.
+    /// Takes the final answer. Throws AppError if it could not be written completely.
     void finish(std::string_view answer);
 
 private:

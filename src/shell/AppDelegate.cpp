@@ -55,7 +55,7 @@ void AppDelegate::applicationDidFinishLaunching()
         m_model.start();
 }
 
-/// Of every window.
+/// Sets the icon of all our windows.
 void AppDelegate::drawIcon() const
 {
     QGuiApplication::setWindowIcon(QuotationMark::icon(m_theme.appearance().isDark));
@@ -71,7 +71,8 @@ void AppDelegate::togglePopover()
 
 void AppDelegate::showPopover()
 {
-    // A panel may tell of the press on an icon before the button is released.
+    // A panel may report the press on an icon before the button is released. That release must not
+    // close the popover.
     if (!isSeen())
         m_outsideClicks->forget();
     m_popover->showAt(findPlace());
@@ -83,7 +84,7 @@ void AppDelegate::clickedIcon()
     if (!m_icon->geometry().isValid())
         m_lastClick = QCursor::pos();
     else
-        m_sinceClosed.invalidate(); // the icon is a window of ours: no click on it closes anything
+        m_sinceClosed.invalidate(); // our own window: a click on it has closed nothing
     togglePopover();
 }
 
@@ -97,14 +98,15 @@ void AppDelegate::clickedOutside()
         m_popover->dismiss();
 }
 
-/// Rather than open on another workspace.
+/// Whether the popover is open on the workspace that the user looks at.
 bool AppDelegate::isSeen() const
 {
     return m_popover->isOpen() && m_popover->isHere();
 }
 
-/// A panel of another process tells of a click on our icon, or starts us once more, when the mouse
-/// has closed the popover already.
+/// Whether the click that leads here has just closed the popover. A panel of another process
+/// reports a click on our icon, or starts us once more, only after the mouse has closed the
+/// popover.
 bool AppDelegate::wasClosedByThisClick() const
 {
     constexpr qint64 click = 500; // milliseconds
@@ -145,7 +147,7 @@ void AppDelegate::resumeOutsideClicks()
     if (--m_pauses > 0)
         return;
     m_outsideClicks->resume();
-    // Some window managers give the keyboard back to no window that is in no taskbar.
+    // Some window managers do not give the keyboard back to a window that is in no taskbar.
     if (m_popover->isOpen())
         m_popover->takeFocus();
 }
@@ -158,7 +160,7 @@ bool AppDelegate::hideForCapture(std::optional<std::uint32_t> window)
         m_isShownAfterCapture = false;
     m_isShownAfterCapture |= goes;
     if (goes || !isShown)
-        m_popover->hide(); // also where it is about to
+        m_popover->hide(); // also if it is about to close
     return goes;
 }
 

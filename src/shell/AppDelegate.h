@@ -17,40 +17,40 @@ class AppState;
 class ModelManager;
 class Theme;
 
-/// Holds the application together: the tray icon, the popover, the clicks that close it and the
-/// hotkey. Main thread only.
+/// Connects the parts of the application: the tray icon, the popover, the clicks that close it and
+/// the hotkey. Main thread only.
 class AppDelegate : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Makes the content of the popover, once.
+    /// Makes the content of the popover. Called once.
     using MakeContent = std::function<std::unique_ptr<QWidget>()>;
 
-    /// All outlive this.
+    /// Requires: `state`, `model` and `theme` outlive this object.
     AppDelegate(AppState& state, ModelManager& model, const Theme& theme, MakeContent makeContent);
     ~AppDelegate() override;
 
-    /// Sets everything up, and has the language model downloaded where it is missing.
+    /// Sets everything up. Starts to download the language model if it is missing.
     void applicationDidFinishLaunching();
 
-    /// Closes the popover where the user sees it, else shows it.
+    /// Closes the popover if the user sees it, else shows it.
     void togglePopover();
-    /// Shows the popover where it is not shown, on the workspace that the user looks at, and gives
-    /// it the keyboard in any case.
+    /// Shows the popover, if it is not shown yet, on the workspace that the user looks at. Gives it
+    /// the keyboard in any case.
     void showPopover();
 
     /// What the hotkey does: summarises what is in front, and then shows the popover.
     void handleHotkey();
 
-    /// While a window of another process belongs to the popover, as a file chooser may, clicks
-    /// close nothing. Then the popover has the keyboard again. Calls nest.
+    /// Between these two calls, clicks close nothing: a window of another process belongs to the
+    /// popover, as a file chooser may. Afterwards the popover has the keyboard again. Calls nest.
     void pauseOutsideClicks();
     void resumeOutsideClicks();
 
-    /// Takes the popover out of the way of a capture, and brings it back where it was shown. Calls
-    /// nest. Returns whether it has gone. It stays where only one `window` is captured that it
-    /// does not cover.
+    /// hideForCapture() takes the popover out of the way of a capture and returns whether it had to
+    /// go. If only one `window` is captured that the popover does not cover, it stays.
+    /// showAfterCapture() brings it back if it had to go. Calls nest.
     bool hideForCapture(std::optional<std::uint32_t> window = std::nullopt);
     void showAfterCapture();
 
@@ -70,8 +70,8 @@ private:
     std::unique_ptr<TrayIcon> m_icon;
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<OutsideClicks> m_outsideClicks;
-    std::optional<QPoint> m_lastClick; // on an icon of which nothing tells the place
-    QElapsedTimer m_sinceClosed;       // by a click; invalid after the next one
+    std::optional<QPoint> m_lastClick; // on the icon, if its place is unknown
+    QElapsedTimer m_sinceClosed;       // since a click closed it; invalid after the next click
     int m_pauses = 0;
     int m_captures = 0;
     bool m_isShownAfterCapture = false;

@@ -27,7 +27,7 @@ static ModelManager::Options modelOptions(const std::filesystem::path& model)
     return options;
 }
 
-/// Whoever ends the program waits for this.
+/// Takes little time, because whoever ends the program waits for it.
 static void keepClipboard(LastingPasteboard& pasteboard)
 {
     constexpr std::chrono::milliseconds limit(150);
@@ -36,7 +36,7 @@ static void keepClipboard(LastingPasteboard& pasteboard)
         if (!items.empty())
             ClipboardOffer::put(items);
     } catch (const std::exception&) {
-        // There is nobody left to tell.
+        // There is nobody left to tell about it.
     }
 }
 
@@ -92,7 +92,7 @@ std::unique_ptr<QWidget> Application::makeContent()
     return view;
 }
 
-/// The popover is away until the picture is taken, and so back while it is read.
+/// Captures the screen without the popover, which comes back while the picture is read.
 std::string Application::captureText(ScreenGrab::Kind kind)
 {
     CaptureCurtain curtain(m_queue, m_delegate);

@@ -17,14 +17,14 @@ class MainThreadQueue;
 class Application
 {
 public:
-    /// `model` is the file to use instead of the downloaded one; empty for that.
+    /// `model` is the model's file; if empty, the downloaded one is used.
     explicit Application(const std::filesystem::path& model);
-    /// What the application has put on the clipboard stays there.
+    /// Sees to it that what the application has put on the clipboard stays there.
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
 
-    /// Sets it up; what `instance` is asked for from now on is done.
+    /// Sets the application up. From now on it does what `instance` is asked for.
     void launch(Instance& instance);
 
 private:
@@ -38,7 +38,7 @@ private:
     ModelManager m_model;
     const std::shared_ptr<MainThreadQueue> m_queue;
     const std::shared_ptr<LastingPasteboard> m_pasteboard;
-    const std::shared_ptr<LastingPasteboard> m_grabPasteboard; // another thread's
+    const std::shared_ptr<LastingPasteboard> m_grabPasteboard; // used by another thread
     AppState m_state;
     AppDelegate m_delegate;
 };

@@ -22,11 +22,11 @@ namespace ApplicationCommand {
 
 namespace {
 
-/// The wish to end the program, which may come before there is an event loop to end.
+/// The wish to end the program. It may come before there is an event loop to end.
 class QuitRequest
 {
 public:
-    /// Any thread.
+    /// Makes the wish. Any thread.
     void make()
     {
         const MutexLock lock(m_mutex);
@@ -35,7 +35,7 @@ public:
             quit();
     }
 
-    /// From now on there is an application object.
+    /// Says that there is an application object from now on.
     void allow()
     {
         const MutexLock lock(m_mutex);
@@ -44,7 +44,7 @@ public:
             quit();
     }
 
-    /// From now on there is none.
+    /// Says that there is no application object from now on.
     void forbid()
     {
         const MutexLock lock(m_mutex);
@@ -63,7 +63,7 @@ private:
     bool m_canQuit PITHWISE_GUARDED_BY(m_mutex) = false;
 };
 
-/// What every kind of application object is made with.
+/// The arguments for making an application object of any kind.
 struct Arguments
 {
     int count = 1;
@@ -78,18 +78,20 @@ bool wasDone(Instance::Answer answer)
     return answer == Instance::Answer::done;
 }
 
-/// Whether this process is the application; else the one that is has been asked to toggle.
+/// Returns true if this process becomes the application. Otherwise it has asked the running one to
+/// toggle its popover.
 bool isFirst(Instance& instance)
 {
-    constexpr int attempts = 3; // the other one may end meanwhile
+    constexpr int attempts = 3; // the other one may end in the meantime
     for (int i = 0; i < attempts && !instance.claim(); ++i) {
         if (wasDone(Instance::ask(Instance::Request::toggle)))
             return false;
     }
-    return true; // where the bus lets nobody have the name too
+    return true; // also if the bus lets nobody have the name
 }
 
-/// Nothing else can be seen of it where the desktop has no tray.
+/// Tells how to use the application. On a desktop without a tray nothing else shows that it is
+/// running.
 void greet()
 {
     if (Terminal::isTerminal(*stdout))
@@ -115,22 +117,24 @@ int runApplication(const std::string& model)
 
 int run(const std::string& model)
 {
-    HomeFolder::path(); // before libraries make folders below what they take for it
+    HomeFolder::path(); // throws if there is none: libraries would make folders elsewhere
     if (!Desktop::isAvailable())
         throw AppError("There is no display to show Pithwise on. On the command line it works "
                        "without one: see \"pithwise --help\".");
     QuitRequest quitRequest;
-    // Whatever the main thread waits for or is busy with: whoever ends a session does not wait.
+    // However busy the main thread is, the process ends after this time: whoever ends a session
+    // does not wait.
     constexpr std::chrono::milliseconds patience(900);
-    // Before Qt starts threads, which would take the signals otherwise.
+    // Made before Qt starts threads, which would otherwise take the signals.
     const Interrupt interrupt([&quitRequest] { quitRequest.make(); }, patience);
     Arguments arguments;
     const QApplication application(arguments.count, arguments.values);
-    // What panels, the accessibility bus and window managers call it.
+    // The names by which panels, the accessibility bus and window managers know the application.
     QApplication::setApplicationName(QStringLiteral("Pithwise"));
     QGuiApplication::setDesktopFileName(QStringLiteral("local.pithwise.Pithwise"));
     QApplication::setQuitOnLastWindowClosed(false);
-    // In kilobytes. Enough for all icons; each file dialog of Qt leaves some more there.
+    // In kilobytes. That is enough for all icons; without a limit, each file dialog of Qt would
+    // leave some more there.
     QPixmapCache::setCacheLimit(2 * 1024);
     quitRequest.allow();
     const int status = runApplication(model);
@@ -149,7 +153,7 @@ int toggle()
 
 bool askForHotkey()
 {
-    // In a process of its own, because the bus starts threads.
+    // In a process of its own, because D-Bus starts threads.
     const std::string answer = BackgroundTask::run([](const BackgroundTask::Answer& tell) {
         Arguments arguments;
         const QCoreApplication application(arguments.count, arguments.values);

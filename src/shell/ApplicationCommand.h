@@ -2,18 +2,18 @@
 
 #include <string>
 
-/// `pithwise` itself: the tray application. Main thread, before any other is started; each returns
-/// the exit status of the process and throws AppError.
+/// `pithwise` itself: the tray application. Main thread, before any other is started. run() and
+/// toggle() return the exit status of the process. All throw AppError.
 namespace ApplicationCommand {
 
-/// Runs the application until the user quits, with the file `model` in place of the downloaded one
-/// unless it is empty. Where the application runs already, shows or hides its popover instead.
+/// Runs the application until the user quits, with the model in the file `model`, or the downloaded
+/// one if that is empty. If the application is running already, shows or hides its popover instead.
 int run(const std::string& model);
 
 /// Shows or hides the popover of the running application.
 int toggle();
 
-/// Whether there is a running application, which has now been asked to do what the hotkey does.
+/// Asks the running application to do what the hotkey does. Returns false if none is running.
 /// Leaves no thread behind.
 bool askForHotkey();
 

@@ -20,11 +20,11 @@ void CaptureCurtain::draw(std::optional<std::uint32_t> window)
     m_queue->post([delegate = &m_delegate, hasGone, window] {
         hasGone->set_value(delegate->hideForCapture(window));
     });
-    // The main thread is never busy for so long, but it may have ended.
+    // The main thread is never busy for this long, but it may have ended.
     constexpr std::chrono::seconds limit(1);
     if (answer.wait_for(limit) != std::future_status::ready || !answer.get())
         return;
-    // What has been below it is still to be drawn, by other programs. None of them tells when.
+    // Other programs have yet to draw what was below the popover. None of them tells when it has.
     constexpr std::chrono::milliseconds redraw(200);
     std::this_thread::sleep_for(redraw);
 }

@@ -7,21 +7,21 @@
 class AppDelegate;
 class MainThreadQueue;
 
-/// Keeps the popover out of a picture of the screen. For one thread that is not the main one.
+/// Keeps the popover out of a picture of the screen. Used by one thread, which is not the main one.
 class CaptureCurtain
 {
 public:
-    /// `delegate` is used only by what is in `queue`.
+    /// `delegate` is used only by functions in `queue`, and so on the main thread.
     CaptureCurtain(std::shared_ptr<MainThreadQueue> queue, AppDelegate& delegate);
     ~CaptureCurtain() { lift(); }
     CaptureCurtain(const CaptureCurtain&) = delete;
     CaptureCurtain& operator=(const CaptureCurtain&) = delete;
 
-    /// Returns when the popover is gone from the screen. For a picture of one `window` it stays
-    /// where it does not cover that. At most once.
+    /// Hides the popover and returns when it is gone from the screen. For a picture of one `window`
+    /// it stays if it does not cover that window. Called at most once.
     void draw(std::optional<std::uint32_t> window = std::nullopt);
 
-    /// Brings the popover back, where it has gone, at the first call.
+    /// Brings the popover back if draw() has hidden it. Only the first call has an effect.
     void lift();
 
 private:

@@ -30,7 +30,7 @@ std::string label(ScreenGrab::Kind kind)
     return "Selected area";
 }
 
-/// Brings the fonts in which the selection shows its size, and no windows.
+/// Provides the fonts in which the selection shows its size, without any windows.
 class Fonts
 {
 public:
@@ -64,7 +64,7 @@ std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
 std::string read(ScreenGrab::Kind kind)
 {
     const auto screenshot = Screenshot::create();
-    // Not at once, so that the overlay goes first.
+    // The process does not end at once, so that the overlay is gone first.
     const Interrupt interrupt([&screenshot] { screenshot->cancelSelection(); });
     std::string text;
     try {

@@ -4,11 +4,12 @@
 
 #include <string>
 
-/// What the option --capture of a command stands for.
+/// Reads the source that a command's option --capture names.
 namespace CaptureSource {
 
-/// The text on the screen. Throws AppError, also when there is none, what ScreenGrab throws, and
-/// Interrupted, which cancels a selection under way. Main thread, before any other is started.
+/// The text on the screen. Throws AppError, also if there is no text, and what ScreenGrab throws.
+/// An interrupt cancels a selection that is under way; Interrupted is thrown then. Main thread,
+/// before any other is started.
 std::string read(ScreenGrab::Kind kind);
 
 } // namespace CaptureSource

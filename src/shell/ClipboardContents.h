@@ -6,12 +6,12 @@
 
 #include <vector>
 
-/// What is on a clipboard, as bytes that one process of the program can send another.
+/// The contents of a clipboard, as bytes that one process of the program can send to another.
 namespace ClipboardContents {
 
 QByteArray written(const std::vector<Pasteboard::Item>& items);
 
-/// Nothing where `bytes` are not what `written` has made.
+/// The items that written() has turned into `bytes`. Empty if written() has not made them.
 std::vector<Pasteboard::Item> read(const QByteArray& bytes);
 
 } // namespace ClipboardContents

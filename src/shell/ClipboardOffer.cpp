@@ -17,14 +17,14 @@ static constexpr std::chrono::seconds limit(2);
 
 static void offer(std::vector<std::string> arguments, const std::string& input)
 {
-    // The program itself once more: a mere fork would have none of the threads that this process
-    // may have by now, but the locks they held.
+    // Starts the program once more. A mere fork would have none of the threads that this process
+    // may have by now, but all the locks that they held.
     arguments.insert(arguments.begin(), "offer-clipboard");
     std::string answer;
     try {
         answer = BackgroundTask::runProgram(arguments, input);
     } catch (const std::system_error&) {
-        // told below
+        // the error below tells it
     }
     if (answer.empty())
         throw AppError("The text could not be put on the clipboard.");
@@ -54,7 +54,7 @@ int serve(bool isText)
     if (pasteboard->snapshot(limit).items.empty()) // there is no desktop
         return 1;
     std::puts("offered");
-    // Whoever waits for the end of the output must not wait for the rest.
+    // Whoever waits for the end of the output must not have to wait for the rest of this.
     if (std::freopen("/dev/null", "w", stdout) == nullptr)
         return 1;
     if (!pasteboard->handOver(limit))

@@ -61,7 +61,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& option, Target& val
     return command.add_option_function<std::string>(option, choose, description)->type_name(names);
 }
 
-/// What the text to work on comes from.
+/// Adds the options that say where the text comes from.
 void addSource(CLI::App& command, SummaryRequest& request)
 {
     CLI::Option* source =
@@ -102,14 +102,14 @@ void addModelFile(CLI::App& command, std::string& model)
         ->type_name("FILE");
 }
 
-/// The commands; what parsing chose is in `action`.
+/// All commands. Parsing puts the chosen one into `action`.
 struct Commands
 {
     CLI::App app{"Summarises any text with a language model that runs on this machine.",
                  "pithwise"};
     SummaryRequest request;
     HotkeyCommand::Request hotkey;
-    std::string model; // of the application
+    std::string model; // for the tray application
     std::function<int()> action;
 
     Commands()
@@ -125,12 +125,12 @@ struct Commands
         addHelpers();
         addApplicationModel();
         addVersion(app);
-        // Last, because commands take theirs from it.
+        // Last, because commands made later would take over this footer.
         app.footer("Without a command, pithwise is an application in the desktop's tray.");
     }
 
 private:
-    /// To `command` and those below it.
+    /// Adds the option to `command` and all commands below it.
     static void addVersion(CLI::App& command)
     {
         command.set_version_flag("--version", "pithwise " PITHWISE_VERSION);
@@ -175,7 +175,7 @@ private:
                           "Also append the summary to the note of the day");
         command->add_flag("--copy", hotkey.copies, "Also put the summary on the clipboard");
         command->callback([this, command] {
-            const bool mayAsk = command->count_all() == 1; // only itself
+            const bool mayAsk = command->count_all() == 1; // nothing but the command itself
             action = [this, mayAsk] {
                 if (mayAsk && ApplicationCommand::askForHotkey())
                     return 0;
@@ -190,7 +190,7 @@ private:
             ->callback([this] { action = ApplicationCommand::toggle; });
     }
 
-    /// Only for the application itself: the commands have their own.
+    /// Adds the option --model for the application itself. The commands have their own.
     void addApplicationModel()
     {
         addModelFile(app, model);
@@ -198,7 +198,7 @@ private:
             command->excludes(app.get_option("--model"));
     }
 
-    /// What the program starts itself with; nothing for users.
+    /// Adds commands with which the program starts itself. They are not for users.
     void addHelpers()
     {
         CLI::App* command = app.add_subcommand("offer-clipboard")->group("");
@@ -226,7 +226,7 @@ private:
     }
 };
 
-/// The usage line of the innermost command that was named.
+/// The usage line of the innermost command that was given.
 std::string usage(const CLI::App& app)
 {
     const std::string help = app.help();

@@ -3,11 +3,11 @@
 #include "CaptureCurtain.h"
 #include "Screenshot.h"
 
-/// Pictures without the popover, which goes away for those that would show it.
+/// Takes pictures without the popover, which is hidden for those that would show it.
 class CurtainedScreenshot : public Screenshot
 {
 public:
-    /// Requires: both outlive this.
+    /// Requires: `screenshot` and `curtain` outlive this object.
     CurtainedScreenshot(Screenshot& screenshot, CaptureCurtain& curtain)
         : m_screenshot(screenshot), m_curtain(curtain)
     {}

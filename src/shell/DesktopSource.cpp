@@ -16,8 +16,8 @@ namespace DesktopSource {
 
 namespace {
 
-/// Grabs the text and answers with it, then stays while the clipboard holds what has been put back,
-/// unless a clipboard manager takes that.
+/// Grabs the text and answers with it. Then stays while the clipboard holds what the grab has put
+/// back, unless a clipboard manager takes that over.
 void serveSelection(const BackgroundTask::Answer& answer)
 {
     int argumentCount = 1;

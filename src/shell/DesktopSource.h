@@ -2,19 +2,20 @@
 
 #include <string>
 
-/// What the options --selection and --clipboard of a command stand for.
+/// Reads the sources that a command's options --selection and --clipboard name.
 namespace DesktopSource {
 
 enum class Kind { selection, clipboard };
 
-/// The text selected in the application in front, or that on the clipboard. Throws AppError, also
-/// when there is none. Main thread, before any other is started.
+/// The text selected in the application in front, or the text on the clipboard. Throws AppError,
+/// also if there is no text. Main thread, before any other is started.
 ///
-/// Where the selection could be had only by way of the clipboard, a process in the background goes
-/// on offering what has been there until another program copies or a clipboard manager takes it.
+/// If the selection could only be had by way of the clipboard, a process in the background goes on
+/// offering what was on the clipboard before. It ends when another program copies or a clipboard
+/// manager takes that over.
 std::string read(Kind kind);
 
-/// The same for the selection, but empty where nothing is selected.
+/// The selected text as read() gets it, but empty if nothing is selected.
 std::string selection();
 
 } // namespace DesktopSource

@@ -8,13 +8,13 @@
 
 static constexpr std::chrono::milliseconds shownEvery(100);
 
-/// "986 MB", in decimal units as file managers and web sites count.
+/// Such as "986 MB", in decimal units, as file managers and web sites count.
 static std::string megabytes(std::int64_t bytes)
 {
     return std::to_string(bytes / 1'000'000) + " MB";
 }
 
-/// "1 min 05 s" or "42 s".
+/// Such as "1 min 05 s" or "42 s".
 static std::string timeLeft(double seconds)
 {
     const auto whole = static_cast<std::int64_t>(std::ceil(seconds));

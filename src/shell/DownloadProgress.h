@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-/// The progress of a download: a bar with bytes, rate and time left on a terminal, a line for every
-/// tenth elsewhere. One thread at a time.
+/// Shows the progress of a download: on a terminal a bar with bytes, rate and time left, elsewhere
+/// a line for every tenth. One thread at a time.
 class DownloadProgress
 {
 public:
@@ -16,11 +16,12 @@ public:
 
     explicit DownloadProgress(StatusLine& line) : m_line(line) {}
 
-    /// Takes the bytes received so far and those expected in all (-1: unknown).
+    /// `received` is how many bytes have been received so far, `expected` how many are expected in
+    /// all (-1 if unknown).
     void update(std::int64_t received, std::int64_t expected, Clock::time_point now = Clock::now());
 
-    /// What the bar says: for the rate, `elapsed` is the time since the first byte. `columns` is
-    /// the room there is.
+    /// What the terminal shows, in at most `columns` columns if possible. `elapsed` is the time
+    /// since the first byte, from which the rate is computed.
     static std::string text(std::int64_t received, std::int64_t expected,
                             std::chrono::duration<double> elapsed, int columns);
 

@@ -14,7 +14,7 @@ static std::unique_ptr<GlobalHotKey> hotKey;
 
 static void pressed()
 {
-    // Later, so that whatever tells of the press is done before the action begins.
+    // Queued, so that whatever reports the press is done before the action begins.
     const auto run = [] {
         if (const std::function<void()> present = action)
             present();
@@ -28,7 +28,7 @@ void install(std::function<void()> newAction)
     if (hotKey)
         return;
     hotKey = GlobalHotKey::create(pressed);
-    // It listens by way of the event loop, which ends with the application object.
+    // It needs the event loop, which ends with the application object.
     qAddPostRoutine([] {
         hotKey.reset();
         action = nullptr;

@@ -28,7 +28,7 @@ void quitSoon()
                               Qt::QueuedConnection);
 }
 
-/// Shows a state on the standard streams, and ends the event loop with the summary.
+/// Shows a state on the standard streams, and ends the event loop when the summary is complete.
 class Display
 {
 public:
@@ -64,7 +64,7 @@ private:
             m_statusLine.clear();
             m_printer.update(QtText::toUtf8(m_output));
         }
-        // Where no run could be started, the state goes on working.
+        // If no run could be started, the state still says that it is working, but has an error.
         if (m_isHandled && (!m_state.isWorking || m_state.errorMessage.get()))
             quitSoon();
     }
@@ -83,7 +83,7 @@ QCoro::Task<> handleHotkey(AppState& state, Display& display)
     display.hotkeyIsHandled();
 }
 
-/// The real services, but for the selection, which has been read before there were threads.
+/// The real services, except that `selection` has been read already, before there were threads.
 AppServices services(const std::string& model, std::string selection)
 {
     AppServices services = AppServices::system();

@@ -9,7 +9,7 @@ struct Request
 {
     std::string model; // a file's path; empty for the downloaded one
     bool appendsToNote = false;
-    bool copies = false; // to the clipboard
+    bool copies = false; // the summary, to the clipboard
 };
 
 /// Runs the command and returns its exit status. An interrupt keeps the text so far. Throws

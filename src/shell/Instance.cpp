@@ -4,7 +4,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
-// Under the top-level domain that is nobody's.
+// The top-level domain "local" belongs to nobody.
 static const QString busName = QStringLiteral("local.pithwise.Pithwise");
 static const QString busPath = QStringLiteral("/local/pithwise/Pithwise");
 
@@ -33,7 +33,7 @@ Instance::Answer Instance::ask(Request request)
     const QDBusMessage reply = bus.call(message, QDBus::Block, limit);
     if (reply.type() == QDBusMessage::ReplyMessage)
         return Answer::done;
-    // It may have ended instead of answering.
+    // The process may have ended instead of answering.
     const bool isThere = bus.interface()->isServiceRegistered(busName);
     return isThere ? Answer::silent : Answer::nobody;
 }
@@ -43,7 +43,7 @@ bool Instance::claim()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return true;
-    // Before the name, by which it is found.
+    // Registered before the name, because others find it by that.
     bus.registerObject(busPath, this, QDBusConnection::ExportScriptableSlots);
     return bus.registerService(busName);
 }

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// The application among all processes of the session, on the session bus. Main thread.
+/// Which process of the session is the application, as known on the session bus. Main thread.
 class Instance : public QObject
 {
     Q_OBJECT
@@ -14,19 +14,19 @@ public:
     enum class Request { toggle, show, hotkey };
     enum class Answer {
         done,
-        nobody, // there is no such process, or no bus
-        silent  // there is one, which does not answer within two seconds
+        nobody, // no process is the application, or there is no bus
+        silent  // there is one, but it does not answer
     };
 
-    /// Asks the process that is the instance. Needs an application object.
+    /// Asks the process that is the application to do something. Needs a QCoreApplication.
     static Answer ask(Request request);
 
-    /// Makes this process the instance; also where there is no bus, and so nobody to know of it.
-    /// False where another one is.
+    /// Makes this process the application. Returns false if another one is. Without a bus it
+    /// returns true, but no other process can know about this one.
     bool claim();
 
 public slots:
-    // What others may ask for, under the names that the bus knows.
+    // What other processes may ask for; the bus has these names.
     Q_SCRIPTABLE void Toggle() { emit requested(Request::toggle); }
     Q_SCRIPTABLE void Show() { emit requested(Request::show); }
     Q_SCRIPTABLE void Hotkey() { emit requested(Request::hotkey); }

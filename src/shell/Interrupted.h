@@ -1,6 +1,6 @@
 #pragma once
 
-/// Thrown where the user interrupted a command; not an error to tell them of.
+/// Thrown when the user has interrupted a command. It is no error that they need to be told about.
 struct Interrupted
 {
     int exitStatus;

@@ -9,16 +9,16 @@
 #include <string>
 #include <vector>
 
-/// A clipboard that knows whether what this program has written is on it, so that it can outlive
-/// the program. Unlike others it may be used by several threads at once, of which one waits for the
-/// other.
+/// A clipboard that knows whether it still has what this program has written, so that this can
+/// outlive the program. Unlike other pasteboards it may be used by several threads at once; they
+/// wait for each other.
 class LastingPasteboard : public Pasteboard
 {
 public:
     explicit LastingPasteboard(std::unique_ptr<Pasteboard> below);
 
-    /// What was written last, if it is on the clipboard still and would be gone with this object:
-    /// where a clipboard manager takes it over, there is nothing. Takes twice the limit at most.
+    /// What was written last, if it is still on the clipboard and would be lost with this object.
+    /// Empty if a clipboard manager takes it over. Takes at most twice the limit.
     std::vector<Item> leftover(std::chrono::milliseconds limit);
 
     std::uint64_t changeCount() override;
@@ -34,6 +34,6 @@ public:
 private:
     Mutex m_mutex;
     const std::unique_ptr<Pasteboard> m_below;
-    /// The change that was ours; none before the first.
+    /// The change count after this program last wrote; none before that.
     std::optional<std::uint64_t> m_written PITHWISE_GUARDED_BY(m_mutex);
 };

@@ -32,7 +32,7 @@ int path()
     return 0;
 }
 
-/// Ends the event loop when the download has ended one way or the other.
+/// Ends the event loop when the download has succeeded or failed.
 static void quitAtEnd(const ModelManager& manager)
 {
     const auto check = [&manager] {

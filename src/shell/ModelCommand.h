@@ -1,7 +1,7 @@
 #pragma once
 
-/// `pithwise model`: the language model's file. Main thread; each returns the command's exit
-/// status.
+/// `pithwise model`: the language model's file. Main thread. Each function returns the command's
+/// exit status.
 namespace ModelCommand {
 
 /// Prints whether the model is there.
@@ -10,8 +10,8 @@ int status();
 /// Prints where the model is, or would be.
 int path();
 
-/// Downloads the model with a progress bar on standard error, also over one that is there. Throws
-/// AppError when it fails; an interrupt leaves no trace.
+/// Downloads the model with a progress bar on standard error, and replaces one that is there.
+/// Throws AppError if that fails. An interrupt leaves no trace.
 int download();
 
 } // namespace ModelCommand

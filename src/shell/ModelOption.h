@@ -4,13 +4,14 @@
 
 #include <string>
 
-/// What the option --model of a command stands for.
+/// What a command's option --model asks for. `model` is the path that the user gave, empty without
+/// the option.
 namespace ModelOption {
 
-/// Throws AppError where the user named a file that is not there; `model` is empty for none.
+/// Throws AppError if the user named a file that is not there.
 void requireFile(const std::string& model);
 
-/// The shared engine, on the model file the user named, or on the downloaded one for an empty name.
+/// The shared engine with the model file that the user named, or with the downloaded one.
 Pithwise::Generate engine(const std::string& model);
 
 } // namespace ModelOption

@@ -5,8 +5,8 @@
 /// `pithwise plan`: prints what a run would ask of the engine, as JSON, without any model.
 namespace PlanCommand {
 
-/// The plan for `text`: the character count that decides between one pass and sections, and the
-/// engine's calls in order, the note of section i standing as "<note i>".
+/// The plan for `text`: the number of characters, which decides between one pass and sections, and
+/// the calls of the engine in order. "<note i>" stands for the note on section i.
 std::string plan(const std::string& text, SummaryMode mode, SummaryLength length);
 
 /// Runs the command and returns its exit status. Throws AppError.

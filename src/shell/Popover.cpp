@@ -20,7 +20,7 @@ Popover::Popover(std::unique_ptr<QWidget> content)
                            Qt::NoDropShadowWindowHint),
       m_content(content.release())
 {
-    // Screen readers pass over what has the focus where they find no window around it.
+    // Screen readers ignore what has the focus if they find no window around it.
     AccessibleRole::set(*this, QAccessible::Window);
     setWindowTitle(QStringLiteral("Pithwise"));
     setObjectName(QStringLiteral("popover"));
@@ -43,14 +43,15 @@ void Popover::showAt(const QRect& area)
     layout()->activate();
     OwnWindow::keepOffLists(winId());
     show();
-    windowHandle()->installEventFilter(this); // again has no effect
+    windowHandle()->installEventFilter(this); // a second time has no effect
 }
 
-/// A window that is hidden and shown again while the window manager is still about to take it in
-/// may be shown nowhere afterwards: with openbox on a busy machine 9 times out of 160.
+/// Waits until the window is shown. If a window is hidden and shown again before the window manager
+/// has shown it, it may be shown nowhere afterwards: with openbox on a busy machine 9 times out of
+/// 160.
 void Popover::dismiss()
 {
-    constexpr int patience = 500; // milliseconds, for desktops that show it on no screen
+    constexpr int patience = 500; // milliseconds, in case the desktop never shows it
     if (!isVisible() || windowHandle()->isExposed())
         return hide();
     m_isClosing = true;
@@ -76,7 +77,7 @@ void Popover::hideEvent(QHideEvent* event)
     QWidget::hideEvent(event);
 }
 
-// Deprecated since Qt 6.5, with nothing in its place that does the same.
+// The function called here is deprecated since Qt 6.5, but nothing replaces it.
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED
 static void makeActive(QWidget* window)
@@ -100,8 +101,8 @@ void Popover::takeFocus()
     OwnWindow::bringHere(winId());
     raise();
     activateWindow();
-    // Qt takes a moment to notice that a hidden window has lost the focus, and does not notice that
-    // it has got it back where that comes sooner.
+    // Qt takes a moment to notice that a hidden window has lost the focus. If the window gets the
+    // focus back sooner than that, Qt does not notice it.
     if (QGuiApplication::focusWindow() == windowHandle())
         makeActive(this);
 }
@@ -122,7 +123,7 @@ void Popover::keyPressEvent(QKeyEvent* event)
 void Popover::mousePressEvent(QMouseEvent* event)
 {
     if (!card().contains(event->position().toPoint()))
-        dismiss(); // the shadow is not the popover
+        dismiss(); // the shadow is no part of the popover
 }
 
 void Popover::paintEvent(QPaintEvent*)
@@ -147,7 +148,7 @@ void Popover::paintEvent(QPaintEvent*)
     painter.drawRoundedRect(QRectF(card()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
 }
 
-/// Rings that add up: darkest at the card, a little lower than it.
+/// Draws rings that add up to a shadow, darkest at the card and a little lower than it.
 void Popover::paintShadow(QPainter& painter) const
 {
     constexpr int drop = 2;

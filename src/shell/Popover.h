@@ -12,29 +12,31 @@ class Popover : public QWidget
     Q_OBJECT
 
 public:
-    /// Of what is in it, in logical pixels.
+    /// The size of the content, in logical pixels.
     static constexpr QSize contentSize = {460, 640};
 
-    /// The ground behind `content`, in its palette's window colour, and the round corners are the
-    /// popover's to paint.
+    /// Owns `content`. The popover paints the ground behind it, in the window colour of its
+    /// palette, and the round corners.
     explicit Popover(std::unique_ptr<QWidget> content);
 
-    /// Shows it with its content at `area` of the desktop. Does nothing where it is open.
+    /// Shows the popover with its content at `area` of the desktop. Does nothing if it is open.
     void showAt(const QRect& area);
 
-    /// Whether it is shown and shall stay.
+    /// Whether the popover is shown and not about to close.
     bool isOpen() const { return isVisible() && !m_isClosing; }
 
-    /// Hides it once the window manager has taken it in, which may be a moment after showAt().
+    /// Hides the popover. If the window manager has not shown it yet, which may take a moment after
+    /// showAt(), it is hidden once that has happened.
     void dismiss();
 
-    /// Whether it is on the workspace that the user looks at.
+    /// Whether the popover is on the workspace that the user looks at.
     bool isHere() const;
 
-    /// Whether a picture of a window of another process would show it.
+    /// Whether a picture of `window`, of another process, would show the popover.
     bool covers(std::uint32_t window) const;
 
-    /// Brings it to the front with the keyboard, on the workspace that the user looks at.
+    /// Brings the popover to the front, on the workspace that the user looks at, and gives it the
+    /// keyboard.
     void takeFocus();
 
 protected:
@@ -50,6 +52,6 @@ private:
     void paintShadow(QPainter& painter) const;
 
     QWidget* m_content;       // a child
-    int m_shadow = 0;         // its width; 0 where the desktop does not compose windows
-    bool m_isClosing = false; // as soon as it may
+    int m_shadow = 0;         // the shadow's width; 0 if the desktop does not compose windows
+    bool m_isClosing = false; // to be hidden once it has been shown
 };

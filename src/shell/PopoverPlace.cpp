@@ -4,9 +4,10 @@
 
 namespace PopoverPlace {
 
-static constexpr int gap = 4; // between the popover and what it belongs to
+static constexpr int gap = 4; // between the popover and the icon or the edge
 
-/// A popover of `size` as near to `wanted`, its upper left corner, as the work area allows.
+/// The place of a popover of `size`, with its upper left corner as near to `wanted` as the work
+/// area allows.
 static QRect inside(const QPoint& wanted, const QSize& size, const QRect& workArea)
 {
     const QSize present = size.boundedTo(workArea.size());

@@ -3,7 +3,7 @@
 #include <QRect>
 #include <QSize>
 
-/// Where on the desktop the popover goes. Pure functions, in logical pixels.
+/// Decides where on the desktop the popover goes. Pure functions, in logical pixels.
 namespace PopoverPlace {
 
 /// One of the desktop's monitors.
@@ -13,12 +13,12 @@ struct Monitor
     QRect workArea; // without panels
 };
 
-/// Below the icon and centred on it, above where the icon is in the monitor's lower half, always
-/// whole inside the work area; smaller than `size` only where that is.
+/// Below the icon and centred on it; above it if the icon is in the lower half of the monitor.
+/// Always whole inside the work area, and smaller than `size` only if the work area is.
 QRect atIcon(const QRect& icon, const QSize& size, const Monitor& monitor);
 
-/// In the corner where the icons of programs usually are: on the right, at the top unless there is
-/// a panel at the bottom only.
+/// In the corner where the icons of programs usually are: at the right, and at the top unless there
+/// is a panel only at the bottom.
 QRect inCorner(const QSize& size, const Monitor& monitor);
 
 } // namespace PopoverPlace

@@ -17,7 +17,8 @@ QPixmap symbol(int side, const QColor& color)
     return Icon::pixmap(Symbol::quotation, side, 1, color);
 }
 
-/// The mark in every direction from its place, so that it shows all around it.
+/// The quotation marks drawn a little off in every direction, so that they show all around those
+/// drawn over them.
 QPixmap rim(int side, const QColor& color)
 {
     constexpr qreal straight = 1.0 / 16; // of the side
@@ -66,7 +67,7 @@ public:
         return pixmap;
     }
 
-    /// Those that panels on the session bus are sent.
+    /// The sizes that are sent to panels on the session bus.
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
     {
         return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
@@ -75,7 +76,7 @@ public:
     QIconEngine* clone() const override { return new Engine(*this); }
 
 private:
-    bool m_isDark; // the surroundings
+    bool m_isDark; // whether the surroundings are dark
 };
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include <QIcon>
 
-/// The program's mark: a pair of quotation marks.
+/// The program's icon: a pair of quotation marks.
 namespace QuotationMark {
 
-/// The mark in white for dark surroundings or in black for light ones, with a thin rim of the other
-/// so that it can be told from surroundings of either kind; sharp at every size. Main thread.
+/// The icon, white for dark surroundings (`isDark`), else black. A thin rim in the other colour
+/// sets it off from surroundings of either kind. It is sharp at every size. Main thread.
 QIcon icon(bool isDark);
 
 } // namespace QuotationMark

@@ -18,7 +18,7 @@ namespace SourceText {
 
 namespace {
 
-/// What a source is, and what messages call it.
+/// What kind of source it is, and what messages call it.
 struct Source
 {
     enum class Kind { standardInput, page, file };
@@ -28,7 +28,7 @@ struct Source
     std::filesystem::path file = {};
 };
 
-/// Without the slash behind a folder's name, with which it has no extension.
+/// `path` without a slash after a folder's name, which would hide its extension.
 std::filesystem::path withoutSlash(const std::filesystem::path& path)
 {
     return path.has_filename() ? path : path.parent_path();
@@ -36,11 +36,11 @@ std::filesystem::path withoutSlash(const std::filesystem::path& path)
 
 Source recognised(const std::string& source)
 {
-    if (source == "-" || source == "/dev/stdin") // which another process has not
+    if (source == "-" || source == "/dev/stdin") // another process has another one
         return {Source::Kind::standardInput, "standard input"};
     std::error_code ignored;
     const std::filesystem::file_type type = std::filesystem::symlink_status(source, ignored).type();
-    // none: the system cannot tell, such as of a name that is too long for one.
+    // `none` means that the system cannot tell, for example because the name is too long.
     const bool namesFile =
         type != std::filesystem::file_type::not_found && type != std::filesystem::file_type::none;
     if (!namesFile && source.find("://") != std::string::npos)

@@ -4,17 +4,17 @@
 
 #include <string>
 
-/// What the argument SOURCE of a command stands for.
+/// Reads the source that a command's argument SOURCE names.
 namespace SourceText {
 
-/// The text of `source`: a file's path, a web address (which has "://" and names no file), or "-"
-/// for standard input. Throws AppError, also when there is nothing in it but white space, and the
-/// errors of the system and the network. Blocks. An interrupt while a page is on its way ends the
-/// process. Main thread, and no QCoreApplication may be there.
+/// The text of `source`, which is a file's path, a web address (it has "://" and names no file), or
+/// "-" for standard input. Throws AppError, also if there is nothing but white space in the source,
+/// and the errors of the system and the network. Blocks. While a page is being fetched, an
+/// interrupt ends the process. Main thread; there must be no QCoreApplication.
 std::string read(const std::string& source);
 
-/// The same of the source that `request` names. Throws also what CaptureSource and DesktopSource
-/// do.
+/// The text of the source that `request` names, under the same conditions. Throws also what
+/// CaptureSource and DesktopSource throw.
 std::string read(const SummaryRequest& request);
 
 } // namespace SourceText

@@ -22,7 +22,7 @@ void StatusLine::show(std::string_view message)
 void StatusLine::clear()
 {
     if (m_isShown && m_isLive) {
-        std::fputs("\r\x1B[K", &m_stream); // to the line's start, then erase to its end
+        std::fputs("\r\x1B[K", &m_stream); // goes to the line's start and erases to its end
         std::fflush(&m_stream);
     }
     m_isShown = false;

@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
-/// The progress lines of a command on standard error: one line that each message replaces on a
-/// terminal, a line each elsewhere. One thread at a time.
+/// Shows the progress messages of a command on standard error. On a terminal each message replaces
+/// the one before on the same line; elsewhere each is a line. One thread at a time.
 class StatusLine
 {
 public:
     explicit StatusLine(std::FILE& stream);
-    /// Erases what still stands on the line.
+    /// Erases the message that is still on the line.
     ~StatusLine();
     StatusLine(const StatusLine&) = delete;
     StatusLine& operator=(const StatusLine&) = delete;
@@ -18,7 +18,7 @@ public:
     void show(std::string_view message);
     void clear();
 
-    /// Whether a person watches, so that frequent updates make sense.
+    /// Whether a person is watching, so that frequent updates make sense.
     bool isLive() const { return m_isLive; }
 
     /// How many columns a message may have.

@@ -38,7 +38,7 @@ int run(const SummaryRequest& request)
     statusLine.clear();
     printer.finish(summary);
     const std::string_view visible = WhiteSpace::trimmed(summary);
-    if (request.isCopied && !visible.empty()) // else there may be something better already
+    if (request.isCopied && !visible.empty()) // else what is there may be better
         ClipboardOffer::put(std::string(visible));
     return interrupt.exitStatus();
 }

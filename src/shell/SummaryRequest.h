@@ -8,10 +8,10 @@
 #include <optional>
 #include <string>
 
-/// What `summarize` and `plan` are asked for on the command line.
+/// What the commands `summarize`, `read` and `plan` are asked for on the command line.
 struct SummaryRequest
 {
-    std::string source; // of a file; unless one of those below is there
+    std::string source; // as for SourceText; unused if one of the next two is set
     std::optional<ScreenGrab::Kind> capture;
     std::optional<DesktopSource::Kind> desktop;
     std::string model; // a file's path; empty for the downloaded one

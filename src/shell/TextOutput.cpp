@@ -29,7 +29,7 @@ void write(std::FILE& stream, std::string_view text)
         writeAll(stream, text);
         return;
     }
-    std::size_t length = 0; // of what is harmless
+    std::size_t length = 0; // of the harmless beginning
     while (length < text.size()) {
         const std::size_t skipped = ControlCharacters::lengthAt(text.substr(length));
         if (skipped == 0 || text[length] == '\n' || text[length] == '\t') {

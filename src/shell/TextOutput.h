@@ -4,17 +4,18 @@
 #include <string>
 #include <string_view>
 
-/// Text from outside on an output stream. A terminal gets it without ControlCharacters but tabs and
-/// line feeds; a pipe or file gets it as it is. One thread at a time.
+/// Writes text from outside to an output stream. For a terminal all ControlCharacters but tabs and
+/// line feeds are left out; a pipe or file gets the text unchanged. One thread at a time.
 namespace TextOutput {
 
-/// Throws AppError when `stream` takes no more.
+/// Writes `text`. Throws AppError if `stream` takes no more.
 void write(std::FILE& stream, std::string_view text);
 
-/// Hands everything written to the system. Throws AppError when that or a write before it failed.
+/// Hands everything written to the system. Throws AppError if that fails or an earlier write has
+/// failed.
 void flush(std::FILE& stream);
 
-/// Any bytes as UTF-8 on one line that no terminal takes a command from: all of its
+/// `text` (any bytes) as one line of UTF-8 from which no terminal takes a command: all of its
 /// ControlCharacters become question marks. For sentences that may quote a file's name.
 std::string oneLine(std::string text);
 

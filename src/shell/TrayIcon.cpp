@@ -20,12 +20,12 @@ QRect TrayIcon::geometry() const
 void TrayIcon::show()
 {
     if (m_icon)
-        return; // Qt follows from one host to the next of its kind
+        return; // Qt itself moves the icon to the next host of the same kind
     m_icon.emplace();
     m_icon->setToolTip(QStringLiteral("Pithwise"));
     connect(&*m_icon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                // The second of two quick clicks is a click too.
+                // Qt reports the second of two quick clicks as a double click.
                 if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
                     emit clicked();
             });
@@ -33,7 +33,7 @@ void TrayIcon::show()
     m_icon->show();
 }
 
-/// Panels follow the desktop's appearance.
+/// Draws the icon for the desktop's appearance, which panels follow.
 void TrayIcon::draw()
 {
     if (m_icon)

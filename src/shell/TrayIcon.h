@@ -10,17 +10,17 @@
 class Theme;
 class TrayHost;
 
-/// The program's icon in the panel, whenever there is a panel that shows icons. Main thread.
+/// Shows the program's icon in the panel whenever there is a panel that shows icons. Main thread.
 class TrayIcon : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Requires: `theme` outlives this.
+    /// Requires: `theme` outlives this object.
     explicit TrayIcon(const Theme& theme);
     ~TrayIcon() override;
 
-    /// Where it is on the desktop; null where there is no icon or the panel does not tell.
+    /// Where the icon is on the desktop. Null if there is no icon or the panel does not tell.
     QRect geometry() const;
 
 signals:
@@ -32,6 +32,6 @@ private:
 
     const Theme& m_theme;
     std::unique_ptr<TrayHost> m_host;
-    // Made when a host is there: what Qt finds then it goes by for good.
+    // Made only when there is a host, because Qt keeps to the kind of host that it finds then.
     std::optional<QSystemTrayIcon> m_icon;
 };

@@ -54,9 +54,11 @@ std::string read(const std::string& address)
     Outcome outcome;
     const QCoro::Task<> task = fetch(Utf8::decoded(address), outcome);
     QCoreApplication::exec();
-    // Qt's sockets have the program ignore that nobody reads its output any more.
+    // Qt's sockets make the process ignore SIGPIPE, but it must still end when nobody reads its
+    // output any more.
     ::sigaction(SIGPIPE, &brokenPipe, nullptr);
-    // Nothing was printed or written yet, and a large page in the works is not worth waiting for.
+    // Nothing has been printed or written yet, and a large page that is being worked on is not
+    // worth waiting for.
     if (const int status = interrupt.exitStatus(); status != 0)
         std::_Exit(status);
     if (outcome.error)

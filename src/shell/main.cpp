@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <iostream>
 
-/// Work that nothing can end may go on, the loading of a model for instance. The static objects of
-/// the libraries it is in must not be destroyed under it.
+/// Ends the process at once if work goes on that nothing can end, such as the loading of a model.
+/// The static objects of the libraries that it uses must not be destroyed while it runs.
 static void endBesideWork(int status)
 {
     if (!BackgroundThreads::isWorkLeft())
