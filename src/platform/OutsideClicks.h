@@ -15,8 +15,8 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
 
-    /// Once this has returned, `clicked` is not called for a button that was pressed before,
-    /// whether that is still down or has been released since.
+    /// From now on `clicked` is not called for a button that was pressed before, whether that is
+    /// still down or has been released since.
     virtual void forget() = 0;
 
     /// The event loop will call `clicked` when the button is released. It is never called if the

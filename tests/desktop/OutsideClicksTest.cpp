@@ -155,6 +155,10 @@ TEST_F(OutsideClicksTest, APressThatIsForgottenIsNoClick)
     m_session.xdotool({"getmouselocation"});
     m_outside->forget();
     release();
+    // And a whole click.
+    m_session.xdotool({"click", "1"});
+    m_session.xdotool({"getmouselocation"});
+    m_outside->forget();
     expectSoFar(0);
 }
 

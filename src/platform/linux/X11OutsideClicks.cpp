@@ -63,8 +63,10 @@ void X11OutsideClicks::resume()
 
 void X11OutsideClicks::forget()
 {
-    m_events.takeAll();
     m_press.reset();
+    const bool wasPaused = std::exchange(m_isPaused, true);
+    m_events.takeAll();
+    m_isPaused = wasPaused;
     listen();
 }
 
