@@ -140,10 +140,11 @@ TEST_F(CommandLineTest, AMissingFileIsNamed)
 TEST_F(CommandLineTest, AnErrorHoldsNothingThatCommandsATerminal)
 {
     for (const auto output : {Program::Output::pipe, Program::Output::terminal}) {
-        const Result result = run({"plan", u"a\u009B31mb\u202Ec\u2066d\u007F.txt"_qs}, {}, output);
+        const Result result =
+            run({"plan", QStringLiteral("a\u009B31mb\u202Ec\u2066d\u007F.txt")}, {}, output);
         EXPECT_EQ(result.error, "pithwise: There is no file named a?31mb?c?d?.txt.\n");
     }
-    EXPECT_EQ(run({"plan", "--mode", u"\u009Bpoem"_qs, "x"}).error.substr(0, 40),
+    EXPECT_EQ(run({"plan", "--mode", QStringLiteral("\u009Bpoem"), "x"}).error.substr(0, 40),
               "pithwise: ?poem is not one of bullets|ex");
 }
 
