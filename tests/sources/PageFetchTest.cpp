@@ -470,16 +470,6 @@ QCoro::Task<std::string> transfer(QUrl address, PageTransfer::Limits limits)
     co_return std::move(body).joined();
 }
 
-/// What the process has of the memory.
-std::size_t residentBytes()
-{
-    std::ifstream file("/proc/self/statm");
-    std::size_t all = 0;
-    std::size_t resident = 0;
-    file >> all >> resident;
-    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-}
-
 TEST_F(PageFetchTest, ABodyBeyondTheLimitIsAnError)
 {
     constexpr qint64 limit = 3 << 20;
@@ -525,6 +515,16 @@ TEST_F(PageFetchTest, APageThatGoesOnAndOnEndsAfterItsTime)
 }
 
 #ifndef PITHWISE_SANITIZED
+/// What the process has of the memory.
+std::size_t residentBytes()
+{
+    std::ifstream file("/proc/self/statm");
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
 TEST_F(PageFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
 {
     const QByteArray emptiness = gzip(QByteArray(60 << 20, ' '));
