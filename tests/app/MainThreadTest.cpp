@@ -4,7 +4,9 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
+#include <atomic>
 #include <future>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -37,8 +39,10 @@ protected:
     void makePlainState()
     {
         AppServices plain = services();
-        plain.generate = [this, mayEnd = m_mayEnd.get_future().share()](auto&&...) {
-            m_isRunning = true;
+        // Nothing of this object: a run of several sections ends after it.
+        plain.generate = [isRunning = m_isRunning,
+                          mayEnd = m_mayEnd.get_future().share()](auto&&...) {
+            *isRunning = true;
             mayEnd.wait();
             return std::string();
         };
@@ -47,7 +51,7 @@ protected:
 
     void waitForRun()
     {
-        EXPECT_TRUE(waitUntil([this] { return m_isRunning.load(); }));
+        EXPECT_TRUE(waitUntil([this] { return m_isRunning->load(); }));
     }
 
     static long faults()
@@ -57,7 +61,8 @@ protected:
         return usage.ru_minflt;
     }
 
-    std::atomic<bool> m_isRunning = false;
+    const std::shared_ptr<std::atomic<bool>> m_isRunning =
+        std::make_shared<std::atomic<bool>>(false);
     std::promise<void> m_mayEnd;
 };
 
