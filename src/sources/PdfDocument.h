@@ -3,13 +3,12 @@
 #include "PdfRevision.h"
 #include "RegularFile.h"
 
+#include <QIODevice>
 #include <QPdfDocument>
 
 #include <filesystem>
 #include <memory>
 #include <optional>
-
-class QIODevice;
 
 /// A PDF file that is open for reading and drawing, with what is filled into its form. May be used
 /// by any thread, but by one at a time.
