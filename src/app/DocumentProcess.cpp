@@ -5,13 +5,13 @@
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
 #include "MemoryLimit.h"
+#include "Mutex.h"
 #include "PageRecord.h"
 #include "RecognizedPages.h"
 #include "Utf8.h"
 
 #include <algorithm>
 #include <condition_variable>
-#include <mutex>
 #include <new>
 #include <optional>
 #include <thread>
@@ -34,15 +34,18 @@ class Turn
 public:
     Turn()
     {
-        std::unique_lock lock(turns().mutex);
-        turns().freed.wait(lock, [] { return turns().free > 0; });
-        --turns().free;
+        Turns& all = turns();
+        const MutexLock lock(all.mutex);
+        while (all.free == 0)
+            all.freed.wait(all.mutex);
+        --all.free;
     }
     ~Turn()
     {
-        const std::lock_guard lock(turns().mutex);
-        ++turns().free;
-        turns().freed.notify_one();
+        Turns& all = turns();
+        const MutexLock lock(all.mutex);
+        ++all.free;
+        all.freed.notify_one();
     }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
@@ -50,9 +53,10 @@ public:
 private:
     struct Turns
     {
-        std::mutex mutex;
-        std::condition_variable freed;
-        unsigned int free = std::max(std::thread::hardware_concurrency(), 1U);
+        Mutex mutex;
+        std::condition_variable_any freed;
+        unsigned int free PITHWISE_GUARDED_BY(mutex) = std::max(std::thread::hardware_concurrency(),
+                                                                1U);
     };
 
     static Turns& turns()

@@ -98,11 +98,15 @@ void X11OutsideClicks::press(const X11RawInput::Event& event)
 
 void X11OutsideClicks::move()
 {
+    if (m_press)
+        moveTo(m_under.pointer());
+}
+
+/// Requires: a button is held.
+void X11OutsideClicks::moveTo(const X11WindowUnder::Place& now)
+{
     // Fewer than any program waits for before it lets something be dragged.
     constexpr int slack = 5; // pixels
-    if (!m_press)
-        return;
-    const X11WindowUnder::Place now = m_under.pointer();
     if (std::max(std::abs(now.x - m_press->place.x), std::abs(now.y - m_press->place.y)) <= slack)
         return;
     m_press.reset();
@@ -115,7 +119,7 @@ void X11OutsideClicks::release(std::uint32_t button)
     X11LastGesture::release(button, place.x, place.y);
     if (!m_press || m_press->button != button)
         return;
-    move(); // what has been told of the way so far may not be all of it
+    moveTo(place); // what has been told of the way so far may not be all of it
     if (!m_press)
         return;
     m_press.reset();

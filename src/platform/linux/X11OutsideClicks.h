@@ -38,6 +38,7 @@ private:
     void handle(const xcb_generic_event_t& event);
     void press(const X11RawInput::Event& event);
     void move();
+    void moveTo(const X11WindowUnder::Place& now);
     void release(std::uint32_t button);
 
     const std::unique_ptr<X11Connection> m_connection;
