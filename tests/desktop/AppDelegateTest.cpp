@@ -24,7 +24,8 @@ namespace {
 class AppDelegateTest : public SelectionFixture
 {
 protected:
-    AppDelegateTest()
+    explicit AppDelegateTest(const DesktopSession::Options& options = {})
+        : SelectionFixture(options)
     {
         m_session.waitUntil("a screen", [] { return QGuiApplication::primaryScreen() != nullptr; });
     }
@@ -54,6 +55,14 @@ protected:
     AppState m_state{AppServices::system()};
     Theme m_theme;
     AppDelegate m_delegate{m_state, m_model, m_theme, [] { return std::make_unique<QWidget>(); }};
+};
+
+class CompositedAppDelegateTest : public AppDelegateTest
+{
+protected:
+    CompositedAppDelegateTest()
+        : AppDelegateTest({.windowManager = DesktopSession::WindowManager::compositing})
+    {}
 };
 
 class ReadyModelTest : public AppDelegateTest
@@ -208,6 +217,17 @@ TEST_F(AppDelegateTest, ThePopoverStaysDuringACaptureOfAWindowThatItDoesNotCover
     EXPECT_FALSE(popover().isVisible());
     m_delegate.showAfterCapture();
     m_delegate.showAfterCapture();
+    EXPECT_TRUE(popover().isVisible());
+}
+
+TEST_F(CompositedAppDelegateTest, ThePopoverStaysDuringACaptureOfTheWindowBelowIt)
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_delegate.showPopover();
+    waitFor("the popover", [this] { return popover().windowHandle()->isExposed(); });
+    TestWindow below(m_session, popover().geometry());
+    below.show();
+    EXPECT_FALSE(m_delegate.hideForCapture(below.id()));
     EXPECT_TRUE(popover().isVisible());
 }
 

@@ -203,6 +203,20 @@ TEST(OCRTest, ATextInNoiseIsRead)
     EXPECT_EQ(OCR::recognize(image), harbourText);
 }
 
+TEST(OCRTest, AGreyTextInALittleNoiseIsRead)
+{
+    const QStringList prose = {QStringLiteral("The harbour office opens at seven, long before"),
+                               QStringLiteral("the first ferry leaves for the islands. By then"),
+                               QStringLiteral("Martha has read the weather report, filled the"),
+                               QStringLiteral("kettle and written three lines on the board.")};
+    for (const int pixelSize : {18, 24}) {
+        const TextImage::Look look{.pixelSize = pixelSize, .ink = QColor(150, 150, 150)};
+        QImage image = TextImage::render(prose, look).convertToFormat(QImage::Format_RGB32);
+        addNoise(image, 20);
+        EXPECT_EQ(OCR::recognize(image), prose.join('\n').toStdString()) << pixelSize;
+    }
+}
+
 TEST(OCRTest, ATextWithAFringeOfTheOtherShadeIsReadOnNothing)
 {
     for (const QColor ink : {QColor(Qt::black), QColor(90, 90, 90), QColor(0, 0, 160)}) {
