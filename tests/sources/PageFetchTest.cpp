@@ -9,6 +9,7 @@
 #include <QDirIterator>
 #include <QTcpServer>
 #include <QTemporaryFile>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -530,6 +531,14 @@ TEST_F(PageFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
     const QByteArray emptiness = gzip(QByteArray(60 << 20, ' '));
     const Answer answer = {.headers = {{"Content-Encoding", "gzip"}}, .body = emptiness};
     fetch({.body = page(m_text)}); // patterns and threads stay
+    // What others take meanwhile lies behind the page's pieces, so that the heap cannot shrink.
+    std::vector<std::unique_ptr<char[]>> taken;
+    QTimer others;
+    QObject::connect(&others, &QTimer::timeout, &others, [&] {
+        if (taken.size() < 1000)
+            taken.push_back(std::make_unique_for_overwrite<char[]>(60'000));
+    });
+    others.start(0);
     const std::size_t before = residentBytes();
     EXPECT_EQ(fetch(answer).userError, m_unreadable);
     EXPECT_EQ(fetchPacked(gzip(QByteArray(70 << 20, ' '))).userError,
