@@ -225,6 +225,14 @@ TEST_F(OutsideClicksTest, APauseIsQuiet)
     expectSoFar(0);
 }
 
+TEST_F(OutsideClicksTest, AClickInAPauseThatIsSeenOnlyAfterItIsNotTold)
+{
+    m_outside->pause();
+    m_session.xdotool({"mousemove", "500", "500", "click", "1"}); // nobody looks at it yet
+    m_outside->resume();
+    expectSoFar(0);
+}
+
 TEST_F(OutsideClicksTest, ClicksDuringAGrabOfAnotherProgramAreTold)
 {
     TestWindow other(m_session);
