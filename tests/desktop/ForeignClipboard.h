@@ -35,11 +35,21 @@ public:
         if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
             throw std::runtime_error("The text for the clipboard cannot be written.");
         file.close();
-        m_session.start("xclip", {"-quiet", "-selection", "clipboard", "-i", file.fileName()});
-        m_session.waitUntil("the clipboard to have an owner", [&] { return this->text() == text; });
+        QProcess& owner =
+            m_session.start("xclip", {"-quiet", "-selection", "clipboard", "-i", file.fileName()});
+        owner.setReadChannel(QProcess::StandardError);
+        m_session.waitUntil("the clipboard to have an owner",
+                            [&] { return this->text() == text && hasAnswered(owner); });
     }
 
 private:
+    /// Whether it was `owner` who had the text: another program may have the same.
+    static bool hasAnswered(QProcess& owner)
+    {
+        owner.waitForReadyRead(1);
+        return owner.peek(owner.bytesAvailable()).contains("request number 2");
+    }
+
     static bool hasSucceeded(QProcess& process)
     {
         const QDeadlineTimer deadline(60'000);
