@@ -139,14 +139,16 @@ TEST_F(HotkeyCommandTest, WithoutACopyTheClipboardIsNotTouched)
 {
     putOnClipboard("earlier");
     selectSomeText();
-    EXPECT_EQ(hotkeyOnStandin().status, 0);
+    const Result result = hotkeyOnStandin();
+    EXPECT_EQ(result.status, 0) << result.error;
     EXPECT_EQ(clipboard(), "earlier");
 }
 
 TEST_F(HotkeyCommandTest, ANoteOfTheDayGetsTheSummary)
 {
     selectSomeText();
-    EXPECT_EQ(hotkeyOnStandin({"--note"}).status, 0);
+    const Result result = hotkeyOnStandin({"--note"});
+    EXPECT_EQ(result.status, 0) << result.error;
     const QDir folder(m_session.path("home/Documents/Pithwise Notes"));
     const QStringList names = folder.entryList({"*.md"}, QDir::Files);
     ASSERT_EQ(names.size(), 1);

@@ -18,19 +18,29 @@ protected:
     /// The window that comes to be the icon, once it can be clicked.
     std::uint32_t nextIcon(QProcess& panel)
     {
-        QByteArray line = nextLine(panel);
-        m_session.waitUntil("the icon to be there", [&] {
-            panel.waitForReadyRead(1);
-            if (panel.canReadLine()) // another one in its place
-                line = panel.readLine().trimmed();
-            QProcess question;
-            question.setProcessEnvironment(m_session.environment());
-            question.start("xwininfo", {"-id", line.mid(5)});
-            question.waitForFinished();
-            return question.readAllStandardOutput().contains("Map State: IsViewable");
-        });
+        const QByteArray line = nextLine(panel);
         EXPECT_TRUE(line.startsWith("icon ")) << line.toStdString();
-        return line.mid(5).toUInt();
+        const std::uint32_t icon = line.mid(5).toUInt();
+        m_session.waitUntil("the icon to be there", [&] { return isViewable(icon); });
+        return icon;
+    }
+
+    /// Ends a panel. Waits until the application knows: where the next one comes at once, Qt gives
+    /// it an icon for the old one's end and another for its own arrival.
+    void endXEmbedPanel(QProcess& panel, std::uint32_t icon)
+    {
+        m_session.end(panel);
+        m_session.waitUntil("the icon's end", [&] { return !isViewable(icon); });
+        EXPECT_TRUE(isAnswering());
+    }
+
+    bool isViewable(std::uint32_t window)
+    {
+        QProcess question;
+        question.setProcessEnvironment(m_session.environment());
+        question.start("xwininfo", {"-id", QString::number(window)});
+        question.waitForFinished();
+        return question.readAllStandardOutput().contains("Map State: IsViewable");
     }
 
     /// The place of the popover after a click on the icon of a panel at `place`.
@@ -179,12 +189,14 @@ TEST_F(TrayTest, AnXEmbedHostMayComeLateAndRestart)
     launch();
     for (int i = 0; i < 2; ++i) {
         QProcess& panel = startXEmbedPanel();
-        nextIcon(panel);
+        const std::uint32_t icon = nextIcon(panel);
         click(m_icon);
         waitUntilShown();
         click(m_icon);
         waitUntilHidden();
-        m_session.end(panel);
+        panel.waitForReadyRead(1);
+        EXPECT_EQ(panel.readAll(), ""); // another icon in its place
+        endXEmbedPanel(panel, icon);
     }
 }
 
@@ -192,13 +204,13 @@ TEST_F(TrayTest, AnXEmbedHostMayRestartWhileThePopoverIsShown)
 {
     QProcess* panel = &startXEmbedPanel();
     launch();
-    nextIcon(*panel);
+    std::uint32_t icon = nextIcon(*panel);
     click(m_icon);
     waitUntilShown();
     for (int i = 0; i < 2; ++i) {
-        m_session.end(*panel);
+        endXEmbedPanel(*panel, icon);
         panel = &startXEmbedPanel();
-        nextIcon(*panel);
+        icon = nextIcon(*panel);
         EXPECT_TRUE(isShown());
     }
     click(m_icon);

@@ -1,45 +1,51 @@
 #include "XEmbedHost.h"
 
-#include <QCoreApplication>
+#include "X11Connection.h"
 
-#include <xcb/xfixes.h>
+#include <QCoreApplication>
 
 #include <utility>
 
 std::unique_ptr<XEmbedHost> XEmbedHost::create(const std::function<void()>& came)
 {
-    auto connection = X11Connection::open();
+    const auto connection = X11Connection::open();
     if (!connection)
         return nullptr;
-    const auto version = connection->reply<xcb_xfixes_query_version_reply_t>(
-        xcb_xfixes_query_version(connection->get(), 5, 0));
-    if (!version)
-        return nullptr;
-    return std::unique_ptr<XEmbedHost>(new XEmbedHost(std::move(connection), came));
+    return std::unique_ptr<XEmbedHost>(new XEmbedHost(*connection, came));
 }
 
-XEmbedHost::XEmbedHost(std::unique_ptr<X11Connection> connection, const std::function<void()>& came)
-    : m_connection(std::move(connection)),
-      m_events(*m_connection, [this, came](const xcb_generic_event_t& event) {
-          const auto* extension = xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id);
-          if (event.response_type != extension->first_event + XCB_XFIXES_SELECTION_NOTIFY)
-              return;
-          if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event).owner != XCB_NONE)
-              came();
-      })
+XEmbedHost::XEmbedHost(X11Connection& connection, std::function<void()> came)
+    : m_manager(connection.atom("MANAGER")),
+      m_tray(connection.atom("_NET_SYSTEM_TRAY_S0")),
+      m_came(std::move(came))
 {
-    if (watch())
-        QMetaObject::invokeMethod(QCoreApplication::instance(), came, Qt::QueuedConnection);
-    m_events.flush();
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    const auto owner = connection.reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), m_tray));
+    if (owner && owner->owner != XCB_NONE)
+        tell();
 }
 
-/// Asks for news of panels. Returns whether there is one already.
-bool XEmbedHost::watch()
+XEmbedHost::~XEmbedHost()
 {
-    const xcb_atom_t selection = m_connection->atom("_NET_SYSTEM_TRAY_S0");
-    xcb_xfixes_select_selection_input(m_connection->get(), m_connection->root(), selection,
-                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
-    const auto owner = m_connection->reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(m_connection->get(), selection));
-    return owner && owner->owner != XCB_NONE;
+    QCoreApplication::instance()->removeNativeEventFilter(this);
+}
+
+/// Sees what panels announce to everybody before Qt does.
+bool XEmbedHost::nativeEventFilter(const QByteArray& type, void* message, qintptr*)
+{
+    if (type != "xcb_generic_event_t")
+        return false;
+    const auto& event = *static_cast<const xcb_client_message_event_t*>(message);
+    if ((event.response_type & 0x7F) == XCB_CLIENT_MESSAGE && event.type == m_manager &&
+        event.data.data32[1] == m_tray)
+        tell();
+    return false;
+}
+
+/// Later, when Qt has seen the panel as well: it gives each one that it sees a new icon, and one
+/// that is replaced at once would be lost for whoever is clicking it.
+void XEmbedHost::tell()
+{
+    QMetaObject::invokeMethod(&m_context, m_came, Qt::QueuedConnection);
 }
