@@ -1,6 +1,6 @@
 #include "AppServices.h"
 
-#include "ChildProcess.h"
+#include "Child.h"
 #include "ClipboardText.h"
 #include "DocumentProcess.h"
 #include "DocumentsFolder.h"
@@ -31,7 +31,7 @@ AppServices AppServices::system()
     return {
         .readDocument =
             [](const std::filesystem::path& file) {
-                return DocumentProcess::read(file, ChildProcess::thisProgram());
+                return DocumentProcess::read(file, Child::thisProgram());
             },
         .captureText = [](ScreenGrab::Kind kind) { return ScreenGrab::captureText(kind); },
         .clipboardText = ClipboardText::read,

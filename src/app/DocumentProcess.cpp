@@ -1,7 +1,7 @@
 #include "DocumentProcess.h"
 
 #include "AppError.h"
-#include "ChildProcess.h"
+#include "Child.h"
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
 #include "MemoryLimit.h"
@@ -95,15 +95,15 @@ DocumentText read(const std::filesystem::path& file, const std::string& program,
                   std::chrono::milliseconds limit)
 {
     const Turn turn;
-    ChildProcess::Result result =
-        ChildProcess::run({program, command, std::filesystem::absolute(file).native()}, limit);
-    const bool hasExited = result.end == ChildProcess::End::exited;
+    Child::Result result =
+        Child::run({program, command, std::filesystem::absolute(file).native()}, limit);
+    const bool hasExited = result.end == Child::End::exited;
     if (hasExited && result.exitStatus == exitText)
         return std::move(result.output);
     const std::optional<RecognizedPages> pages = takePages(result.output);
     if (hasExited && result.exitStatus == exitSentence)
         throw AppError(Utf8::decoded(std::move(result.output)));
-    const bool isTimedOut = result.end == ChildProcess::End::timedOut;
+    const bool isTimedOut = result.end == Child::End::timedOut;
     if (pages && (isTimedOut || (hasExited && result.exitStatus == exitPages)))
         return {Utf8::decoded(pages->text()), pages->share()};
     throw AppError(isTimedOut ? "Reading the document takes too long."
@@ -112,7 +112,7 @@ DocumentText read(const std::filesystem::path& file, const std::string& program,
 
 int serve(const std::filesystem::path& file, std::FILE& stream)
 {
-    ChildProcess::endWithParent();
+    Child::endWithParent();
     MemoryLimit::set(mostMemory, noMemory, exitSentence);
     const LibraryMessages quiet;
     bool hasPages = false;

@@ -2,7 +2,7 @@
 
 #include "AppError.h"
 #include "Application.h"
-#include "BackgroundTask.h"
+#include "Child.h"
 #include "Desktop.h"
 #include "HomeFolder.h"
 #include "Instance.h"
@@ -153,18 +153,22 @@ int toggle()
 
 bool askForHotkey()
 {
-    // In a process of its own, because D-Bus starts threads.
-    const std::string answer = BackgroundTask::run([](const BackgroundTask::Answer& tell) {
-        Arguments arguments;
-        const QCoreApplication application(arguments.count, arguments.values);
-        const Instance::Answer given = Instance::ask(Instance::Request::hotkey);
-        tell(std::to_string(static_cast<int>(given)));
-    });
+    // In a process of its own, because the bus starts threads.
+    const std::string answer = Child::detach({Child::thisProgram(), askingCommand});
     for (const auto possible : {Instance::Answer::done, Instance::Answer::silent}) {
         if (answer == std::to_string(static_cast<int>(possible)))
             return wasDone(possible);
     }
     return false;
+}
+
+int tellHotkeyAnswer()
+{
+    Arguments arguments;
+    const QCoreApplication application(arguments.count, arguments.values);
+    const Instance::Answer answer = Instance::ask(Instance::Request::hotkey);
+    Child::tell(std::to_string(static_cast<int>(answer)));
+    return 0;
 }
 
 } // namespace ApplicationCommand

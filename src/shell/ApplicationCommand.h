@@ -17,4 +17,10 @@ int toggle();
 /// Leaves no thread behind.
 bool askForHotkey();
 
+/// The hidden command of the program that asks in place of it.
+constexpr const char* askingCommand = "ask-for-hotkey";
+
+/// What that does: asks, and tells the answer on its standard output.
+int tellHotkeyAnswer();
+
 } // namespace ApplicationCommand

@@ -1,11 +1,10 @@
 #include "ClipboardOffer.h"
 
 #include "AppError.h"
-#include "BackgroundTask.h"
+#include "Child.h"
 #include "ClipboardContents.h"
 
 #include <chrono>
-#include <cstdio>
 #include <iostream>
 #include <iterator>
 #include <system_error>
@@ -17,12 +16,10 @@ static constexpr std::chrono::seconds limit(2);
 
 static void offer(std::vector<std::string> arguments, const std::string& input)
 {
-    // Starts the program once more. A mere fork would have none of the threads that this process
-    // may have by now, but all the locks that they held.
-    arguments.insert(arguments.begin(), "offer-clipboard");
+    arguments.insert(arguments.begin(), {Child::thisProgram(), command});
     std::string answer;
     try {
-        answer = BackgroundTask::runProgram(arguments, input);
+        answer = Child::detach(std::move(arguments), input);
     } catch (const std::system_error&) {
         // the error below tells it
     }
@@ -53,10 +50,7 @@ int serve(bool isText)
     }
     if (pasteboard->snapshot(limit).items.empty()) // there is no desktop
         return 1;
-    std::puts("offered");
-    // Whoever waits for the end of the output must not have to wait for the rest of this.
-    if (std::freopen("/dev/null", "w", stdout) == nullptr)
-        return 1;
+    Child::tell("offered");
     if (!pasteboard->handOver(limit))
         pasteboard->serveUntilReplaced();
     return 0;

@@ -16,9 +16,11 @@ void put(const std::string& text);
 /// Like put(text), for `items`, the whole contents of a clipboard.
 void put(const std::vector<Pasteboard::Item>& items);
 
-/// What the process in the background runs, as a hidden command of the program. Offers what comes
-/// on its standard input, a text or else ClipboardContents, and says on its standard output when it
-/// does. Returns the exit status.
+/// The hidden command of the program that this process is.
+constexpr const char* command = "offer-clipboard";
+
+/// What it does: offers its standard input, a text or else ClipboardContents, and tells on its
+/// standard output when it does. Returns the exit status.
 int serve(bool isText);
 
 } // namespace ClipboardOffer

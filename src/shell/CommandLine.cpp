@@ -3,6 +3,7 @@
 #include "AppError.h"
 #include "ApplicationCommand.h"
 #include "ClipboardOffer.h"
+#include "DesktopSource.h"
 #include "DocumentProcess.h"
 #include "HotkeyCommand.h"
 #include "Interrupted.h"
@@ -201,7 +202,13 @@ private:
     /// Adds commands with which the program starts itself. They are not for users.
     void addHelpers()
     {
-        CLI::App* command = app.add_subcommand("offer-clipboard")->group("");
+        app.add_subcommand(ApplicationCommand::askingCommand)->group("")->callback([this] {
+            action = ApplicationCommand::tellHotkeyAnswer;
+        });
+        app.add_subcommand(DesktopSource::command)->group("")->callback([this] {
+            action = DesktopSource::serveSelection;
+        });
+        CLI::App* command = app.add_subcommand(ClipboardOffer::command)->group("");
         const CLI::Option* contents = command->add_flag("--contents");
         command->callback([this, contents] {
             action = [isText = contents->count() == 0] { return ClipboardOffer::serve(isText); };

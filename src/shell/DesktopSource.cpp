@@ -1,7 +1,7 @@
 #include "DesktopSource.h"
 
 #include "AppError.h"
-#include "BackgroundTask.h"
+#include "Child.h"
 #include "ClipboardText.h"
 #include "Pasteboard.h"
 #include "SelectionGrabber.h"
@@ -14,23 +14,7 @@
 
 namespace DesktopSource {
 
-namespace {
-
-/// Grabs the text and answers with it. Then stays while the clipboard holds what the grab has put
-/// back, unless a clipboard manager takes that over.
-void serveSelection(const BackgroundTask::Answer& answer)
-{
-    int argumentCount = 1;
-    char name[] = "pithwise";
-    char* arguments[] = {name, nullptr};
-    const QCoreApplication application(argumentCount, arguments);
-    const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
-    answer(QCoro::waitFor(SelectionGrabber::grab(ports)).value_or(""));
-    if (!ports.pasteboard->handOver(std::chrono::seconds(2)))
-        ports.pasteboard->serveUntilReplaced();
-}
-
-std::string readClipboard()
+static std::string readClipboard()
 {
     std::string text = ClipboardText::read().value_or("");
     if (WhiteSpace::trimmed(text).empty())
@@ -38,11 +22,22 @@ std::string readClipboard()
     return text;
 }
 
-} // namespace
+int serveSelection()
+{
+    int argumentCount = 1;
+    char name[] = "pithwise";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(argumentCount, arguments);
+    const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
+    Child::tell(QCoro::waitFor(SelectionGrabber::grab(ports)).value_or(""));
+    if (!ports.pasteboard->handOver(std::chrono::seconds(2)))
+        ports.pasteboard->serveUntilReplaced();
+    return 0;
+}
 
 std::string selection()
 {
-    return BackgroundTask::run(serveSelection);
+    return Child::detach({Child::thisProgram(), command});
 }
 
 std::string read(Kind kind)

@@ -83,7 +83,8 @@ QCoro::Task<> handleHotkey(AppState& state, Display& display)
     display.hotkeyIsHandled();
 }
 
-/// The real services, except that `selection` has been read already, before there were threads.
+/// The real services, but for the selection, which has been read already: what that has put back on
+/// the clipboard must outlive this process.
 AppServices services(const std::string& model, std::string selection)
 {
     AppServices services = AppServices::system();

@@ -2,7 +2,7 @@
 
 #include "AppError.h"
 #include "CaptureSource.h"
-#include "ChildProcess.h"
+#include "Child.h"
 #include "DesktopSource.h"
 #include "DocumentProcess.h"
 #include "PlainText.h"
@@ -61,7 +61,7 @@ std::string textOf(const Source& source)
     case Source::Kind::file:
         break;
     }
-    DocumentText text = DocumentProcess::read(source.file, ChildProcess::thisProgram());
+    DocumentText text = DocumentProcess::read(source.file, Child::thisProgram());
     if (!text.share.empty())
         std::cerr << "pithwise: " << TextOutput::oneLine(source.label) << " takes too long. Only "
                   << text.share << " can be used.\n";

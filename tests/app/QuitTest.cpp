@@ -1,6 +1,6 @@
 #include "AppStateFixture.h"
 #include "BackgroundThreads.h"
-#include "ChildProcess.h"
+#include "Child.h"
 
 #include <chrono>
 #include <cstdio>
@@ -34,12 +34,12 @@ protected:
     {
         const auto* test = testing::UnitTest::GetInstance()->current_test_info();
         qputenv(m_variable, "1");
-        const ChildProcess::Result result = ChildProcess::run(
+        const Child::Result result = Child::run(
             {QCoreApplication::applicationFilePath().toStdString(),
              std::string("--gtest_filter=") + test->test_suite_name() + "." + test->name()},
             60s);
         qunsetenv(m_variable);
-        EXPECT_EQ(result.end, ChildProcess::End::exited);
+        EXPECT_EQ(result.end, Child::End::exited);
         EXPECT_EQ(result.exitStatus, 0) << result.output;
         EXPECT_NE(result.output.find(m_mark), std::string::npos) << result.output;
     }
