@@ -2,6 +2,7 @@
 
 #include "FileDescriptor.h"
 #include "PartFile.h"
+#include "WriteAll.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -117,19 +118,6 @@ Path withoutLinks(Path file)
 
 enum class Creation { done, taken, unsupported };
 
-/// Writes `bytes` and takes what has been written off them. Returns whether that is all; if not,
-/// `errno` says why.
-bool write(int descriptor, std::string_view& bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR)
-            return false;
-        bytes.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
 /// Removes the last `count` bytes, which have just been written, unless a program that does not
 /// know the lock has added something since.
 void takeBack(int descriptor, std::size_t count)
@@ -144,10 +132,10 @@ void takeBack(int descriptor, std::size_t count)
 void appendTo(FileDescriptor file, std::string_view bytes)
 {
     // Usually one call writes all. If it writes less, the next call tells why.
-    std::string_view rest = bytes;
-    if (!write(file.value(), rest)) {
+    const std::size_t written = writeAll(file.value(), bytes);
+    if (written < bytes.size()) {
         const int error = errno;
-        takeBack(file.value(), bytes.size() - rest.size());
+        takeBack(file.value(), written);
         fail(error);
     }
     if (::close(file.release()) != 0)
@@ -164,7 +152,7 @@ Creation create(const Path& file, std::string_view text)
         fail(ENOENT); // a link leads to a folder that does not exist
     if (descriptor.value() < 0)
         return Creation::unsupported;
-    if (!write(descriptor.value(), text) || ::fsync(descriptor.value()) != 0)
+    if (writeAll(descriptor.value(), text) < text.size() || ::fsync(descriptor.value()) != 0)
         fail(errno);
     const std::string source = "/proc/self/fd/" + std::to_string(descriptor.value());
     if (::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, file.c_str(), AT_SYMLINK_FOLLOW) == 0)

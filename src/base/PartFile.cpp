@@ -1,5 +1,7 @@
 #include "PartFile.h"
 
+#include "WriteAll.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -76,15 +78,9 @@ void PartFile::failWriting() const
 
 void PartFile::write(std::string_view bytes)
 {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(m_file.value(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            failWriting();
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-        m_unsynced += static_cast<std::size_t>(written);
-    }
+    if (writeAll(m_file.value(), bytes) < bytes.size())
+        failWriting();
+    m_unsynced += bytes.size();
     if (m_unsynced >= syncStep) {
         if (::fdatasync(m_file.value()) != 0)
             failWriting();

@@ -1,6 +1,7 @@
 #include "Child.h"
 
 #include "FileDescriptor.h"
+#include "WriteAll.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -56,13 +57,8 @@ FileDescriptor fileWith(std::string_view content)
 {
     FileDescriptor file(content.empty() ? ::open("/dev/null", O_RDONLY | O_CLOEXEC)
                                         : ::memfd_create("input", MFD_CLOEXEC));
-    bool isWhole = file.value() >= 0;
-    while (isWhole && !content.empty()) {
-        const ssize_t count = ::write(file.value(), content.data(), content.size());
-        isWhole = count >= 0 || errno == EINTR;
-        content.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
-    }
-    isWhole = isWhole && ::lseek(file.value(), 0, SEEK_SET) == 0;
+    const bool isWhole = file.value() >= 0 && writeAll(file.value(), content) == content.size() &&
+                         ::lseek(file.value(), 0, SEEK_SET) == 0;
     check(isWhole ? 0 : errno, "The input of a process could not be made");
     return file;
 }

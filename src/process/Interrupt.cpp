@@ -1,34 +1,26 @@
 #include "Interrupt.h"
 
+#include "FileDescriptor.h"
+
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <system_error>
 #include <thread>
 
 namespace {
 
-class Descriptor
+FileDescriptor checked(int descriptor)
 {
-public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor)
-    {
-        if (descriptor < 0)
-            throw std::system_error(errno, std::generic_category(), "Interrupt");
-    }
-    ~Descriptor() { close(m_descriptor); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
+    if (descriptor < 0)
+        throw std::system_error(errno, std::generic_category(), "Interrupt");
+    return FileDescriptor(descriptor);
+}
 
 sigset_t stopSignals()
 {
@@ -48,8 +40,8 @@ public:
         : m_callback(std::move(callback)),
           m_patience(patience),
           m_signals(stopSignals()),
-          m_signalDescriptor(signalfd(-1, &m_signals, SFD_CLOEXEC)),
-          m_quitDescriptor(eventfd(0, EFD_CLOEXEC))
+          m_signalDescriptor(checked(signalfd(-1, &m_signals, SFD_CLOEXEC))),
+          m_quitDescriptor(checked(eventfd(0, EFD_CLOEXEC)))
     {
         // Threads started from now on inherit the mask, so that the signals reach only the watcher.
         pthread_sigmask(SIG_BLOCK, &m_signals, nullptr);
@@ -58,7 +50,7 @@ public:
 
     ~Watcher()
     {
-        eventfd_write(m_quitDescriptor.get(), 1);
+        eventfd_write(m_quitDescriptor.value(), 1);
         m_thread.join();
         pthread_sigmask(SIG_UNBLOCK, &m_signals, nullptr);
     }
@@ -71,14 +63,14 @@ public:
 private:
     void watch()
     {
-        pollfd descriptors[] = {{m_signalDescriptor.get(), POLLIN, 0},
-                                {m_quitDescriptor.get(), POLLIN, 0}};
+        pollfd descriptors[] = {{m_signalDescriptor.value(), POLLIN, 0},
+                                {m_quitDescriptor.value(), POLLIN, 0}};
         while (poll(descriptors, 2, -1) >= 0 || errno == EINTR) {
             if ((descriptors[1].revents & POLLIN) != 0)
                 return;
             signalfd_siginfo info{};
             if ((descriptors[0].revents & POLLIN) == 0 ||
-                read(m_signalDescriptor.get(), &info, sizeof info) != sizeof info)
+                read(m_signalDescriptor.value(), &info, sizeof info) != sizeof info)
                 continue;
             m_signal = static_cast<int>(info.ssi_signo);
             m_callback();
@@ -92,7 +84,7 @@ private:
     /// Not with exit(), which would wait for whatever holds the main thread up.
     void waitForEnd()
     {
-        pollfd descriptor = {m_quitDescriptor.get(), POLLIN, 0};
+        pollfd descriptor = {m_quitDescriptor.value(), POLLIN, 0};
         const int limit = m_patience ? static_cast<int>(m_patience->count()) : -1;
         int count = 0;
         do {
@@ -105,8 +97,8 @@ private:
     std::function<void()> m_callback;
     std::optional<std::chrono::milliseconds> m_patience;
     sigset_t m_signals;
-    Descriptor m_signalDescriptor;
-    Descriptor m_quitDescriptor;
+    FileDescriptor m_signalDescriptor;
+    FileDescriptor m_quitDescriptor;
     std::atomic<int> m_signal = 0;
     std::thread m_thread;
 };

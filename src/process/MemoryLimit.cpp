@@ -1,5 +1,7 @@
 #include "MemoryLimit.h"
 
+#include "WriteAll.h"
+
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -26,7 +28,7 @@ int lastStatus = 0;
 
 [[noreturn]] void end()
 {
-    static_cast<void>(::write(STDOUT_FILENO, lastSentence.data(), lastSentence.size()) < 0);
+    static_cast<void>(writeAll(STDOUT_FILENO, lastSentence));
     ::_exit(lastStatus);
 }
 

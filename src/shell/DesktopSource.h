@@ -7,8 +7,8 @@ namespace DesktopSource {
 
 enum class Kind { selection, clipboard };
 
-/// The text selected in the application in front, or that on the clipboard. Throws AppError, also
-/// when there is none. Blocks; any thread.
+/// The text selected in the application in front, or the text on the clipboard. Throws AppError,
+/// also if there is no text. Blocks; any thread.
 ///
 /// If the selection could only be had by way of the clipboard, a process in the background goes on
 /// offering what was on the clipboard before. It ends when another program copies or a clipboard

@@ -1,5 +1,7 @@
 #include "PngFile.h"
 
+#include "WriteAll.h"
+
 #include <QBuffer>
 #include <QImageWriter>
 
@@ -8,6 +10,7 @@
 #include <cerrno>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace PngFile {
@@ -30,29 +33,15 @@ QByteArray encoded(const QImage& image)
     return bytes;
 }
 
-/// Returns 0, or the number of the error.
-int writeAll(int descriptor, const QByteArray& bytes)
-{
-    for (qsizetype written = 0; written < bytes.size();) {
-        const ssize_t count = ::write(descriptor, bytes.constData() + written,
-                                      static_cast<std::size_t>(bytes.size() - written));
-        if (count < 0 && errno != EINTR)
-            return errno;
-        written += std::max<ssize_t>(count, 0);
-    }
-    return 0;
-}
-
 } // namespace
 
 FileDescriptor of(const QImage& image)
 {
     const QByteArray bytes = encoded(image);
     FileDescriptor file(::memfd_create("pithwise-capture", MFD_CLOEXEC));
-    if (file.value() < 0)
+    const std::string_view view(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (file.value() < 0 || writeAll(file.value(), view) < view.size())
         fail(std::generic_category().message(errno));
-    if (const int error = writeAll(file.value(), bytes); error != 0)
-        fail(std::generic_category().message(error));
     return file;
 }
 

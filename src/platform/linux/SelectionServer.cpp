@@ -30,14 +30,14 @@ std::unique_ptr<SelectionServer> SelectionServer::create()
         !connection->reply<xcb_xfixes_query_version_reply_t>(
             xcb_xfixes_query_version(connection->get(), 5, 0), deadline))
         return nullptr;
-    const int wakeDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (wakeDescriptor < 0)
+    FileDescriptor wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    if (wake.value() < 0)
         return nullptr;
     return std::unique_ptr<SelectionServer>(
-        new SelectionServer(std::move(connection), wakeDescriptor));
+        new SelectionServer(std::move(connection), std::move(wake)));
 }
 
-SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, int wakeDescriptor)
+SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, FileDescriptor wake)
     : m_connection(std::move(connection)),
       m_window(m_connection->createWindow()),
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit)),
@@ -45,7 +45,7 @@ SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, int 
       m_saveTargets(m_connection->atom("SAVE_TARGETS", X11Connection::Clock::now() + setupLimit)),
       m_firstFixesEvent(xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id)->first_event),
       m_answers(std::make_unique<SelectionAnswers>(*m_connection)),
-      m_wakeDescriptor(wakeDescriptor)
+      m_wake(std::move(wake))
 {
     xcb_xfixes_select_selection_input(m_connection->get(), m_window, m_clipboard,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -62,9 +62,8 @@ SelectionServer::~SelectionServer()
         const std::lock_guard lock(m_mutex);
         m_isEnding = true;
     }
-    eventfd_write(m_wakeDescriptor, 1);
+    eventfd_write(m_wake.value(), 1);
     m_thread.join();
-    close(m_wakeDescriptor);
 }
 
 std::uint64_t SelectionServer::changeCount()
@@ -153,7 +152,7 @@ void SelectionServer::runOnThread(std::function<void()> work)
     std::unique_lock lock(m_mutex);
     m_work = std::move(work);
     m_hasWork = true;
-    eventfd_write(m_wakeDescriptor, 1);
+    eventfd_write(m_wake.value(), 1);
     m_changed.wait(lock, [this] { return !m_hasWork || m_hasEnded; });
 }
 
@@ -178,7 +177,7 @@ void SelectionServer::runWork()
 void SelectionServer::serve()
 {
     std::array<pollfd, 2> descriptors = {
-        {{xcb_get_file_descriptor(m_connection->get()), POLLIN, 0}, {m_wakeDescriptor, POLLIN, 0}}};
+        {{xcb_get_file_descriptor(m_connection->get()), POLLIN, 0}, {m_wake.value(), POLLIN, 0}}};
     const auto isEnding = [this] {
         const std::lock_guard lock(m_mutex);
         return m_isEnding;
@@ -201,7 +200,7 @@ void SelectionServer::serve()
         if (poll(descriptors.data(), descriptors.size(), timeout) < 0 && errno != EINTR)
             break;
         eventfd_t ignored = 0;
-        eventfd_read(m_wakeDescriptor, &ignored);
+        eventfd_read(m_wake.value(), &ignored);
     }
     // Whoever has asked in time waits for an answer. The system drops what is on its way to the X
     // server when a connection is closed with something left to read.

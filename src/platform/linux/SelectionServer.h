@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileDescriptor.h"
 #include "Pasteboard.h"
 #include "X11Connection.h"
 
@@ -43,7 +44,7 @@ public:
 private:
     enum class HandOver { none, asked, taken };
 
-    SelectionServer(std::unique_ptr<X11Connection> connection, int wakeDescriptor);
+    SelectionServer(std::unique_ptr<X11Connection> connection, FileDescriptor wake);
     void serve();
     void handle(const xcb_generic_event_t& event);
     void runOnThread(std::function<void()> work);
@@ -62,7 +63,7 @@ private:
     std::uint32_t m_offerSequence = 0;           // of the thread: the request that took ownership
     bool m_isOwner = false;                      // of the thread
     std::atomic<std::uint64_t> m_changeCount = 0;
-    int m_wakeDescriptor;
+    FileDescriptor m_wake; // readable when the thread has something to look at
     std::mutex m_mutex;
     std::condition_variable m_changed;    // something of the following
     std::function<void()> m_work;         // under m_mutex
