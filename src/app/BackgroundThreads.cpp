@@ -1,66 +1,83 @@
 #include "BackgroundThreads.h"
 
 #include "FreedMemory.h"
+#include "Mutex.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <deque>
-#include <mutex>
 #include <thread>
 #include <utility>
 
 static std::atomic<int> allRunning = 0;
 
-struct BackgroundThreads::Running
+class BackgroundThreads::Running
 {
-    std::mutex mutex;
-    std::condition_variable changed;
-    int count = 0;
-    int inTurn = 0;
-    std::deque<std::function<void()>> waiting; // for their turn
+public:
+    using Work = std::function<void()>;
 
     void add(int difference)
     {
-        const std::lock_guard lock(mutex);
+        const MutexLock lock(m_mutex);
         allRunning += difference;
-        count += difference;
-        changed.notify_all();
+        m_count += difference;
+        m_changed.notifyAll();
+    }
+
+    /// Waits until nothing runs any more, or the deadline has passed.
+    void waitForEnd(std::chrono::steady_clock::time_point deadline)
+    {
+        const MutexLock lock(m_mutex);
+        while (m_count > 0 && m_changed.waitUntil(m_mutex, deadline)) {
+        }
     }
 
     /// Whether work of that kind may begin now. If not, it waits.
-    bool takeTurn(std::function<void()>& work)
+    bool takeTurn(Work& work)
     {
-        const std::lock_guard lock(mutex);
-        if (inTurn == mostInTurn) {
-            waiting.push_back(std::move(work));
+        const MutexLock lock(m_mutex);
+        if (m_inTurn == mostInTurn) {
+            m_waiting.push_back(std::move(work));
             return false;
         }
-        ++inTurn;
+        ++m_inTurn;
         return true;
     }
 
     /// The work whose turn comes when another's has ended; nothing where none waits.
-    std::function<void()> passTurn()
+    Work passTurn()
     {
-        const std::lock_guard lock(mutex);
-        if (waiting.empty()) {
-            --inTurn;
+        const MutexLock lock(m_mutex);
+        if (m_waiting.empty()) {
+            --m_inTurn;
             return nullptr;
         }
-        std::function<void()> next = std::move(waiting.front());
-        waiting.pop_front();
+        Work next = std::move(m_waiting.front());
+        m_waiting.pop_front();
         return next;
     }
+
+    /// What waits for its turn, and does so no longer.
+    std::deque<Work> takeWaiting()
+    {
+        const MutexLock lock(m_mutex);
+        return std::exchange(m_waiting, {});
+    }
+
+private:
+    Mutex m_mutex;
+    ConditionVariable m_changed; // the following
+    int m_count PITHWISE_GUARDED_BY(m_mutex) = 0;
+    int m_inTurn PITHWISE_GUARDED_BY(m_mutex) = 0;
+    std::deque<Work> m_waiting PITHWISE_GUARDED_BY(m_mutex); // for their turn
 };
 
 BackgroundThreads::BackgroundThreads() : m_running(std::make_shared<Running>()) {}
 
 BackgroundThreads::~BackgroundThreads()
 {
-    std::deque<std::function<void()>> dropped; // destroyed after the lock
-    std::unique_lock lock(m_running->mutex);
-    dropped.swap(m_running->waiting);
-    m_running->changed.wait_for(lock, patience, [this] { return m_running->count == 0; });
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto dropped = m_running->takeWaiting();
+    m_running->waitForEnd(deadline);
 }
 
 bool BackgroundThreads::isWorkLeft()

@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    struct Running;
+    class Running;
 
     template <typename Result>
     struct Promised

@@ -11,7 +11,6 @@
 #include "Utf8.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <new>
 #include <optional>
 #include <thread>
@@ -28,37 +27,42 @@ constexpr int exitPages = 4; // the text is in the records of the pages
 
 constexpr const char* noMemory = "Reading the document takes too much memory.";
 
+/// How many more reads may go on at once.
+class Turns
+{
+public:
+    void take()
+    {
+        const MutexLock lock(m_mutex);
+        while (m_free == 0)
+            m_freed.wait(m_mutex);
+        --m_free;
+    }
+
+    void giveBack()
+    {
+        const MutexLock lock(m_mutex);
+        ++m_free;
+        m_freed.notifyOne();
+    }
+
+private:
+    Mutex m_mutex;
+    ConditionVariable m_freed;
+    unsigned int m_free PITHWISE_GUARDED_BY(m_mutex) = std::max(std::thread::hardware_concurrency(),
+                                                                1U);
+};
+
 /// One of the reads that may go on at once.
 class Turn
 {
 public:
-    Turn()
-    {
-        Turns& all = turns();
-        const MutexLock lock(all.mutex);
-        while (all.free == 0)
-            all.freed.wait(all.mutex);
-        --all.free;
-    }
-    ~Turn()
-    {
-        Turns& all = turns();
-        const MutexLock lock(all.mutex);
-        ++all.free;
-        all.freed.notify_one();
-    }
+    Turn() { turns().take(); }
+    ~Turn() { turns().giveBack(); }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
 
 private:
-    struct Turns
-    {
-        Mutex mutex;
-        std::condition_variable_any freed;
-        unsigned int free PITHWISE_GUARDED_BY(mutex) = std::max(std::thread::hardware_concurrency(),
-                                                                1U);
-    };
-
     static Turns& turns()
     {
         // Never destroyed: a read may still be waiting when the process ends.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 
 // Clang checks at compile time that whatever is marked PITHWISE_GUARDED_BY is used only while its
@@ -25,6 +27,8 @@ public:
     void unlock() PITHWISE_RELEASE() { m_mutex.unlock(); }
 
 private:
+    friend class ConditionVariable;
+
     std::mutex m_mutex;
 };
 
@@ -39,4 +43,42 @@ public:
 
 private:
     Mutex& m_mutex;
+};
+
+/// std::condition_variable for a Mutex. Who waits holds the mutex, which others can have meanwhile,
+/// and asks in a loop: "while (!isDone) changed.wait(mutex);". A condition handed over as a
+/// function would escape the checks.
+class ConditionVariable
+{
+public:
+    void wait(Mutex& mutex) PITHWISE_REQUIRES(mutex)
+    {
+        Borrowed borrowed(mutex);
+        m_condition.wait(borrowed.lock);
+    }
+
+    /// Returns false once `deadline` has passed.
+    bool waitUntil(Mutex& mutex, std::chrono::steady_clock::time_point deadline)
+        PITHWISE_REQUIRES(mutex)
+    {
+        Borrowed borrowed(mutex);
+        return m_condition.wait_until(borrowed.lock, deadline) == std::cv_status::no_timeout;
+    }
+
+    void notifyOne() { m_condition.notify_one(); }
+    void notifyAll() { m_condition.notify_all(); }
+
+private:
+    /// The form in which the standard library takes a mutex that is held, and goes on to be.
+    struct Borrowed
+    {
+        explicit Borrowed(Mutex& mutex) : lock(mutex.m_mutex, std::adopt_lock) {}
+        ~Borrowed() { lock.release(); }
+        Borrowed(const Borrowed&) = delete;
+        Borrowed& operator=(const Borrowed&) = delete;
+
+        std::unique_lock<std::mutex> lock;
+    };
+
+    std::condition_variable m_condition;
 };

@@ -59,7 +59,7 @@ SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, File
 SelectionServer::~SelectionServer()
 {
     {
-        const std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         m_isEnding = true;
     }
     eventfd_write(m_wake.value(), 1);
@@ -117,16 +117,16 @@ bool SelectionServer::handOver(std::chrono::milliseconds limit)
     runOnThread([this] {
         // One that has not answered by now is not asked again: which of the questions an answer was
         // for could not be told.
-        const std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         if (m_handOver == HandOver::asked)
             return;
         m_handOver = m_isOwner ? HandOver::asked : HandOver::none;
         if (m_isOwner)
             askManager();
     });
-    std::unique_lock lock(m_mutex);
-    m_changed.wait_until(lock, deadline,
-                         [this] { return m_handOver != HandOver::asked || m_hasEnded; });
+    const MutexLock lock(m_mutex);
+    while (m_handOver == HandOver::asked && !m_hasEnded && m_changed.waitUntil(m_mutex, deadline)) {
+    }
     return m_handOver == HandOver::taken && !m_hasEnded;
 }
 
@@ -135,32 +135,38 @@ void SelectionServer::noteAnswer(const xcb_selection_notify_event_t& notify)
 {
     if (notify.selection != m_manager || notify.target != m_saveTargets)
         return;
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_handOver = notify.property == XCB_NONE ? HandOver::none : HandOver::taken;
-    m_changed.notify_all();
+    m_changed.notifyAll();
 }
 
 void SelectionServer::waitUntilReplaced()
 {
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return !m_isServing || m_hasEnded; });
+    const MutexLock lock(m_mutex);
+    while (m_isServing && !m_hasEnded)
+        m_changed.wait(m_mutex);
 }
 
 /// Runs `work` on the thread and returns when it is done, or when the thread has lost its X server.
 void SelectionServer::runOnThread(std::function<void()> work)
 {
-    std::unique_lock lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_work = std::move(work);
     m_hasWork = true;
     eventfd_write(m_wake.value(), 1);
-    m_changed.wait(lock, [this] { return !m_hasWork || m_hasEnded; });
+    while (m_hasWork && !m_hasEnded)
+        m_changed.wait(m_mutex);
+}
+
+std::function<void()> SelectionServer::takeWork()
+{
+    const MutexLock lock(m_mutex);
+    return std::exchange(m_work, nullptr);
 }
 
 void SelectionServer::runWork()
 {
-    std::unique_lock lock(m_mutex);
-    const std::function<void()> work = std::exchange(m_work, nullptr);
-    lock.unlock();
+    const std::function<void()> work = takeWork();
     if (work) {
         work();
         // So that the caller finds the clipboard as it was told to be, and the change counted.
@@ -168,10 +174,10 @@ void SelectionServer::runWork()
         for (std::size_t left = m_connection->waitingEvents(); left > 0; --left)
             handle(*m_connection->pendingEvent());
     }
-    lock.lock();
+    const MutexLock lock(m_mutex);
     m_hasWork = m_hasWork && !work;
     m_isServing = m_isOwner || m_answers->isTransferring();
-    m_changed.notify_all();
+    m_changed.notifyAll();
 }
 
 void SelectionServer::serve()
@@ -179,7 +185,7 @@ void SelectionServer::serve()
     std::array<pollfd, 2> descriptors = {
         {{xcb_get_file_descriptor(m_connection->get()), POLLIN, 0}, {m_wake.value(), POLLIN, 0}}};
     const auto isEnding = [this] {
-        const std::lock_guard lock(m_mutex);
+        const MutexLock lock(m_mutex);
         return m_isEnding;
     };
     while (!isEnding() && !m_connection->isLost()) {
@@ -206,9 +212,9 @@ void SelectionServer::serve()
     // server when a connection is closed with something left to read.
     m_connection->finish(X11Connection::Clock::now() + setupLimit);
     ++m_changeCount; // whatever was offered is no more
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_hasEnded = true;
-    m_changed.notify_all();
+    m_changed.notifyAll();
 }
 
 void SelectionServer::handle(const xcb_generic_event_t& event)

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "FileDescriptor.h"
+#include "Mutex.h"
 #include "Pasteboard.h"
 #include "X11Connection.h"
 
 #include <atomic>
-#include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -48,6 +47,7 @@ private:
     void serve();
     void handle(const xcb_generic_event_t& event);
     void runOnThread(std::function<void()> work);
+    std::function<void()> takeWork();
     void runWork();
     void askManager();
     void endOffer();
@@ -64,13 +64,13 @@ private:
     bool m_isOwner = false;                      // of the thread
     std::atomic<std::uint64_t> m_changeCount = 0;
     FileDescriptor m_wake; // readable when the thread has something to look at
-    std::mutex m_mutex;
-    std::condition_variable m_changed;    // something of the following
-    std::function<void()> m_work;         // under m_mutex
-    bool m_hasWork = false;               // under m_mutex: until it is done
-    HandOver m_handOver = HandOver::none; // under m_mutex
-    bool m_isServing = false;             // under m_mutex
-    bool m_isEnding = false;              // under m_mutex
-    bool m_hasEnded = false;              // under m_mutex
+    Mutex m_mutex;
+    ConditionVariable m_changed; // something of the following
+    std::function<void()> m_work PITHWISE_GUARDED_BY(m_mutex);
+    bool m_hasWork PITHWISE_GUARDED_BY(m_mutex) = false; // until it is done
+    HandOver m_handOver PITHWISE_GUARDED_BY(m_mutex) = HandOver::none;
+    bool m_isServing PITHWISE_GUARDED_BY(m_mutex) = false;
+    bool m_isEnding PITHWISE_GUARDED_BY(m_mutex) = false;
+    bool m_hasEnded PITHWISE_GUARDED_BY(m_mutex) = false;
     std::thread m_thread;
 };

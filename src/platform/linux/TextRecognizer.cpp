@@ -1,5 +1,6 @@
 #include "TextRecognizer.h"
 
+#include "Mutex.h"
 #include "OneThread.h"
 #include "RecognitionLanguages.h"
 #include "TextPicture.h"
@@ -65,8 +66,8 @@ TesseractRecognizer::TesseractRecognizer()
 {
     silence(m_tesseract);
     // Loading a language may change settings that all objects share.
-    static std::mutex loading;
-    const std::lock_guard lock(loading);
+    static Mutex loading;
+    const MutexLock lock(loading);
     // Tesseract skips a language whose data is missing, even the first.
     const std::string wanted = joined(RecognitionLanguages::wanted());
     std::vector<std::string> loaded;

@@ -1,5 +1,7 @@
 #include "X11Connection.h"
 
+#include "Mutex.h"
+
 #include <poll.h>
 #include <xcb/xcbext.h>
 
@@ -7,7 +9,6 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
-#include <mutex>
 
 namespace {
 
@@ -24,8 +25,8 @@ const xcb_screen_t* findScreen(xcb_connection_t* connection, int number)
 /// variable: of two threads that are there for the first time, one frees what the other uses.
 xcb_connection_t* connect(int& screenNumber)
 {
-    static std::mutex connecting;
-    const std::lock_guard lock(connecting);
+    static Mutex connecting;
+    const MutexLock lock(connecting);
     return xcb_connect(nullptr, &screenNumber);
 }
 
