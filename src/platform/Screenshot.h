@@ -24,12 +24,13 @@ public:
     virtual std::optional<FileDescriptor> takeWindow(std::uint32_t id) = 0;
 
     /// Lets the user drag out a rectangle, and returns it as the screen was at the time of the
-    /// call. Nothing if the user cancels; nothing, at once, while another selection is under way.
+    /// call. Nothing if the user cancels; nothing, at once, while another choice is under way.
     /// The size of the rectangle is shown only in a process with a QGuiApplication.
-    virtual std::optional<FileDescriptor> takeSelection() = 0;
+    virtual std::optional<FileDescriptor> takeRegion() = 0;
 
-    /// Cancels this object's selection. If none is under way, cancels the next one. Any thread.
-    virtual void cancelSelection() = 0;
+    /// Cancels the choice that this object waits for. If none is under way, cancels the next one.
+    /// Any thread.
+    virtual void cancelRegion() = 0;
 
     /// The system's screenshots. If there is no way to take pictures, an object that always returns
     /// nothing.

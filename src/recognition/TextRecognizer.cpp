@@ -1,8 +1,8 @@
 #include "TextRecognizer.h"
 
 #include "Mutex.h"
-#include "OneThread.h"
 #include "RecognitionLanguages.h"
+#include "SingleThreadedOpenMP.h"
 #include "TextPicture.h"
 
 #include <tesseract/baseapi.h>
@@ -177,7 +177,7 @@ TextRecognizer::Reading TesseractRecognizer::readPlainly(const ColourImage& imag
 TextRecognizer::Reading TesseractRecognizer::recognize(Pix* picture, int resolution,
                                                        std::size_t letters)
 {
-    const OneThread oneThread;
+    const SingleThreadedOpenMP oneThread;
     m_tesseract.SetImage(picture);
     if (resolution > 0)
         m_tesseract.SetSourceResolution(resolution);

@@ -36,8 +36,8 @@ std::optional<FileDescriptor> takeFrontWindow(const Tools& tools)
 /// Takes the picture. Throws AppError if there is none.
 FileDescriptor take(Kind kind, const Tools& tools)
 {
-    if (kind == Kind::selection) {
-        std::optional<FileDescriptor> selected = tools.screenshot.takeSelection();
+    if (kind == Kind::region) {
+        std::optional<FileDescriptor> selected = tools.screenshot.takeRegion();
         if (!selected)
             throw AppError("Capture cancelled.");
         return *std::move(selected);
@@ -70,7 +70,7 @@ std::string captureText(Kind kind, const Tools& tools)
 {
     // Tries to capture even if the permission is not given by now, because it may be given in the
     // meantime.
-    if (kind != Kind::selection && !tools.permission.isGranted())
+    if (kind != Kind::region && !tools.permission.isGranted())
         tools.permission.request();
     const FileDescriptor picture = take(kind, tools);
     return tools.recognize("/proc/self/fd/" + std::to_string(picture.value()));

@@ -16,7 +16,7 @@ namespace ScreenGrab {
 enum class Kind {
     window, // the frontmost ordinary window of another application
     screen,
-    selection // a rectangle that the user drags out
+    region // a rectangle that the user drags out
 };
 
 /// The ports that a capture uses; not owned.

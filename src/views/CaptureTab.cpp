@@ -27,8 +27,7 @@ struct Choice
 constexpr std::array choices = {
     Choice{"captureWindow", "Active Window", Symbol::window, ScreenGrab::Kind::window},
     Choice{"captureScreen", "Full Screen", Symbol::display, ScreenGrab::Kind::screen},
-    Choice{"captureSelection", "Select Area", Symbol::rectangleViewfinder,
-           ScreenGrab::Kind::selection},
+    Choice{"captureRegion", "Select Area", Symbol::rectangleViewfinder, ScreenGrab::Kind::region},
 };
 
 } // namespace

@@ -66,7 +66,7 @@ TEST_P(NullBackEndsTest, EveryCaptureEndsInTheSentenceOfItsKind)
               isX11 ? "Capture failed. The screen could not be read."
                     : "Capture failed. Pithwise can read the screen only in an X11 session. Choose "
                       "one when you log in.");
-    EXPECT_EQ(errorOf(ScreenGrab::Kind::selection), "Capture cancelled.");
+    EXPECT_EQ(errorOf(ScreenGrab::Kind::region), "Capture cancelled.");
 }
 
 TEST_P(NullBackEndsTest, ThePortsRefuse)
@@ -88,8 +88,8 @@ TEST_P(NullBackEndsTest, ThePortsRefuse)
     }
     EXPECT_FALSE(Screenshot::create()->takeScreen());
     EXPECT_FALSE(Screenshot::create()->takeWindow(7));
-    Screenshot::create()->cancelSelection();
-    EXPECT_FALSE(Screenshot::create()->takeSelection());
+    Screenshot::create()->cancelRegion();
+    EXPECT_FALSE(Screenshot::create()->takeRegion());
 }
 
 TEST_P(NullBackEndsTest, TheApplicationsPortsAreQuiet)

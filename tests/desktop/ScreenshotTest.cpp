@@ -221,7 +221,7 @@ TEST_F(ScreenshotTest, ADeadServerIsARefusal)
     m_session.killServer();
     EXPECT_FALSE(screenshot->takeScreen());
     EXPECT_FALSE(screenshot->takeWindow(7));
-    EXPECT_FALSE(screenshot->takeSelection());
+    EXPECT_FALSE(screenshot->takeRegion());
     EXPECT_THAT(files(), IsEmpty());
 }
 

@@ -21,7 +21,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Kind = ScreenGrab::Kind;
 
-constexpr Kind kinds[] = {Kind::window, Kind::screen, Kind::selection};
+constexpr Kind kinds[] = {Kind::window, Kind::screen, Kind::region};
 
 WindowList::Window window(std::uint32_t id)
 {
@@ -79,7 +79,7 @@ TEST_F(ScreenGrabTest, EachKindAsksForItsPictureAndReturnsTheTextInIt)
 {
     for (const Kind kind : kinds)
         EXPECT_EQ(capture(kind), "First\nSecond");
-    EXPECT_THAT(m_screenshot.calls(), ElementsAre("window 7", "screen", "selection"));
+    EXPECT_THAT(m_screenshot.calls(), ElementsAre("window 7", "screen", "region"));
     EXPECT_THAT(m_recognized, ElementsAre("picture", "picture", "picture"));
     EXPECT_THAT(leftovers(), IsEmpty());
 }
@@ -111,7 +111,7 @@ TEST_F(ScreenGrabTest, ThePermissionIsRequestedOnlyWhereItIsMissing)
 TEST_F(ScreenGrabTest, ASelectionNeedsNoPermissionAndNoWindows)
 {
     m_permission = RecordingScreenPermission(false);
-    capture(Kind::selection);
+    capture(Kind::region);
     EXPECT_THAT(m_permission.calls(), IsEmpty());
     EXPECT_EQ(m_windowList.requests(), 0);
 }
@@ -127,7 +127,7 @@ TEST_F(ScreenGrabTest, WithoutAPictureTheKindAndThePermissionDecideWhatIsSaid)
                         "Choose one when you log in.";
         EXPECT_EQ(errorOf(Kind::window), failed);
         EXPECT_EQ(errorOf(Kind::screen), failed);
-        EXPECT_EQ(errorOf(Kind::selection), "Capture cancelled.");
+        EXPECT_EQ(errorOf(Kind::region), "Capture cancelled.");
     }
     EXPECT_THAT(m_recognized, IsEmpty());
 }

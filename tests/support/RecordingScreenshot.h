@@ -35,10 +35,10 @@ public:
     {
         return take("window " + std::to_string(id));
     }
-    std::optional<FileDescriptor> takeSelection() override { return take("selection"); }
-    void cancelSelection() override { m_calls.emplace_back("cancel"); }
+    std::optional<FileDescriptor> takeRegion() override { return take("region"); }
+    void cancelRegion() override { m_calls.emplace_back("cancel"); }
 
-    /// "screen", "window 7", "selection", "cancel".
+    /// "screen", "window 7", "region", "cancel".
     const std::vector<std::string>& calls() const { return m_calls; }
 
 private:

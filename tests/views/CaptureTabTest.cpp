@@ -10,12 +10,12 @@ TEST_F(CaptureTabTest, HasItsTextsAndSizes)
 {
     show();
     QStringList texts;
-    for (const char* name : {"captureWindow", "captureScreen", "captureSelection"})
+    for (const char* name : {"captureWindow", "captureScreen", "captureRegion"})
         texts.push_back(button(name).text());
     EXPECT_EQ(texts, QStringList({"Active Window", "Full Screen", "Select Area"}));
     const QRect first = place(button("captureWindow"));
     const QRect second = place(button("captureScreen"));
-    const QRect third = place(button("captureSelection"));
+    const QRect third = place(button("captureRegion"));
     EXPECT_EQ(second.left() - first.right() - 1, 8);
     EXPECT_EQ(third.left() - second.right() - 1, 8);
     EXPECT_NEAR(first.left() - 12, 448 - third.right() - 1, 1) << "in the middle";
@@ -63,7 +63,7 @@ TEST_F(CaptureTabTest, EachButtonCaptures)
     const std::vector<std::pair<const char*, ScreenGrab::Kind>> buttons = {
         {"captureWindow", ScreenGrab::Kind::window},
         {"captureScreen", ScreenGrab::Kind::screen},
-        {"captureSelection", ScreenGrab::Kind::selection}};
+        {"captureRegion", ScreenGrab::Kind::region}};
     for (std::size_t i = 0; i < buttons.size(); ++i) {
         click(buttons[i].first);
         EXPECT_TRUE(waitUntil([&] { return captures.arguments().size() == i + 1; }));

@@ -229,7 +229,7 @@ TEST_F(ContentViewTest, TabGoesThroughEverythingInItsVisualOrder)
     EXPECT_EQ(tabOrder(), expected(2, {"address", "fetch"}));
     open(Tab::capture);
     view->takeFocus();
-    EXPECT_EQ(tabOrder(), expected(3, {"captureWindow", "captureScreen", "captureSelection"}));
+    EXPECT_EQ(tabOrder(), expected(3, {"captureWindow", "captureScreen", "captureRegion"}));
 }
 
 TEST_F(ContentViewTest, EveryControlHasAName)

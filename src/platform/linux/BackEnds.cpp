@@ -74,8 +74,8 @@ class NullScreenshot : public Screenshot
 public:
     std::optional<FileDescriptor> takeScreen() override { return std::nullopt; }
     std::optional<FileDescriptor> takeWindow(std::uint32_t) override { return std::nullopt; }
-    std::optional<FileDescriptor> takeSelection() override { return std::nullopt; }
-    void cancelSelection() override {}
+    std::optional<FileDescriptor> takeRegion() override { return std::nullopt; }
+    void cancelRegion() override {}
 };
 
 /// For sessions that do not tell programs about each other's windows.

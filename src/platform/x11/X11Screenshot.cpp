@@ -2,7 +2,7 @@
 
 #include "PngFile.h"
 #include "X11Drawable.h"
-#include "X11SelectionOverlay.h"
+#include "X11RegionOverlay.h"
 
 #include <sys/eventfd.h>
 
@@ -70,19 +70,19 @@ std::optional<FileDescriptor> X11Screenshot::takeWindow(std::uint32_t id)
     return connection ? written(readWindow(*connection, id)) : std::nullopt;
 }
 
-std::optional<FileDescriptor> X11Screenshot::takeSelection()
+std::optional<FileDescriptor> X11Screenshot::takeRegion()
 {
     std::optional<QImage> selected;
     if (const auto connection = X11Connection::open()) {
         if (const std::optional<QImage> screen = readScreen(*connection))
-            selected = X11SelectionOverlay::select(*connection, *screen, m_cancel.value());
+            selected = X11RegionOverlay::select(*connection, *screen, m_cancel.value());
     }
     ::eventfd_t count = 0;
     ::eventfd_read(m_cancel.value(), &count); // a wish to cancel counts once
     return written(selected);
 }
 
-void X11Screenshot::cancelSelection()
+void X11Screenshot::cancelRegion()
 {
     ::eventfd_write(m_cancel.value(), 1);
 }

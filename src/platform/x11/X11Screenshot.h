@@ -11,8 +11,8 @@ public:
 
     std::optional<FileDescriptor> takeScreen() override;
     std::optional<FileDescriptor> takeWindow(std::uint32_t id) override;
-    std::optional<FileDescriptor> takeSelection() override;
-    void cancelSelection() override;
+    std::optional<FileDescriptor> takeRegion() override;
+    void cancelRegion() override;
 
 private:
     FileDescriptor m_cancel; // counts the wishes to cancel

@@ -24,7 +24,7 @@ std::string label(ScreenGrab::Kind kind)
         return "Active window";
     case ScreenGrab::Kind::screen:
         return "Screen";
-    case ScreenGrab::Kind::selection:
+    case ScreenGrab::Kind::region:
         break;
     }
     return "Selected area";
@@ -52,7 +52,7 @@ std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
     const auto windowList = WindowList::create();
     const auto permission = ScreenPermission::create();
     std::optional<Fonts> fonts;
-    if (kind == ScreenGrab::Kind::selection)
+    if (kind == ScreenGrab::Kind::region)
         fonts.emplace();
     return ScreenGrab::captureText(
         kind, {*windowList, screenshot, *permission,
@@ -65,7 +65,7 @@ std::string read(ScreenGrab::Kind kind)
 {
     const auto screenshot = Screenshot::create();
     // The process does not end at once, so that the overlay is gone first.
-    const Interrupt interrupt([&screenshot] { screenshot->cancelSelection(); });
+    const Interrupt interrupt([&screenshot] { screenshot->cancelRegion(); });
     std::string text;
     try {
         text = capture(kind, *screenshot);

@@ -40,7 +40,7 @@ const Choices<SummaryLength> lengths = {{"brief", SummaryLength::brief},
                                         {"detailed", SummaryLength::detailed}};
 const Choices<ScreenGrab::Kind> captures = {{"window", ScreenGrab::Kind::window},
                                             {"screen", ScreenGrab::Kind::screen},
-                                            {"selection", ScreenGrab::Kind::selection}};
+                                            {"selection", ScreenGrab::Kind::region}};
 
 /// An option that takes one of the names in `choices`.
 template <typename Target, typename Value>

@@ -24,13 +24,13 @@ public:
         return m_screenshot.takeWindow(id);
     }
 
-    std::optional<FileDescriptor> takeSelection() override
+    std::optional<FileDescriptor> takeRegion() override
     {
         m_curtain.draw();
-        return m_screenshot.takeSelection();
+        return m_screenshot.takeRegion();
     }
 
-    void cancelSelection() override { m_screenshot.cancelSelection(); }
+    void cancelRegion() override { m_screenshot.cancelRegion(); }
 
 private:
     Screenshot& m_screenshot;

@@ -1,7 +1,7 @@
-#include "X11SelectionOverlay.h"
+#include "X11RegionOverlay.h"
 
 #include "X11InputGrab.h"
-#include "X11SelectionPicture.h"
+#include "X11RegionPicture.h"
 
 #include <poll.h>
 #include <xcb/xcb_keysyms.h>
@@ -9,7 +9,7 @@
 #include <array>
 #include <atomic>
 
-namespace X11SelectionOverlay {
+namespace X11RegionOverlay {
 
 namespace {
 
@@ -27,7 +27,7 @@ QPoint position(const Event& event)
     return {event.root_x, event.root_y};
 }
 
-void follow(SelectionGesture& gesture, xcb_generic_event_t& event, const Symbols& symbols)
+void follow(RegionGesture& gesture, xcb_generic_event_t& event, const Symbols& symbols)
 {
     switch (event.response_type) { // other programs' events have one more bit
     case 0:                        // an error: the picture may be missing
@@ -71,11 +71,11 @@ bool waitForServer(X11Connection& connection, int cancelDescriptor)
 
 /// Follows the user until they have chosen or cancelled. Returns the rectangle, empty if they have
 /// cancelled.
-QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int cancelDescriptor)
+QRect followUser(X11Connection& connection, X11RegionPicture& picture, int cancelDescriptor)
 {
-    using State = SelectionGesture::State;
+    using State = RegionGesture::State;
     const Symbols symbols(xcb_key_symbols_alloc(connection.get()));
-    SelectionGesture gesture;
+    RegionGesture gesture;
     while (gesture.state() == State::waiting || gesture.state() == State::dragging) {
         X11Connection::Event event = connection.pendingEvent();
         if (!event) {
@@ -91,7 +91,7 @@ QRect followUser(X11Connection& connection, X11SelectionPicture& picture, int ca
     return gesture.state() == State::chosen ? gesture.rectangle() : QRect();
 }
 
-/// Only one selection at a time in a process, because there is one pointer.
+/// Only one region is chosen at a time in a process, because there is one pointer.
 std::atomic_flag isUnderWay;
 
 class Turn
@@ -119,7 +119,7 @@ std::optional<QImage> select(X11Connection& connection, const QImage& screen, in
     const Turn turn;
     if (!turn.isOurs())
         return std::nullopt;
-    X11SelectionPicture picture(connection, screen);
+    X11RegionPicture picture(connection, screen);
     X11InputGrab grab(connection);
     if (!grab.take(cancelDescriptor))
         return std::nullopt;
@@ -128,4 +128,4 @@ std::optional<QImage> select(X11Connection& connection, const QImage& screen, in
     return chosen.isEmpty() ? std::nullopt : std::optional(screen.copy(chosen));
 }
 
-} // namespace X11SelectionOverlay
+} // namespace X11RegionOverlay

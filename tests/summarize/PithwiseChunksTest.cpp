@@ -55,53 +55,53 @@ Strings chunksStepByStep(const std::string& text, std::size_t size)
     return output;
 }
 
-TEST(ChunksTest, EmptyTextGivesNone)
+TEST(PithwiseChunksTest, EmptyTextGivesNone)
 {
     EXPECT_EQ(chunks("", 10), Strings{});
 }
 
-TEST(ChunksTest, ShortLinesShareAChunk)
+TEST(PithwiseChunksTest, ShortLinesShareAChunk)
 {
     EXPECT_EQ(chunks("abc\ndef", 10), Strings{"abc\ndef"});
     EXPECT_EQ(chunks("a\n\nb", 1000), Strings{"a\n\nb"});
 }
 
-TEST(ChunksTest, ALineOfExactlyTheSizeFollowsAnEmptyChunk)
+TEST(PithwiseChunksTest, ALineOfExactlyTheSizeFollowsAnEmptyChunk)
 {
     EXPECT_EQ(chunks("abcdefghij", 10), (Strings{"", "abcdefghij"}));
 }
 
-TEST(ChunksTest, ALongerLineIsCutIntoPiecesOfTheSize)
+TEST(PithwiseChunksTest, ALongerLineIsCutIntoPiecesOfTheSize)
 {
     EXPECT_EQ(chunks("abcdefghijklmnopqrstuvwxy", 10),
               (Strings{"abcdefghij", "klmnopqrst", "uvwxy"}));
     EXPECT_EQ(chunks("ab\nabcdefghijk\nx", 10), (Strings{"ab", "abcdefghij", "k\nx"}));
 }
 
-TEST(ChunksTest, LinesArePackedGreedily)
+TEST(PithwiseChunksTest, LinesArePackedGreedily)
 {
     EXPECT_EQ(chunks("aaa\nbbb\nccc\nddd", 10), (Strings{"aaa\nbbb", "ccc\nddd"}));
     EXPECT_EQ(chunks("aaaa\nbbbb\nc", 10), (Strings{"aaaa\nbbbb", "c"}));
 }
 
-TEST(ChunksTest, AnEmptyLineAtTheStartOfAChunkIsDropped)
+TEST(PithwiseChunksTest, AnEmptyLineAtTheStartOfAChunkIsDropped)
 {
     EXPECT_EQ(chunks("\n\na", 10), Strings{"a"});
     EXPECT_EQ(chunks("abcdefghij\n\nb", 10), (Strings{"", "abcdefghij", "b"}));
 }
 
-TEST(ChunksTest, ACarriageReturnAndTheJoiningLineFeedAreOneCharacter)
+TEST(PithwiseChunksTest, ACarriageReturnAndTheJoiningLineFeedAreOneCharacter)
 {
     EXPECT_EQ(chunks("aaa\r\nbb\nccc", 10), Strings{"aaa\r\nbb\nccc"});
 }
 
-TEST(ChunksTest, SizesCountCharactersAsPeopleSeeThem)
+TEST(PithwiseChunksTest, SizesCountCharactersAsPeopleSeeThem)
 {
     const std::string family = "👩‍👩‍👧‍👦";
     EXPECT_EQ(chunks(family + family + family, 2), (Strings{family + family, family}));
 }
 
-TEST(ChunksTest, RandomTextsAreCutAsStepByStep)
+TEST(PithwiseChunksTest, RandomTextsAreCutAsStepByStep)
 {
     std::mt19937 random(3);
     const Strings alphabet = {"a",    "b",       "\n",     "\n", "\r",

@@ -5,7 +5,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class OutputActionsTest : public AppStateFixture
+class AppStateOutputTest : public AppStateFixture
 {
 protected:
     /// What stands on the clipboard after the output has been put there without markers.
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(OutputActionsTest, TheMarkdownIsCopiedAsItStands)
+TEST_F(AppStateOutputTest, TheMarkdownIsCopiedAsItStands)
 {
     state->output = " **Bold** naïve 👩\n";
     state->copyMarkdown();
@@ -28,13 +28,13 @@ TEST_F(OutputActionsTest, TheMarkdownIsCopiedAsItStands)
     EXPECT_EQ(state->toast.get(), "Markdown copied");
 }
 
-TEST_F(OutputActionsTest, AnEmptyOutputIsCopiedAsAnEmptyText)
+TEST_F(AppStateOutputTest, AnEmptyOutputIsCopiedAsAnEmptyText)
 {
     state->copyMarkdown();
     EXPECT_THAT(pasteboardCalls, ElementsAre("clear", "writeText "));
 }
 
-TEST_F(OutputActionsTest, ASummaryInProgressIsCopiedAsFarAsItIs)
+TEST_F(AppStateOutputTest, ASummaryInProgressIsCopiedAsFarAsItIs)
 {
     startRun("text");
     engine.update(0, "- The");
@@ -43,7 +43,7 @@ TEST_F(OutputActionsTest, ASummaryInProgressIsCopiedAsFarAsItIs)
     EXPECT_THAT(pasteboardCalls, ElementsAre("clear", "writeText - The"));
 }
 
-TEST_F(OutputActionsTest, TheClipboardIsReplacedByTheTextWithoutBoldMarkers)
+TEST_F(AppStateOutputTest, TheClipboardIsReplacedByTheTextWithoutBoldMarkers)
 {
     EXPECT_EQ(plain("**bold** plain"), "bold plain");
     EXPECT_EQ(state->toast.get(), "Clipboard replaced");
@@ -54,7 +54,7 @@ TEST_F(OutputActionsTest, TheClipboardIsReplacedByTheTextWithoutBoldMarkers)
     EXPECT_EQ(state->output.get(), "# Title\n* item\n_soft_ *soft* * *");
 }
 
-TEST_F(OutputActionsTest, ANoteGetsTheLabelAndTheModeOfTheMomentAndTheOutput)
+TEST_F(AppStateOutputTest, ANoteGetsTheLabelAndTheModeOfTheMomentAndTheOutput)
 {
     state->output = " - one\n";
     state->sourceLabel = "Selected text";
@@ -72,7 +72,7 @@ TEST_F(OutputActionsTest, ANoteGetsTheLabelAndTheModeOfTheMomentAndTheOutput)
     EXPECT_THAT(pasteboardCalls, IsEmpty());
 }
 
-TEST_F(OutputActionsTest, ANoteWithoutALabelIsLeftToTheNote)
+TEST_F(AppStateOutputTest, ANoteWithoutALabelIsLeftToTheNote)
 {
     state->appendToDailyNote();
     ASSERT_EQ(notes.size(), 1U);
@@ -80,7 +80,7 @@ TEST_F(OutputActionsTest, ANoteWithoutALabelIsLeftToTheNote)
     EXPECT_EQ(notes[0].entry.output, "");
 }
 
-TEST_F(OutputActionsTest, AFolderThatCannotBeHadIsExplained)
+TEST_F(AppStateOutputTest, AFolderThatCannotBeHadIsExplained)
 {
     folderError = "There is no home.";
     state->appendToDailyNote();
@@ -89,7 +89,7 @@ TEST_F(OutputActionsTest, AFolderThatCannotBeHadIsExplained)
     EXPECT_TRUE(notes.empty());
 }
 
-TEST_F(OutputActionsTest, ANoteThatCannotBeWrittenIsAnErrorWithoutANotice)
+TEST_F(AppStateOutputTest, ANoteThatCannotBeWrittenIsAnErrorWithoutANotice)
 {
     noteError = "The disk is full.";
     state->appendToDailyNote();

@@ -24,11 +24,11 @@ constexpr QRgb red = 0xFFFF0000;
 constexpr QRgb blue = 0xFF0000FF;
 
 /// Selects through the port.
-class SelectionOverlayTest : public OverlayTest
+class RegionOverlayTest : public OverlayTest
 {
 public:
     // A test that failed may have left the overlay.
-    ~SelectionOverlayTest() override { m_screenshot->cancelSelection(); }
+    ~RegionOverlayTest() override { m_screenshot->cancelRegion(); }
 
 protected:
     using OverlayTest::OverlayTest;
@@ -36,7 +36,7 @@ protected:
     /// Starts a selection and returns once the user could drag.
     void start()
     {
-        m_result = std::async(std::launch::async, [this] { return m_screenshot->takeSelection(); });
+        m_result = std::async(std::launch::async, [this] { return m_screenshot->takeRegion(); });
         waitForOverlay();
     }
 
@@ -53,11 +53,10 @@ protected:
     std::optional<FileDescriptor> m_file;
 };
 
-class TwoMonitorsTest : public SelectionOverlayTest
+class TwoMonitorsTest : public RegionOverlayTest
 {
 protected:
-    TwoMonitorsTest() : SelectionOverlayTest({.monitors = {{0, 0, 640, 900}, {640, 0, 640, 900}}})
-    {}
+    TwoMonitorsTest() : RegionOverlayTest({.monitors = {{0, 0, 640, 900}, {640, 0, 640, 900}}}) {}
 };
 
 TEST_F(TwoMonitorsTest, ADragOverBothGivesWhatWasThereBefore)
@@ -87,7 +86,7 @@ TEST_F(TwoMonitorsTest, ADragOverBothGivesWhatWasThereBefore)
     EXPECT_FALSE(isDimmed());
 }
 
-TEST_F(SelectionOverlayTest, ADragMayGoUpwardsAndToTheLeft)
+TEST_F(RegionOverlayTest, ADragMayGoUpwardsAndToTheLeft)
 {
     start();
     drag({400, 300}, {250, 100});
@@ -96,7 +95,7 @@ TEST_F(SelectionOverlayTest, ADragMayGoUpwardsAndToTheLeft)
     EXPECT_EQ(picture().size(), QSize(150, 200));
 }
 
-TEST_F(SelectionOverlayTest, ADragToTheCornerEndsAtTheScreensEdge)
+TEST_F(RegionOverlayTest, ADragToTheCornerEndsAtTheScreensEdge)
 {
     start();
     drag({1000, 800}, {5000, 5000});
@@ -105,7 +104,7 @@ TEST_F(SelectionOverlayTest, ADragToTheCornerEndsAtTheScreensEdge)
     EXPECT_EQ(picture().size(), QSize(279, 99)); // up to the last pixel the pointer can be on
 }
 
-TEST_F(SelectionOverlayTest, EscapeCancelsBeforeTheDrag)
+TEST_F(RegionOverlayTest, EscapeCancelsBeforeTheDrag)
 {
     start();
     m_session.xdotool({"key", "Escape"});
@@ -114,7 +113,7 @@ TEST_F(SelectionOverlayTest, EscapeCancelsBeforeTheDrag)
     EXPECT_FALSE(isDimmed());
 }
 
-TEST_F(SelectionOverlayTest, EscapeCancelsDuringTheDrag)
+TEST_F(RegionOverlayTest, EscapeCancelsDuringTheDrag)
 {
     start();
     drag({100, 100}, {300, 200});
@@ -124,7 +123,7 @@ TEST_F(SelectionOverlayTest, EscapeCancelsDuringTheDrag)
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(SelectionOverlayTest, TheRightButtonCancelsBeforeAndDuringTheDrag)
+TEST_F(RegionOverlayTest, TheRightButtonCancelsBeforeAndDuringTheDrag)
 {
     start();
     m_session.xdotool({"click", "3"});
@@ -137,17 +136,17 @@ TEST_F(SelectionOverlayTest, TheRightButtonCancelsBeforeAndDuringTheDrag)
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(SelectionOverlayTest, ACancelledSelectionSaysSoAndLeavesNoFile)
+TEST_F(RegionOverlayTest, ACancelledSelectionSaysSoAndLeavesNoFile)
 {
     auto result = std::async(std::launch::async,
-                             [] { return ScreenGrab::captureText(ScreenGrab::Kind::selection); });
+                             [] { return ScreenGrab::captureText(ScreenGrab::Kind::region); });
     waitForOverlay();
     m_session.xdotool({"key", "Escape"});
     EXPECT_THAT([&] { result.get(); }, ThrowsMessage<AppError>("Capture cancelled."));
     EXPECT_THAT(files(), IsEmpty());
 }
 
-TEST_F(SelectionOverlayTest, OtherKeysAndAClickChangeNothing)
+TEST_F(RegionOverlayTest, OtherKeysAndAClickChangeNothing)
 {
     start();
     m_session.xdotool({"key", "Return"});
@@ -161,7 +160,7 @@ TEST_F(SelectionOverlayTest, OtherKeysAndAClickChangeNothing)
     EXPECT_EQ(picture().size(), QSize(200, 100));
 }
 
-TEST_F(SelectionOverlayTest, TheRectangleIsBrightAndBearsItsSize)
+TEST_F(RegionOverlayTest, TheRectangleIsBrightAndBearsItsSize)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen"); // it is for the fonts alone
     int argumentCount = 1;
@@ -192,7 +191,7 @@ TEST_F(SelectionOverlayTest, TheRectangleIsBrightAndBearsItsSize)
     EXPECT_FALSE(isChosen());
 }
 
-TEST_F(SelectionOverlayTest, AtAFractionalScaleThePictureKeepsEveryPixel)
+TEST_F(RegionOverlayTest, AtAFractionalScaleThePictureKeepsEveryPixel)
 {
     m_session.run("sh", {"-c", "echo 'Xft.dpi: 144' | xrdb -merge"});
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -211,7 +210,7 @@ TEST_F(SelectionOverlayTest, AtAFractionalScaleThePictureKeepsEveryPixel)
     EXPECT_EQ(picture().size(), QSize(300, 150));
 }
 
-TEST_F(SelectionOverlayTest, TheFocusStaysWhereItWas)
+TEST_F(RegionOverlayTest, TheFocusStaysWhereItWas)
 {
     m_session.start("zenity", {"--entry", "--text=Name"});
     const std::uint32_t window = m_session.waitForWindow({"--class", "^zenity$"});
@@ -229,33 +228,33 @@ TEST_F(SelectionOverlayTest, TheFocusStaysWhereItWas)
     EXPECT_EQ(focused().toUInt(), window);
 }
 
-TEST_F(SelectionOverlayTest, ThereIsOneAtATime)
+TEST_F(RegionOverlayTest, ThereIsOneAtATime)
 {
     start();
-    EXPECT_FALSE(Screenshot::create()->takeSelection());
+    EXPECT_FALSE(Screenshot::create()->takeRegion());
     drag({100, 100}, {300, 200});
     m_session.xdotool({"mouseup", "1"});
     EXPECT_TRUE(isChosen());
 }
 
-TEST_F(SelectionOverlayTest, TheProgramCanCancelToo)
+TEST_F(RegionOverlayTest, TheProgramCanCancelToo)
 {
     start();
-    m_screenshot->cancelSelection();
+    m_screenshot->cancelRegion();
     EXPECT_FALSE(isChosen());
-    m_screenshot->cancelSelection();
-    EXPECT_FALSE(m_screenshot->takeSelection()); // at once
-    start();                                     // the wish counted once
+    m_screenshot->cancelRegion();
+    EXPECT_FALSE(m_screenshot->takeRegion()); // at once
+    start();                                  // the wish counted once
     m_session.xdotool({"key", "Escape"});
     EXPECT_FALSE(isChosen());
 }
 
-TEST_F(SelectionOverlayTest, WhereAnotherProgramHoldsTheKeyboardNothingIsShown)
+TEST_F(RegionOverlayTest, WhereAnotherProgramHoldsTheKeyboardNothingIsShown)
 {
     {
         TestWindow other(m_session);
         other.grabKeyboard();
-        EXPECT_FALSE(m_screenshot->takeSelection());
+        EXPECT_FALSE(m_screenshot->takeRegion());
         EXPECT_FALSE(isDimmed());
     }
     start(); // once it lets go
@@ -263,7 +262,7 @@ TEST_F(SelectionOverlayTest, WhereAnotherProgramHoldsTheKeyboardNothingIsShown)
     EXPECT_FALSE(isChosen());
 }
 
-TEST_F(SelectionOverlayTest, TheServersDeathCancels)
+TEST_F(RegionOverlayTest, TheServersDeathCancels)
 {
     start();
     m_session.killServer();

@@ -1,4 +1,4 @@
-#include "X11SelectionPicture.h"
+#include "X11RegionPicture.h"
 
 #include "SizeLabel.h"
 #include "X11Drawable.h"
@@ -7,7 +7,7 @@
 
 #include <array>
 
-X11SelectionPicture::X11SelectionPicture(X11Connection& connection, const QImage& screen)
+X11RegionPicture::X11RegionPicture(X11Connection& connection, const QImage& screen)
     : m_connection(connection),
       m_format(screen.format()),
       m_area(screen.rect()),
@@ -29,14 +29,14 @@ X11SelectionPicture::X11SelectionPicture(X11Connection& connection, const QImage
     makeWindow();
 }
 
-X11SelectionPicture::~X11SelectionPicture()
+X11RegionPicture::~X11RegionPicture()
 {
     xcb_destroy_window(m_connection.get(), m_window);
     // Waits for the server, so that the caller goes on only when the window is off the screen.
     m_connection.finish();
 }
 
-void X11SelectionPicture::show() const
+void X11RegionPicture::show() const
 {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(m_connection.get(), m_window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
@@ -44,7 +44,7 @@ void X11SelectionPicture::show() const
     xcb_flush(m_connection.get());
 }
 
-void X11SelectionPicture::update(const SelectionGesture& gesture)
+void X11RegionPicture::update(const RegionGesture& gesture)
 {
     const QRect before = m_drawn;
     copy(m_dim, m_frame, before);
@@ -53,7 +53,7 @@ void X11SelectionPicture::update(const SelectionGesture& gesture)
     xcb_flush(m_connection.get());
 }
 
-xcb_pixmap_t X11SelectionPicture::makePixmap() const
+xcb_pixmap_t X11RegionPicture::makePixmap() const
 {
     const xcb_pixmap_t pixmap = xcb_generate_id(m_connection.get());
     xcb_create_pixmap(m_connection.get(), m_connection.screen().root_depth, pixmap,
@@ -62,7 +62,7 @@ xcb_pixmap_t X11SelectionPicture::makePixmap() const
     return pixmap;
 }
 
-void X11SelectionPicture::makeWindow() const
+void X11RegionPicture::makeWindow() const
 {
     // The frame is the window's background, so the server itself shows it wherever the window is
     // uncovered. The window manager does not touch the window.
@@ -75,7 +75,7 @@ void X11SelectionPicture::makeWindow() const
 }
 
 /// Draws the rectangle and its size onto the frame. Returns the area that they cover.
-QRect X11SelectionPicture::draw(const QRect& rectangle, QPoint pointer) const
+QRect X11RegionPicture::draw(const QRect& rectangle, QPoint pointer) const
 {
     if (rectangle.isEmpty())
         return {};
@@ -89,7 +89,7 @@ QRect X11SelectionPicture::draw(const QRect& rectangle, QPoint pointer) const
     return (outer | drawLabel(rectangle.size(), pointer)) & m_area;
 }
 
-QRect X11SelectionPicture::drawLabel(QSize size, QPoint pointer) const
+QRect X11RegionPicture::drawLabel(QSize size, QPoint pointer) const
 {
     const QSize points(qRound(size.width() / m_pixelsPerPoint),
                        qRound(size.height() / m_pixelsPerPoint));
@@ -106,7 +106,7 @@ QRect X11SelectionPicture::drawLabel(QSize size, QPoint pointer) const
     return place;
 }
 
-void X11SelectionPicture::copy(xcb_drawable_t from, xcb_drawable_t to, const QRect& area) const
+void X11RegionPicture::copy(xcb_drawable_t from, xcb_drawable_t to, const QRect& area) const
 {
     if (area.isEmpty())
         return;
@@ -117,7 +117,7 @@ void X11SelectionPicture::copy(xcb_drawable_t from, xcb_drawable_t to, const QRe
                   static_cast<std::uint16_t>(area.height()));
 }
 
-void X11SelectionPicture::fill(const QRect& area) const
+void X11RegionPicture::fill(const QRect& area) const
 {
     const xcb_rectangle_t rectangle = {
         static_cast<std::int16_t>(area.x()), static_cast<std::int16_t>(area.y()),

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SelectionGesture.h"
+#include "RegionGesture.h"
 #include "X11Connection.h"
 
 #include <QImage>
@@ -8,21 +8,21 @@
 /// What the user sees while selecting: the screen, dimmed, with the chosen rectangle bright and its
 /// size beside the pointer. It is a window above everything, which the window manager does not
 /// touch.
-class X11SelectionPicture
+class X11RegionPicture
 {
 public:
     /// `screen` is what X11Drawable::read() gives for the whole screen. Requires: `connection`
     /// outlives this object.
-    X11SelectionPicture(X11Connection& connection, const QImage& screen);
+    X11RegionPicture(X11Connection& connection, const QImage& screen);
     /// Returns once the window is gone from the screen.
-    ~X11SelectionPicture();
-    X11SelectionPicture(const X11SelectionPicture&) = delete;
-    X11SelectionPicture& operator=(const X11SelectionPicture&) = delete;
+    ~X11RegionPicture();
+    X11RegionPicture(const X11RegionPicture&) = delete;
+    X11RegionPicture& operator=(const X11RegionPicture&) = delete;
 
     void show() const;
 
     /// Shows the gesture's rectangle; redraws only what has changed.
-    void update(const SelectionGesture& gesture);
+    void update(const RegionGesture& gesture);
 
 private:
     xcb_pixmap_t makePixmap() const;

@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 /// How the user chooses a rectangle: by dragging with the left button. The right one cancels.
-class SelectionGesture
+class RegionGesture
 {
 public:
     enum class State { waiting, dragging, chosen, cancelled };

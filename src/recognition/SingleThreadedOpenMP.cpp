@@ -1,4 +1,4 @@
-#include "OneThread.h"
+#include "SingleThreadedOpenMP.h"
 
 #include <dlfcn.h>
 
@@ -30,7 +30,7 @@ Set setLevels()
 
 } // namespace
 
-OneThread::OneThread()
+SingleThreadedOpenMP::SingleThreadedOpenMP()
 {
     if (levels() == nullptr || setLevels() == nullptr)
         return;
@@ -38,7 +38,7 @@ OneThread::OneThread()
     setLevels()(0);
 }
 
-OneThread::~OneThread()
+SingleThreadedOpenMP::~SingleThreadedOpenMP()
 {
     if (levels() != nullptr && setLevels() != nullptr)
         setLevels()(m_levels);

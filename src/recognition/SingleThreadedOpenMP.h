@@ -4,13 +4,13 @@
 /// Tesseract's loops are so short that its threads mostly wait for each other, which takes many
 /// times as long. There is no simpler way: OpenMP reads its environment variables before main(),
 /// and Tesseract overrides the number of threads. Destroyed on the thread that made it.
-class OneThread
+class SingleThreadedOpenMP
 {
 public:
-    OneThread();
-    ~OneThread();
-    OneThread(const OneThread&) = delete;
-    OneThread& operator=(const OneThread&) = delete;
+    SingleThreadedOpenMP();
+    ~SingleThreadedOpenMP();
+    SingleThreadedOpenMP(const SingleThreadedOpenMP&) = delete;
+    SingleThreadedOpenMP& operator=(const SingleThreadedOpenMP&) = delete;
 
 private:
     int m_levels = 0;

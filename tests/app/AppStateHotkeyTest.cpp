@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class HotkeyActionTest : public AppStateFixture
+class AppStateHotkeyTest : public AppStateFixture
 {
 protected:
     const QString m_nothing = "Select some text first, or copy some.";
@@ -32,7 +32,7 @@ protected:
     bool isDone = false;
 };
 
-TEST_F(HotkeyActionTest, TheSelectedTextIsSummarized)
+TEST_F(AppStateHotkeyTest, TheSelectedTextIsSummarized)
 {
     state->tab = Tab::web;
     state->errorMessage = "earlier";
@@ -50,7 +50,7 @@ TEST_F(HotkeyActionTest, TheSelectedTextIsSummarized)
     EXPECT_EQ(clipboardReads, 0);
 }
 
-TEST_F(HotkeyActionTest, AnEmptySelectionIsTakenForOneAndReported)
+TEST_F(AppStateHotkeyTest, AnEmptySelectionIsTakenForOneAndReported)
 {
     press();
     answer(selections[0], Grabbed(""));
@@ -60,7 +60,7 @@ TEST_F(HotkeyActionTest, AnEmptySelectionIsTakenForOneAndReported)
     EXPECT_THAT(captures.arguments(), IsEmpty());
 }
 
-TEST_F(HotkeyActionTest, WithoutASelectionTheFrontWindowIsRead)
+TEST_F(AppStateHotkeyTest, WithoutASelectionTheFrontWindowIsRead)
 {
     press();
     answer(selections[0], Grabbed());
@@ -77,7 +77,7 @@ TEST_F(HotkeyActionTest, WithoutASelectionTheFrontWindowIsRead)
     EXPECT_EQ(clipboardReads, 0);
 }
 
-TEST_F(HotkeyActionTest, WithoutPermissionNothingIsCapturedAndTheClipboardIsUsed)
+TEST_F(AppStateHotkeyTest, WithoutPermissionNothingIsCapturedAndTheClipboardIsUsed)
 {
     mayCapture = false;
     clipboard = " copied ";
@@ -91,7 +91,7 @@ TEST_F(HotkeyActionTest, WithoutPermissionNothingIsCapturedAndTheClipboardIsUsed
     expectWorking("Loading model…");
 }
 
-TEST_F(HotkeyActionTest, WithNothingAtAllThatIsExplained)
+TEST_F(AppStateHotkeyTest, WithNothingAtAllThatIsExplained)
 {
     mayCapture = false;
     state->tab = Tab::web;
@@ -107,7 +107,7 @@ TEST_F(HotkeyActionTest, WithNothingAtAllThatIsExplained)
     }
 }
 
-TEST_F(HotkeyActionTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
+TEST_F(AppStateHotkeyTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
 {
     mayCapture = false;
     startRun("text");
@@ -127,7 +127,7 @@ TEST_F(HotkeyActionTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
     waitForOutput("summary");
 }
 
-TEST_F(HotkeyActionTest, AClipboardThatCannotBeReadIsExplained)
+TEST_F(AppStateHotkeyTest, AClipboardThatCannotBeReadIsExplained)
 {
     mayCapture = false;
     clipboardError = "Its owner does not answer.";
@@ -137,7 +137,7 @@ TEST_F(HotkeyActionTest, AClipboardThatCannotBeReadIsExplained)
     expectIdle("Its owner does not answer.");
 }
 
-TEST_F(HotkeyActionTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
+TEST_F(AppStateHotkeyTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
 {
     clipboard = "copied";
     press();
@@ -160,7 +160,7 @@ TEST_F(HotkeyActionTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
                             "Clipboard | copied (Clipboard) |  | working  | no error"));
 }
 
-TEST_F(HotkeyActionTest, AWindowThatCannotBeReadIsNoneAndNobodyHearsOfIt)
+TEST_F(AppStateHotkeyTest, AWindowThatCannotBeReadIsNoneAndNobodyHearsOfIt)
 {
     press();
     answer(selections[0], Grabbed());
@@ -170,7 +170,7 @@ TEST_F(HotkeyActionTest, AWindowThatCannotBeReadIsNoneAndNobodyHearsOfIt)
     EXPECT_EQ(state->tab, Tab::clipboard);
 }
 
-TEST_F(HotkeyActionTest, PressedTwiceItRunsTwice)
+TEST_F(AppStateHotkeyTest, PressedTwiceItRunsTwice)
 {
     press();
     press();
@@ -185,7 +185,7 @@ TEST_F(HotkeyActionTest, PressedTwiceItRunsTwice)
     waitForOutput("summary of the first");
 }
 
-TEST_F(HotkeyActionTest, PressedAgainAndAgainTwoWindowsAreReadAtATimeAndEightWait)
+TEST_F(AppStateHotkeyTest, PressedAgainAndAgainTwoWindowsAreReadAtATimeAndEightWait)
 {
     const auto threads = [] {
         const std::filesystem::directory_iterator all("/proc/self/task");
@@ -214,7 +214,7 @@ TEST_F(HotkeyActionTest, PressedAgainAndAgainTwoWindowsAreReadAtATimeAndEightWai
     waitForSource("selected", "Selected text");
 }
 
-TEST_F(HotkeyActionTest, AStateThatGoesBeforeTheTurnOfACaptureIsNotTouched)
+TEST_F(AppStateHotkeyTest, AStateThatGoesBeforeTheTurnOfACaptureIsNotTouched)
 {
     for (int i = 0; i < 4; ++i)
         state->capture(ScreenGrab::Kind::screen);
@@ -225,7 +225,7 @@ TEST_F(HotkeyActionTest, AStateThatGoesBeforeTheTurnOfACaptureIsNotTouched)
     EXPECT_EQ(engine.calls().size(), 0U);
 }
 
-TEST_F(HotkeyActionTest, CapturesOfEveryKindTakeTheirTurn)
+TEST_F(AppStateHotkeyTest, CapturesOfEveryKindTakeTheirTurn)
 {
     for (int i = 0; i < 3; ++i)
         state->capture(ScreenGrab::Kind::screen);
@@ -242,7 +242,7 @@ TEST_F(HotkeyActionTest, CapturesOfEveryKindTakeTheirTurn)
                 testing::UnorderedElementsAre(screen, screen, screen, ScreenGrab::Kind::window));
 }
 
-TEST_F(HotkeyActionTest, AStateThatGoesMeanwhileIsNotTouched)
+TEST_F(AppStateHotkeyTest, AStateThatGoesMeanwhileIsNotTouched)
 {
     state->handleHotkey();
     state.reset();

@@ -9,9 +9,9 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 
-using SummarizeActionsTest = AppStateFixture;
+using AppStateSummarizeTest = AppStateFixture;
 
-TEST_F(SummarizeActionsTest, WithNothingToSummarizeThatIsAllThatIsSaid)
+TEST_F(AppStateSummarizeTest, WithNothingToSummarizeThatIsAllThatIsSaid)
 {
     for (const char* text : {"", " \n\t"}) {
         state->sourceText = text;
@@ -27,7 +27,7 @@ TEST_F(SummarizeActionsTest, WithNothingToSummarizeThatIsAllThatIsSaid)
     }
 }
 
-TEST_F(SummarizeActionsTest, WithoutAModelThatIsSaidAndTheRunBeforeGoesOn)
+TEST_F(AppStateSummarizeTest, WithoutAModelThatIsSaidAndTheRunBeforeGoesOn)
 {
     startRun("text");
     const auto token = state->token();
@@ -41,7 +41,7 @@ TEST_F(SummarizeActionsTest, WithoutAModelThatIsSaidAndTheRunBeforeGoesOn)
     waitForOutput("summary");
 }
 
-TEST_F(SummarizeActionsTest, WithoutAModelASourceActionLeavesItsReadingStatus)
+TEST_F(AppStateSummarizeTest, WithoutAModelASourceActionLeavesItsReadingStatus)
 {
     isModelReady = false;
     documents.answer(0, "text");
@@ -53,7 +53,7 @@ TEST_F(SummarizeActionsTest, WithoutAModelASourceActionLeavesItsReadingStatus)
     EXPECT_EQ(state->sourceText.get(), "text");
 }
 
-TEST_F(SummarizeActionsTest, ARunGetsTheTrimmedTextTheModeAndTheLengthOfItsStart)
+TEST_F(AppStateSummarizeTest, ARunGetsTheTrimmedTextTheModeAndTheLengthOfItsStart)
 {
     state->mode = SummaryMode::actions;
     state->length = 1.6;
@@ -66,7 +66,7 @@ TEST_F(SummarizeActionsTest, ARunGetsTheTrimmedTextTheModeAndTheLengthOfItsStart
     EXPECT_EQ(engine.calls()[0].maxTokens, instruction.maxTokens);
 }
 
-TEST_F(SummarizeActionsTest, ARunShowsItsStepsAndEndsWithTheSummary)
+TEST_F(AppStateSummarizeTest, ARunShowsItsStepsAndEndsWithTheSummary)
 {
     state->errorMessage = "earlier";
     state->output = "earlier";
@@ -85,7 +85,7 @@ TEST_F(SummarizeActionsTest, ARunShowsItsStepsAndEndsWithTheSummary)
     EXPECT_FALSE(state->token()->isCancelled());
 }
 
-TEST_F(SummarizeActionsTest, AFailingRunKeepsWhatItHasWritten)
+TEST_F(AppStateSummarizeTest, AFailingRunKeepsWhatItHasWritten)
 {
     startRun("text");
     engine.update(0, "- The");
@@ -95,7 +95,7 @@ TEST_F(SummarizeActionsTest, AFailingRunKeepsWhatItHasWritten)
     EXPECT_EQ(state->output.get(), "- The");
 }
 
-TEST_F(SummarizeActionsTest, WantOfMemoryIsASentence)
+TEST_F(AppStateSummarizeTest, WantOfMemoryIsASentence)
 {
     AppServices without = services();
     without.generate = [](auto&&...) -> std::string { throw std::bad_alloc(); };
@@ -105,7 +105,7 @@ TEST_F(SummarizeActionsTest, WantOfMemoryIsASentence)
     waitForError("There is not enough memory.");
 }
 
-TEST_F(SummarizeActionsTest, StopEndsTheRunAtOnceAndItsSummaryNeverShows)
+TEST_F(AppStateSummarizeTest, StopEndsTheRunAtOnceAndItsSummaryNeverShows)
 {
     startRun("text");
     engine.update(0, "- The");
@@ -122,7 +122,7 @@ TEST_F(SummarizeActionsTest, StopEndsTheRunAtOnceAndItsSummaryNeverShows)
     EXPECT_THAT(trace, ElementsAre());
 }
 
-TEST_F(SummarizeActionsTest, StopHoldsBackWhatIsOnItsWayAlready)
+TEST_F(AppStateSummarizeTest, StopHoldsBackWhatIsOnItsWayAlready)
 {
     startRunUnheard("text");
     const std::weak_ptr<const CancelToken> token = state->token();
@@ -137,7 +137,7 @@ TEST_F(SummarizeActionsTest, StopHoldsBackWhatIsOnItsWayAlready)
     EXPECT_EQ(state->output.get(), "");
 }
 
-TEST_F(SummarizeActionsTest, StopWithoutARunOnlyClearsTheActivity)
+TEST_F(AppStateSummarizeTest, StopWithoutARunOnlyClearsTheActivity)
 {
     state->isWorking = true;
     state->status = "Reading…";
@@ -151,7 +151,7 @@ TEST_F(SummarizeActionsTest, StopWithoutARunOnlyClearsTheActivity)
     EXPECT_EQ(trace.size(), 2U);
 }
 
-TEST_F(SummarizeActionsTest, OfTwoRunsTheFirstIsCancelledAndNeverHeardOfAgain)
+TEST_F(AppStateSummarizeTest, OfTwoRunsTheFirstIsCancelledAndNeverHeardOfAgain)
 {
     startRun("first");
     const std::weak_ptr<const CancelToken> first = state->token();
@@ -170,7 +170,7 @@ TEST_F(SummarizeActionsTest, OfTwoRunsTheFirstIsCancelledAndNeverHeardOfAgain)
     expectIdle();
 }
 
-TEST_F(SummarizeActionsTest, AFirstRunThatFailsLateSaysNothing)
+TEST_F(AppStateSummarizeTest, AFirstRunThatFailsLateSaysNothing)
 {
     startRun("first");
     const std::weak_ptr<const CancelToken> first = state->token();
@@ -181,7 +181,7 @@ TEST_F(SummarizeActionsTest, AFirstRunThatFailsLateSaysNothing)
     expectWorking("Summarizing…");
 }
 
-TEST_F(SummarizeActionsTest, ManyRunsWaitOnThreadsOfTheirOwn)
+TEST_F(AppStateSummarizeTest, ManyRunsWaitOnThreadsOfTheirOwn)
 {
     for (std::size_t number = 0; number < 20; ++number)
         startRun(QString::number(number), number);
@@ -194,7 +194,7 @@ TEST_F(SummarizeActionsTest, ManyRunsWaitOnThreadsOfTheirOwn)
     waitForOutput("last");
 }
 
-TEST_F(SummarizeActionsTest, HoweverFastTokensComeAFieldIsSetOnceATurn)
+TEST_F(AppStateSummarizeTest, HoweverFastTokensComeAFieldIsSetOnceATurn)
 {
     startRun("text");
     EXPECT_TRUE(waitUntil([&] { return state->status.get() == "Summarizing…"; }));
@@ -217,7 +217,7 @@ TEST_F(SummarizeActionsTest, HoweverFastTokensComeAFieldIsSetOnceATurn)
     EXPECT_LE(changes, 4);
 }
 
-TEST_F(SummarizeActionsTest, WhatComesInOneTurnIsSetInTheOrderItCame)
+TEST_F(AppStateSummarizeTest, WhatComesInOneTurnIsSetInTheOrderItCame)
 {
     startRunUnheard("text");
     engine.update(0, "- The");
@@ -231,7 +231,7 @@ TEST_F(SummarizeActionsTest, WhatComesInOneTurnIsSetInTheOrderItCame)
                                    EndsWith("|  | working Summarizing… | no error")));
 }
 
-TEST_F(SummarizeActionsTest, TheSummaryTakesThePlaceOfWhatItMakesObsolete)
+TEST_F(AppStateSummarizeTest, TheSummaryTakesThePlaceOfWhatItMakesObsolete)
 {
     startRunUnheard("text");
     const std::weak_ptr<const CancelToken> token = state->token();
@@ -246,7 +246,7 @@ TEST_F(SummarizeActionsTest, TheSummaryTakesThePlaceOfWhatItMakesObsolete)
                                    EndsWith("| - The end. | idle Loading model… | no error")));
 }
 
-TEST_F(SummarizeActionsTest, AFailureComesAfterWhatWasWrittenBeforeIt)
+TEST_F(AppStateSummarizeTest, AFailureComesAfterWhatWasWrittenBeforeIt)
 {
     startRunUnheard("text");
     const std::weak_ptr<const CancelToken> token = state->token();
@@ -259,7 +259,7 @@ TEST_F(SummarizeActionsTest, AFailureComesAfterWhatWasWrittenBeforeIt)
     expectIdle("Broken.");
 }
 
-TEST_F(SummarizeActionsTest, AStateMayGoInTheMiddleOfARun)
+TEST_F(AppStateSummarizeTest, AStateMayGoInTheMiddleOfARun)
 {
     startRun("text");
     const std::weak_ptr<const CancelToken> token = state->token();

@@ -26,7 +26,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class PageFetchTest : public testing::Test
+class HTMLTextFetchTest : public testing::Test
 {
 protected:
     using Answer = LoopbackServer::Answer;
@@ -152,28 +152,28 @@ protected:
     LoopbackServer m_server;
 };
 
-TEST_F(PageFetchTest, APageBecomesItsReaderText)
+TEST_F(HTMLTextFetchTest, APageBecomesItsReaderText)
 {
     EXPECT_EQ(fetch({.body = page(m_text)}).text, m_text.toStdString());
     EXPECT_EQ(fetch({.body = "<title>Home</title>" + page(m_text)}).text,
               "Home\n\n" + m_text.toStdString());
 }
 
-TEST_F(PageFetchTest, TheAddressIsTakenAsItIsTyped)
+TEST_F(HTMLTextFetchTest, TheAddressIsTakenAsItIsTyped)
 {
     m_server.setAnswer("/a%20b?c", {.body = page(m_text)});
     EXPECT_EQ(wait(HTMLText::fetch(" \n" + address("/") + "a b?c#d\t")).text, m_text.toStdString());
     EXPECT_EQ(wait(HTMLText::fetch("ftp://host/file")).userError, "Enter a valid web address.");
 }
 
-TEST_F(PageFetchTest, EveryWayToTellTheEndOfABodyWorks)
+TEST_F(HTMLTextFetchTest, EveryWayToTellTheEndOfABodyWorks)
 {
     for (const Framing framing :
          {Framing::contentLength, Framing::closeDelimited, Framing::chunked})
         EXPECT_EQ(fetch({.body = page(m_text), .framing = framing}).text, m_text.toStdString());
 }
 
-TEST_F(PageFetchTest, TheRequestHasTheAgreedHeaders)
+TEST_F(HTMLTextFetchTest, TheRequestHasTheAgreedHeaders)
 {
     m_server.setAnswer("/", redirect(302, "/page"));
     fetch("/");
@@ -187,7 +187,7 @@ TEST_F(PageFetchTest, TheRequestHasTheAgreedHeaders)
     }
 }
 
-TEST_F(PageFetchTest, NothingIsKeptBetweenFetches)
+TEST_F(HTMLTextFetchTest, NothingIsKeptBetweenFetches)
 {
     const QStringList filesBefore = files();
     m_server.setAnswer("/", {.headers = {{"Set-Cookie", "visitor=1; Max-Age=1000000"},
@@ -203,7 +203,7 @@ TEST_F(PageFetchTest, NothingIsKeptBetweenFetches)
     EXPECT_EQ(files(), filesBefore);
 }
 
-TEST_F(PageFetchTest, RedirectsAreFollowed)
+TEST_F(HTMLTextFetchTest, RedirectsAreFollowed)
 {
     m_server.setAnswer("/folder/page", {.body = page(m_text)});
     for (const int status : {301, 302, 303, 307, 308}) {
@@ -220,19 +220,19 @@ TEST_F(PageFetchTest, RedirectsAreFollowed)
     EXPECT_EQ(m_server.requests().size(), 30U);
 }
 
-TEST_F(PageFetchTest, ARedirectToAMissingPageIsNamedByTheLastStatus)
+TEST_F(HTMLTextFetchTest, ARedirectToAMissingPageIsNamedByTheLastStatus)
 {
     EXPECT_EQ(fetch(redirect(301, "/missing")).userError, status(404));
 }
 
-TEST_F(PageFetchTest, ALoopOfRedirectsIsTheNetworksError)
+TEST_F(HTMLTextFetchTest, ALoopOfRedirectsIsTheNetworksError)
 {
     const Outcome outcome = fetch(redirect(302, "/"));
     EXPECT_EQ(outcome.otherError, "The page was moved too many times.");
     EXPECT_LE(m_server.requests().size(), 22U);
 }
 
-TEST_F(PageFetchTest, ARedirectToAnotherSchemeIsTheNetworksError)
+TEST_F(HTMLTextFetchTest, ARedirectToAnotherSchemeIsTheNetworksError)
 {
     QTemporaryFile local;
     ASSERT_TRUE(local.open());
@@ -248,13 +248,13 @@ TEST_F(PageFetchTest, ARedirectToAnotherSchemeIsTheNetworksError)
     }
 }
 
-TEST_F(PageFetchTest, ARedirectToNowhereIsNone)
+TEST_F(HTMLTextFetchTest, ARedirectToNowhereIsNone)
 {
     EXPECT_EQ(fetch({.status = 302}).userError, status(302));
     EXPECT_EQ(fetch(redirect(301, "")).userError, status(301));
 }
 
-TEST_F(PageFetchTest, AnswersThatAreNoSuccessAreNamedByTheirStatus)
+TEST_F(HTMLTextFetchTest, AnswersThatAreNoSuccessAreNamedByTheirStatus)
 {
     for (const int code : {300, 304, 400, 401, 403, 404, 407, 410, 429, 500, 503, 599}) {
         EXPECT_EQ(fetch({.status = code}).userError, status(code));
@@ -262,13 +262,13 @@ TEST_F(PageFetchTest, AnswersThatAreNoSuccessAreNamedByTheirStatus)
     }
 }
 
-TEST_F(PageFetchTest, EverySuccessIsOne)
+TEST_F(HTMLTextFetchTest, EverySuccessIsOne)
 {
     for (const int code : {200, 201, 203, 206, 299})
         EXPECT_EQ(fetch({.status = code, .body = page(m_text)}).text, m_text.toStdString()) << code;
 }
 
-TEST_F(PageFetchTest, AFailureThatNeverEndsIsNamedAtOnce)
+TEST_F(HTMLTextFetchTest, AFailureThatNeverEndsIsNamedAtOnce)
 {
     EXPECT_EQ(fetch({.status = 500,
                      .body = QByteArray(1 << 16, 'x'),
@@ -278,14 +278,14 @@ TEST_F(PageFetchTest, AFailureThatNeverEndsIsNamedAtOnce)
               status(500));
 }
 
-TEST_F(PageFetchTest, AnAnswerWithoutABodyHasNoText)
+TEST_F(HTMLTextFetchTest, AnAnswerWithoutABodyHasNoText)
 {
     EXPECT_EQ(fetch(Answer{.status = 204}).userError, m_unreadable);
     EXPECT_EQ(fetch(Answer()).userError, m_unreadable);
     EXPECT_EQ(fetch({.framing = Framing::closeDelimited}).userError, m_unreadable);
 }
 
-TEST_F(PageFetchTest, EightyCharactersAreEnough)
+TEST_F(HTMLTextFetchTest, EightyCharactersAreEnough)
 {
     EXPECT_EQ(fetch({.body = page(QByteArray(79, 'x'))}).userError, m_unreadable);
     EXPECT_EQ(fetch({.body = page(QByteArray(80, 'x'))}).text, std::string(80, 'x'));
@@ -307,7 +307,7 @@ TEST_F(PageFetchTest, EightyCharactersAreEnough)
     EXPECT_TRUE(fetch({.body = page(QByteArray("👍🏽").repeated(80))}).text);
 }
 
-TEST_F(PageFetchTest, ABodyThatIsNotUtf8IsReadAsLatin1)
+TEST_F(HTMLTextFetchTest, ABodyThatIsNotUtf8IsReadAsLatin1)
 {
     EXPECT_EQ(fetch({.headers = {{"Content-Type", "text/html; charset=utf-8"}},
                      .body = page("caf\xE9 " + m_text)})
@@ -315,7 +315,7 @@ TEST_F(PageFetchTest, ABodyThatIsNotUtf8IsReadAsLatin1)
               "café " + m_text.toStdString());
 }
 
-TEST_F(PageFetchTest, TheDeclaredCharacterSetDoesNotMatter)
+TEST_F(HTMLTextFetchTest, TheDeclaredCharacterSetDoesNotMatter)
 {
     EXPECT_EQ(fetch({.headers = {{"Content-Type", "text/html; charset=iso-8859-1"}},
                      .body = page("café " + m_text)})
@@ -323,13 +323,13 @@ TEST_F(PageFetchTest, TheDeclaredCharacterSetDoesNotMatter)
               "café " + m_text.toStdString());
 }
 
-TEST_F(PageFetchTest, BytesThatAreNoTextAtAllHaveNoText)
+TEST_F(HTMLTextFetchTest, BytesThatAreNoTextAtAllHaveNoText)
 {
     EXPECT_EQ(fetch({.body = QByteArray(20, '\xFF')}).userError, m_unreadable);
     EXPECT_EQ(fetch({.body = QByteArray(100'000, '\0')}).isKnown(), true);
 }
 
-TEST_F(PageFetchTest, ACompressedBodyIsUnpacked)
+TEST_F(HTMLTextFetchTest, ACompressedBodyIsUnpacked)
 {
     const QByteArray body = page(m_text);
     for (const Framing framing :
@@ -343,14 +343,14 @@ TEST_F(PageFetchTest, ACompressedBodyIsUnpacked)
     EXPECT_EQ(fetchPacked("").userError, m_unreadable);
 }
 
-TEST_F(PageFetchTest, ABodyInSeveralCompressedPiecesIsUnpackedWhole)
+TEST_F(HTMLTextFetchTest, ABodyInSeveralCompressedPiecesIsUnpackedWhole)
 {
     const QByteArray body = page(m_text);
     EXPECT_EQ(fetchPacked(gzip(body.left(50)) + gzip(body.mid(50))).text, m_text.toStdString());
     EXPECT_EQ(fetchPacked(gzip(body) + gzip("").chopped(1)).otherError, m_cut);
 }
 
-TEST_F(PageFetchTest, ALargeCompressedBodyIsUnpackedWhole)
+TEST_F(HTMLTextFetchTest, ALargeCompressedBodyIsUnpackedWhole)
 {
     QByteArray text;
     while (text.size() < 5'000'000)
@@ -359,13 +359,13 @@ TEST_F(PageFetchTest, ALargeCompressedBodyIsUnpackedWhole)
     EXPECT_EQ(fetchPacked(gzip(page(text))).text, text.toStdString());
 }
 
-TEST_F(PageFetchTest, APageOfOneWordOverAndOverIsNoError)
+TEST_F(HTMLTextFetchTest, APageOfOneWordOverAndOverIsNoError)
 {
     const QByteArray text = QByteArray("word ").repeated(4'000'000).trimmed();
     EXPECT_EQ(fetchPacked(gzip(page(text))).text, text.toStdString());
 }
 
-TEST_F(PageFetchTest, ADamagedCompressedBodyIsAnError)
+TEST_F(HTMLTextFetchTest, ADamagedCompressedBodyIsAnError)
 {
     const QByteArray packed = gzip(page(m_text.repeated(1000)));
     for (const Framing framing :
@@ -380,7 +380,7 @@ TEST_F(PageFetchTest, ADamagedCompressedBodyIsAnError)
     }
 }
 
-TEST_F(PageFetchTest, AnEncodingThatWasNotAskedForIsAnError)
+TEST_F(HTMLTextFetchTest, AnEncodingThatWasNotAskedForIsAnError)
 {
     for (const char* encoding : {"br", "zstd", "gzip, gzip", "\xFF"}) {
         EXPECT_EQ(
@@ -390,7 +390,7 @@ TEST_F(PageFetchTest, AnEncodingThatWasNotAskedForIsAnError)
     EXPECT_TRUE(fetch({.headers = {{"Content-Encoding", "identity"}}, .body = page(m_text)}).text);
 }
 
-TEST_F(PageFetchTest, ACutBodyIsAnErrorAndNoText)
+TEST_F(HTMLTextFetchTest, ACutBodyIsAnErrorAndNoText)
 {
     const Answer plain{.body = page(m_text.repeated(5000))};
     const Answer packed{.headers = {{"Content-Encoding", "gzip"}}, .body = gzip(plain.body)};
@@ -406,7 +406,7 @@ TEST_F(PageFetchTest, ACutBodyIsAnErrorAndNoText)
     }
 }
 
-TEST_F(PageFetchTest, ACutBodyInChunksIsAnErrorWhereItIsCompressed)
+TEST_F(HTMLTextFetchTest, ACutBodyInChunksIsAnErrorWhereItIsCompressed)
 {
     // Uncompressed, Qt does not always tell it from a whole one.
     Answer answer{.headers = {{"Content-Encoding", "gzip"}},
@@ -420,14 +420,14 @@ TEST_F(PageFetchTest, ACutBodyInChunksIsAnErrorWhereItIsCompressed)
     }
 }
 
-TEST_F(PageFetchTest, AnAnswerThatIsNoHttpIsAnError)
+TEST_F(HTMLTextFetchTest, AnAnswerThatIsNoHttpIsAnError)
 {
     for (const QByteArray& raw : {QByteArray(), QByteArray("no http\r\n\r\n"),
                                   QByteArray(100'000, '\xFF'), QByteArray("HTTP/1.1 \r\n\r\n")})
         EXPECT_EQ(fetch({.raw = raw}).otherError, "Connection closed.");
 }
 
-TEST_F(PageFetchTest, ASilentServerIsAnError)
+TEST_F(HTMLTextFetchTest, ASilentServerIsAnError)
 {
     EXPECT_EQ(fetchImpatiently({.stallAfter = 0, .raw = QByteArray()}).otherError, m_silent);
     EXPECT_EQ(fetchImpatiently({.stallAfter = 20,
@@ -436,7 +436,7 @@ TEST_F(PageFetchTest, ASilentServerIsAnError)
               m_silent);
 }
 
-TEST_F(PageFetchTest, AServerThatFallsSilentInTheMiddleIsAnError)
+TEST_F(HTMLTextFetchTest, AServerThatFallsSilentInTheMiddleIsAnError)
 {
     EXPECT_EQ(fetchImpatiently({.body = page(m_text), .stallAfter = 0}).otherError, m_silent);
     EXPECT_EQ(fetchImpatiently({.body = page(m_text), .stallAfter = 150}).otherError, m_silent);
@@ -447,13 +447,13 @@ TEST_F(PageFetchTest, AServerThatFallsSilentInTheMiddleIsAnError)
               m_silent);
 }
 
-TEST_F(PageFetchTest, AFailureWhoseBodyIsMissingIsNamedByItsStatus)
+TEST_F(HTMLTextFetchTest, AFailureWhoseBodyIsMissingIsNamedByItsStatus)
 {
     EXPECT_EQ(fetchImpatiently({.status = 404, .body = page(m_text), .stallAfter = 0}).userError,
               status(404));
 }
 
-TEST_F(PageFetchTest, NobodyThereIsTheNetworksError)
+TEST_F(HTMLTextFetchTest, NobodyThereIsTheNetworksError)
 {
     QTcpServer closed;
     ASSERT_TRUE(closed.listen(QHostAddress::LocalHost));
@@ -471,7 +471,7 @@ QCoro::Task<std::string> transfer(QUrl address, PageTransfer::Limits limits)
     co_return std::move(body).joined();
 }
 
-TEST_F(PageFetchTest, ABodyBeyondTheLimitIsAnError)
+TEST_F(HTMLTextFetchTest, ABodyBeyondTheLimitIsAnError)
 {
     constexpr qint64 limit = 3 << 20;
     m_server.setAnswer("/", {.body = QByteArray(1 << 16, 'x'), .size = limit});
@@ -485,7 +485,7 @@ TEST_F(PageFetchTest, ABodyBeyondTheLimitIsAnError)
               "The page is larger than 64 MiB.");
 }
 
-TEST_F(PageFetchTest, ABodyThatNeverEndsIsStopped)
+TEST_F(HTMLTextFetchTest, ABodyThatNeverEndsIsStopped)
 {
     m_server.setAnswer("/", {.body = QByteArray(1000, 'x'),
                              .size = std::numeric_limits<qint64>::max(),
@@ -494,7 +494,7 @@ TEST_F(PageFetchTest, ABodyThatNeverEndsIsStopped)
               "The page is larger than 64 MiB.");
 }
 
-TEST_F(PageFetchTest, APageHas64MebibytesAtMost)
+TEST_F(HTMLTextFetchTest, APageHas64MebibytesAtMost)
 {
     constexpr qint64 limit = qint64{64} << 20;
     const QByteArray line = QByteArray(1023, 'x') + '\n';
@@ -504,7 +504,7 @@ TEST_F(PageFetchTest, APageHas64MebibytesAtMost)
     EXPECT_EQ(fetch().userError, "The page is larger than 64 MiB.");
 }
 
-TEST_F(PageFetchTest, APageThatGoesOnAndOnEndsAfterItsTime)
+TEST_F(HTMLTextFetchTest, APageThatGoesOnAndOnEndsAfterItsTime)
 {
     m_server.setAnswer(
         "/",
@@ -526,7 +526,7 @@ std::size_t residentBytes()
     return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
-TEST_F(PageFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
+TEST_F(HTMLTextFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
 {
     const QByteArray emptiness = gzip(QByteArray(60 << 20, ' '));
     const Answer answer = {.headers = {{"Content-Encoding", "gzip"}}, .body = emptiness};
@@ -549,7 +549,7 @@ TEST_F(PageFetchTest, WhatAPageTakesOfTheMemoryIsGivenBack)
 }
 #endif
 
-TEST_F(PageFetchTest, SeveralFetchesRunAtOnce)
+TEST_F(HTMLTextFetchTest, SeveralFetchesRunAtOnce)
 {
     std::vector<std::shared_ptr<Outcome>> outcomes;
     for (int i = 0; i < 10; ++i) {
@@ -565,7 +565,7 @@ TEST_F(PageFetchTest, SeveralFetchesRunAtOnce)
     }
 }
 
-TEST_F(PageFetchTest, AFetchThatNobodyWaitsForAnyMoreEndsByItself)
+TEST_F(HTMLTextFetchTest, AFetchThatNobodyWaitsForAnyMoreEndsByItself)
 {
     m_server.setAnswer("/", {.body = page(m_text), .stallAfter = 10});
     {
@@ -576,7 +576,7 @@ TEST_F(PageFetchTest, AFetchThatNobodyWaitsForAnyMoreEndsByItself)
     EXPECT_TRUE(fetch("/missing").userError == status(404));
 }
 
-TEST_F(PageFetchTest, QuittingTheApplicationEndsAFetch)
+TEST_F(HTMLTextFetchTest, QuittingTheApplicationEndsAFetch)
 {
     m_server.setAnswer("/", {.body = page(m_text), .stallAfter = 10});
     const std::shared_ptr<Outcome> outcome = observed(HTMLText::fetch(address()));

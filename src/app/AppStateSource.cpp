@@ -17,7 +17,7 @@ QString labelOf(ScreenGrab::Kind kind)
         return QStringLiteral("Active window");
     case ScreenGrab::Kind::screen:
         return QStringLiteral("Screen");
-    case ScreenGrab::Kind::selection:
+    case ScreenGrab::Kind::region:
         break;
     }
     return QStringLiteral("Selected area");

@@ -7,7 +7,7 @@ namespace {
 using enum SummaryMode;
 using enum SummaryLength;
 
-TEST(InstructionTest, EveryPairHasItsText)
+TEST(PithwiseInstructionTest, EveryPairHasItsText)
 {
     const std::string bulletsText = "Summarize the text as exactly 3 key takeaways. Use Markdown "
                                     "bullets starting with \"- \", ";
@@ -48,7 +48,7 @@ TEST(InstructionTest, EveryPairHasItsText)
               actionsText + "every item, adding brief context to each" + actionsEnd);
 }
 
-TEST(InstructionTest, EveryPairHasItsBudget)
+TEST(PithwiseInstructionTest, EveryPairHasItsBudget)
 {
     const int budgets[4][3] = {{110, 220, 440}, {110, 240, 460}, {60, 110, 210}, {120, 260, 520}};
     for (std::size_t mode = 0; mode < 4; ++mode) {

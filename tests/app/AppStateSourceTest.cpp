@@ -6,9 +6,9 @@ using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-using SourceActionsTest = AppStateFixture;
+using AppStateSourceTest = AppStateFixture;
 
-TEST_F(SourceActionsTest, TheClipboardsTextIsSummarized)
+TEST_F(AppStateSourceTest, TheClipboardsTextIsSummarized)
 {
     clipboard = " some\u00A0text\n";
     state->useClipboard();
@@ -19,7 +19,7 @@ TEST_F(SourceActionsTest, TheClipboardsTextIsSummarized)
         EXPECT_THAT(moment, AnyOf(HasSubstr("some text"), HasSubstr("idle")));
 }
 
-TEST_F(SourceActionsTest, AnEmptyAbsentOrBlankClipboardIsSaidToHaveNoText)
+TEST_F(AppStateSourceTest, AnEmptyAbsentOrBlankClipboardIsSaidToHaveNoText)
 {
     for (const std::optional<std::string>& text :
          {std::optional<std::string>(), std::optional<std::string>(""),
@@ -37,7 +37,7 @@ TEST_F(SourceActionsTest, AnEmptyAbsentOrBlankClipboardIsSaidToHaveNoText)
     }
 }
 
-TEST_F(SourceActionsTest, AClipboardThatCannotBeReadIsExplained)
+TEST_F(AppStateSourceTest, AClipboardThatCannotBeReadIsExplained)
 {
     state->status = "kept";
     clipboardError = "Its owner does not answer.";
@@ -48,7 +48,7 @@ TEST_F(SourceActionsTest, AClipboardThatCannotBeReadIsExplained)
     EXPECT_EQ(trace.size(), 1U);
 }
 
-TEST_F(SourceActionsTest, AFileIsReadAndSummarizedUnderItsName)
+TEST_F(AppStateSourceTest, AFileIsReadAndSummarizedUnderItsName)
 {
     state->errorMessage = "earlier";
     trace.clear();
@@ -63,7 +63,7 @@ TEST_F(SourceActionsTest, AFileIsReadAndSummarizedUnderItsName)
     expectWorking("Loading model…");
 }
 
-TEST_F(SourceActionsTest, WhereOnlyAPartOfAFileWasReadItsLabelSaysSo)
+TEST_F(AppStateSourceTest, WhereOnlyAPartOfAFileWasReadItsLabelSaysSo)
 {
     AppServices partial = services();
     partial.readDocument = [](auto&&) { return DocumentText("text", "pages 1–9 of 15"); };
@@ -76,7 +76,7 @@ TEST_F(SourceActionsTest, WhereOnlyAPartOfAFileWasReadItsLabelSaysSo)
     waitForError("No text found in scan.pdf (page 2 of 15).");
 }
 
-TEST_F(SourceActionsTest, AFilesNameMayBeAnything)
+TEST_F(AppStateSourceTest, AFilesNameMayBeAnything)
 {
     const std::vector<std::pair<std::string, QString>> names = {
         {"/folder/a b\n👩.tar.gz", "a b\n👩.tar.gz"},
@@ -91,7 +91,7 @@ TEST_F(SourceActionsTest, AFilesNameMayBeAnything)
     }
 }
 
-TEST_F(SourceActionsTest, AFileThatCannotBeReadShowsTheReadersMessage)
+TEST_F(AppStateSourceTest, AFileThatCannotBeReadShowsTheReadersMessage)
 {
     state->loadFile("/folder/notes.xyz");
     documents.fail(0, "Unsupported file type.");
@@ -99,7 +99,7 @@ TEST_F(SourceActionsTest, AFileThatCannotBeReadShowsTheReadersMessage)
     expectIdle("Unsupported file type.");
 }
 
-TEST_F(SourceActionsTest, AFileOfBlankTextIsNamed)
+TEST_F(AppStateSourceTest, AFileOfBlankTextIsNamed)
 {
     state->loadFile("/folder/blank.txt");
     documents.answer(0, " \n\n\t");
@@ -108,7 +108,7 @@ TEST_F(SourceActionsTest, AFileOfBlankTextIsNamed)
     EXPECT_EQ(state->sourceText.get(), "");
 }
 
-TEST_F(SourceActionsTest, APageIsFetchedFromTheAddressAsItWasTyped)
+TEST_F(AppStateSourceTest, APageIsFetchedFromTheAddressAsItWasTyped)
 {
     state->urlString = " example.org/a\u00A0 ";
     state->fetchURL();
@@ -120,7 +120,7 @@ TEST_F(SourceActionsTest, APageIsFetchedFromTheAddressAsItWasTyped)
     expectWorking("Loading model…");
 }
 
-TEST_F(SourceActionsTest, APageThatFailsShowsTheErrorOfTheNetwork)
+TEST_F(AppStateSourceTest, APageThatFailsShowsTheErrorOfTheNetwork)
 {
     state->urlString = "example.org";
     state->fetchURL();
@@ -129,12 +129,12 @@ TEST_F(SourceActionsTest, APageThatFailsShowsTheErrorOfTheNetwork)
     expectIdle("Host example.org not found");
 }
 
-TEST_F(SourceActionsTest, EachKindOfCaptureHasItsLabel)
+TEST_F(AppStateSourceTest, EachKindOfCaptureHasItsLabel)
 {
     const std::vector<std::pair<ScreenGrab::Kind, QString>> kinds = {
         {ScreenGrab::Kind::window, "Active window"},
         {ScreenGrab::Kind::screen, "Screen"},
-        {ScreenGrab::Kind::selection, "Selected area"}};
+        {ScreenGrab::Kind::region, "Selected area"}};
     std::size_t number = 0;
     for (const auto& [kind, label] : kinds) {
         state->capture(kind);
@@ -147,9 +147,9 @@ TEST_F(SourceActionsTest, EachKindOfCaptureHasItsLabel)
     EXPECT_EQ(state->tab, Tab::clipboard);
 }
 
-TEST_F(SourceActionsTest, ACaptureThatTheUserCancelsSaysSo)
+TEST_F(AppStateSourceTest, ACaptureThatTheUserCancelsSaysSo)
 {
-    state->capture(ScreenGrab::Kind::selection);
+    state->capture(ScreenGrab::Kind::region);
     captures.fail(0, "Capture cancelled.");
     waitForError("Capture cancelled.");
     expectIdle("Capture cancelled.");
@@ -158,7 +158,7 @@ TEST_F(SourceActionsTest, ACaptureThatTheUserCancelsSaysSo)
     waitForError("No text found in Screen.");
 }
 
-TEST_F(SourceActionsTest, OfTwoAtOnceTheOneThatEndsLastIsSummarized)
+TEST_F(AppStateSourceTest, OfTwoAtOnceTheOneThatEndsLastIsSummarized)
 {
     state->loadFile("/first.txt");
     state->capture(ScreenGrab::Kind::screen);
@@ -176,7 +176,7 @@ TEST_F(SourceActionsTest, OfTwoAtOnceTheOneThatEndsLastIsSummarized)
     expectIdle();
 }
 
-TEST_F(SourceActionsTest, StopEndsNoReadingAndItsTextIsStillSummarized)
+TEST_F(AppStateSourceTest, StopEndsNoReadingAndItsTextIsStillSummarized)
 {
     state->loadFile("/notes.txt");
     state->stop();
@@ -189,7 +189,7 @@ TEST_F(SourceActionsTest, StopEndsNoReadingAndItsTextIsStillSummarized)
     waitForOutput("summary");
 }
 
-TEST_F(SourceActionsTest, ADocumentThatFailsAfterANewerOneSaysSoAndTheSummaryGoesOn)
+TEST_F(AppStateSourceTest, ADocumentThatFailsAfterANewerOneSaysSoAndTheSummaryGoesOn)
 {
     state->loadFile("/older.pdf");
     EXPECT_TRUE(waitUntil([&] { return documents.arguments().size() == 1; }));
@@ -206,7 +206,7 @@ TEST_F(SourceActionsTest, ADocumentThatFailsAfterANewerOneSaysSoAndTheSummaryGoe
     EXPECT_EQ(state->errorMessage.get(), "Could not open the PDF.");
 }
 
-TEST_F(SourceActionsTest, WhatIsReadForAStateThatIsGoneIsDropped)
+TEST_F(AppStateSourceTest, WhatIsReadForAStateThatIsGoneIsDropped)
 {
     isModelReady = false;
     state->loadFile("/notes.txt");
@@ -226,7 +226,7 @@ TEST_F(SourceActionsTest, WhatIsReadForAStateThatIsGoneIsDropped)
     EXPECT_EQ(engine.calls().size(), 0U);
 }
 
-TEST_F(SourceActionsTest, TenFilesThatHangHoldUpNoOther)
+TEST_F(AppStateSourceTest, TenFilesThatHangHoldUpNoOther)
 {
     for (int i = 0; i < 10; ++i)
         state->loadFile("/hanging.pdf");

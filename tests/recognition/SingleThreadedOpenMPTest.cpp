@@ -1,11 +1,11 @@
-#include "linux/OneThread.h"
+#include "linux/SingleThreadedOpenMP.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(OneThreadTest, WhatOpenMPMayDoIsAsBeforeAfterwards)
+TEST(SingleThreadedOpenMPTest, WhatOpenMPMayDoIsAsBeforeAfterwards)
 {
     const auto levels =
         reinterpret_cast<int (*)()>(::dlsym(RTLD_DEFAULT, "omp_get_max_active_levels"));
@@ -13,8 +13,8 @@ TEST(OneThreadTest, WhatOpenMPMayDoIsAsBeforeAfterwards)
     const int before = levels();
     EXPECT_GT(before, 0);
     {
-        const OneThread outer;
-        const OneThread inner;
+        const SingleThreadedOpenMP outer;
+        const SingleThreadedOpenMP inner;
         EXPECT_EQ(levels(), 0);
     }
     EXPECT_EQ(levels(), before);
