@@ -10,19 +10,6 @@
 
 namespace {
 
-QString labelOf(ScreenGrab::Kind kind)
-{
-    switch (kind) {
-    case ScreenGrab::Kind::window:
-        return QStringLiteral("Active window");
-    case ScreenGrab::Kind::screen:
-        return QStringLiteral("Screen");
-    case ScreenGrab::Kind::region:
-        break;
-    }
-    return QStringLiteral("Selected area");
-}
-
 /// The last component of the path, even if that ends in a slash.
 QString labelOf(const std::filesystem::path& file)
 {
@@ -149,5 +136,5 @@ void AppState::capture(ScreenGrab::Kind kind)
     beginReading(QStringLiteral("Capturing and reading text…"));
     acceptWhenRead(inBackground([capture = m_services.captureText, kind] { return capture(kind); },
                                 Effort::much),
-                   labelOf(kind));
+                   QtText::fromUtf8(ScreenGrab::labelOf(kind)));
 }

@@ -29,9 +29,7 @@ std::string toUtf8(QStringView text)
 
 QString sentence(const std::exception& error)
 {
-    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
-        return QStringLiteral("There is not enough memory.");
-    return fromUtf8(Utf8::decoded(error.what()));
+    return fromUtf8(Utf8::decoded(sentenceOf(error)));
 }
 
 } // namespace QtText

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -17,3 +18,12 @@ public:
 private:
     std::string m_message;
 };
+
+/// What users are told of any error: an AppError's message, or the words of the system or a
+/// library, in whatever encoding those are.
+inline std::string sentenceOf(const std::exception& error)
+{
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
+        return "There is not enough memory.";
+    return error.what();
+}

@@ -1,6 +1,6 @@
 #include "AbortTrap.h"
 
-#include "AppError.h"
+#include "EvaluationError.h"
 
 #include <ggml.h>
 
@@ -8,9 +8,8 @@ static thread_local int aliveTraps = 0;
 
 static void onAbort(const char* /*message*/)
 {
-    // -3 is llama.cpp's own code for a failed computation; its message is not fit for users.
     if (aliveTraps > 0)
-        throw AppError("Model evaluation failed (-3).");
+        throw EvaluationError::of(EvaluationError::failed);
 }
 
 AbortTrap::AbortTrap()

@@ -2,6 +2,7 @@
 
 #include "AnswerText.h"
 #include "AppError.h"
+#include "EvaluationError.h"
 #include "LoadedModel.h"
 #include "WhiteSpace.h"
 
@@ -62,6 +63,6 @@ std::string LlamaEngine::generate(const std::filesystem::path& path, std::string
     if (token.isCancelled())
         return {};
     if (code != 0)
-        throw AppError("Model evaluation failed (" + std::to_string(code) + ").");
+        throw EvaluationError::of(code);
     return std::string(WhiteSpace::trimmed(answer(loaded, maxTokens, token, onUpdate)));
 }

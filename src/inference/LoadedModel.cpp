@@ -3,6 +3,7 @@
 #include "AbortTrap.h"
 #include "AppError.h"
 #include "Backends.h"
+#include "EvaluationError.h"
 #include "ModelCheck.h"
 
 #include <algorithm>
@@ -13,14 +14,6 @@
 
 using ChatPrompt::Token;
 
-static constexpr int evaluationNoRoom = 1;  // llama_decode's code: the batch does not fit
-static constexpr int evaluationFailed = -3; // llama_decode's code: the computation failed
-
-static AppError evaluationError(int code)
-{
-    return AppError("Model evaluation failed (" + std::to_string(code) + ").");
-}
-
 /// Returns what `function` returns. Whatever goes wrong in it, most likely because of a damaged
 /// vocabulary, becomes an AppError.
 template <typename Function>
@@ -30,7 +23,7 @@ static auto trapped(Function function)
         const AbortTrap trap;
         return function();
     } catch (const std::exception&) {
-        throw evaluationError(evaluationFailed);
+        throw EvaluationError::of(EvaluationError::failed);
     }
 }
 
@@ -160,13 +153,13 @@ void LoadedModel::clear()
 int LoadedModel::evaluate(std::span<Token> tokens, const CancelToken& token)
 {
     if (tokens.size() > static_cast<std::size_t>(ChatPrompt::contextTokens))
-        return evaluationNoRoom;
+        return EvaluationError::noRoom;
     const auto isCancelled = [](void* data) {
         return static_cast<const CancelToken*>(data)->isCancelled();
     };
     llama_set_abort_callback(m_context.get(), isCancelled, const_cast<CancelToken*>(&token));
     const auto count = static_cast<int>(tokens.size());
-    int code = evaluationFailed;
+    int code = EvaluationError::failed;
     try {
         code = llama_decode(m_context.get(), llama_batch_get_one(tokens.data(), count));
     } catch (const std::exception&) {
@@ -174,7 +167,7 @@ int LoadedModel::evaluate(std::span<Token> tokens, const CancelToken& token)
     }
     llama_set_abort_callback(m_context.get(), nullptr, nullptr);
     if (code == 0 && !hasUsableLogits())
-        return evaluationFailed;
+        return EvaluationError::failed;
     return code;
 }
 

@@ -1,6 +1,7 @@
 #include "ModelFile.h"
 
 #include "HomeFolder.h"
+#include "ProgramName.h"
 
 #include <cstdlib>
 #include <system_error>
@@ -21,7 +22,7 @@ static std::filesystem::path dataHome()
 
 std::filesystem::path directory()
 {
-    std::filesystem::path folder = dataHome() / "Pithwise";
+    std::filesystem::path folder = dataHome() / programName;
     std::error_code ignored;
     std::filesystem::create_directories(folder, ignored);
     return folder;

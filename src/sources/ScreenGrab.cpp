@@ -52,6 +52,19 @@ FileDescriptor take(Kind kind, const Tools& tools)
 
 } // namespace
 
+std::string_view labelOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::window:
+        return "Active window";
+    case Kind::screen:
+        return "Screen";
+    case Kind::region:
+        break;
+    }
+    return "Selected area";
+}
+
 std::optional<std::uint32_t> frontWindowID(WindowList& windowList)
 {
     for (const WindowList::Window& window : windowList.windows()) {
@@ -78,12 +91,18 @@ std::string captureText(Kind kind, const Tools& tools)
 
 std::string captureText(Kind kind)
 {
+    return captureText(kind, *Screenshot::create(), [] {});
+}
+
+std::string captureText(Kind kind, Screenshot& screenshot, const std::function<void()>& taken)
+{
     const auto windowList = WindowList::create();
-    const auto screenshot = Screenshot::create();
     const auto permission = ScreenPermission::create();
-    return captureText(kind,
-                       {*windowList, *screenshot, *permission,
-                        [](const std::filesystem::path& file) { return OCR::recognize(file); }});
+    return captureText(
+        kind, {*windowList, screenshot, *permission, [&taken](const std::filesystem::path& file) {
+                   taken();
+                   return OCR::recognize(file);
+               }});
 }
 
 } // namespace ScreenGrab

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 class ScreenPermission;
 class Screenshot;
@@ -18,6 +19,9 @@ enum class Kind {
     screen,
     region // a rectangle that the user drags out
 };
+
+/// What the text of such a capture is called.
+std::string_view labelOf(Kind kind);
 
 /// The ports that a capture uses; not owned.
 struct Tools
@@ -39,5 +43,9 @@ std::optional<std::uint32_t> frontWindowID(WindowList& windowList);
 /// for seconds with a full page, and while the user selects. Any thread.
 std::string captureText(Kind kind);
 std::string captureText(Kind kind, const Tools& tools);
+
+/// Like captureText(kind), with `screenshot` in place of the system's own. `taken` is called once
+/// the picture is there, before it is read.
+std::string captureText(Kind kind, Screenshot& screenshot, const std::function<void()>& taken);
 
 } // namespace ScreenGrab

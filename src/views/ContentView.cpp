@@ -8,6 +8,7 @@
 #include "MainView.h"
 #include "ModelSetupView.h"
 #include "PlatformWords.h"
+#include "ProgramName.h"
 #include "SymbolView.h"
 #include "Theme.h"
 
@@ -57,8 +58,8 @@ QLayout* ContentView::makeHeader(const Theme& theme)
     row->setContentsMargins(sidePadding, headerPadding, sidePadding, headerPadding);
     row->setSpacing(titleSpacing);
     row->addWidget(new SymbolView(theme, Symbol::quotation, symbolSize, ColorRole::accent, this));
-    row->addWidget(
-        new Label(theme, TextStyle::headline, ColorRole::label, QStringLiteral("Pithwise"), this));
+    row->addWidget(new Label(theme, TextStyle::headline, ColorRole::label,
+                             QString::fromUtf8(programName), this));
     row->addStretch();
     auto* const note = new QHBoxLayout;
     note->setSpacing(noteSpacing);

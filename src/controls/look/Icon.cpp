@@ -1,5 +1,6 @@
 #include "Icon.h"
 
+#include "Drawing.h"
 #include "Theme.h"
 
 #include <QFile>
@@ -19,8 +20,6 @@ namespace {
 constexpr int grid = 16;
 constexpr double lineWidth = 1.5;
 constexpr const char* lineAttribute = "stroke-width=\"1.5\"";
-
-constexpr qreal disabledOpacity = 0.4;
 
 QString name(Symbol symbol)
 {
@@ -101,7 +100,7 @@ public:
         const QPoint corner = rect.center() - QPoint((size - 1) / 2, (size - 1) / 2);
         painter->save();
         if (mode == QIcon::Disabled)
-            painter->setOpacity(painter->opacity() * disabledOpacity);
+            painter->setOpacity(painter->opacity() * Drawing::disabledOpacity);
         Icon::paint(*painter, corner, m_symbol, size, m_theme[m_role]);
         painter->restore();
     }

@@ -1,6 +1,7 @@
 #include "ModelAddress.h"
 
 #include "AppError.h"
+#include "HttpReply.h"
 #include "ModelFile.h"
 
 #include <QHostAddress>
@@ -48,7 +49,7 @@ void requireAllowed(const QUrl& address)
 void requireAllowedRedirect(const QUrl& from, const QUrl& to)
 {
     requireAllowed(to);
-    if (from.scheme() == QLatin1String("https") && to.scheme() != QLatin1String("https"))
+    if (HttpReply::losesEncryption(from, to))
         refuseUnencrypted(to);
 }
 

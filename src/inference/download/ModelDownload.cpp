@@ -1,6 +1,7 @@
 #include "ModelDownload.h"
 
 #include "AppError.h"
+#include "HttpReply.h"
 #include "ModelAddress.h"
 
 #include <QNetworkReply>
@@ -30,18 +31,6 @@ static void blockFileSizeSignal()
     pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
 }
 
-static std::string sentence(std::string text)
-{
-    if (!text.ends_with('.'))
-        text += '.';
-    return text;
-}
-
-static int status(const QNetworkReply& reply)
-{
-    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-}
-
 /// The size in bytes that the server has announced, -1 if it has announced none or nonsense.
 static qint64 announcedSize(const QNetworkReply& reply)
 {
@@ -58,7 +47,7 @@ static QUrl redirect(const QNetworkReply& reply)
 
 [[noreturn]] static void refuseAnswer(const QNetworkReply& reply)
 {
-    throw AppError("Download failed (HTTP " + std::to_string(status(reply)) + ").");
+    throw AppError("Download failed (HTTP " + std::to_string(HttpReply::status(reply)) + ").");
 }
 
 ModelDownload::ModelDownload(QUrl address, std::filesystem::path destination,
@@ -97,7 +86,7 @@ void ModelDownload::attempt(Step step)
         step();
     } catch (const std::exception& error) {
         end();
-        emit failed(sentence(error.what()));
+        emit failed(HttpReply::sentence(error.what()));
     }
 }
 
@@ -134,7 +123,7 @@ void ModelDownload::receive()
     const QByteArray bytes = m_reply->readAll();
     if (bytes.isEmpty() || redirect(*m_reply).isValid())
         return;
-    if (status(*m_reply) != 200)
+    if (HttpReply::status(*m_reply) != 200)
         refuseAnswer(*m_reply);
     m_file->write({bytes.data(), static_cast<std::size_t>(bytes.size())});
     m_received += bytes.size();
@@ -147,7 +136,7 @@ void ModelDownload::finishReply()
 {
     // To Qt an answer with a status of 400 or more is an error too, but refuseAnswer has our own
     // text for it.
-    if (m_reply->error() != QNetworkReply::NoError && status(*m_reply) < 400)
+    if (m_reply->error() != QNetworkReply::NoError && HttpReply::status(*m_reply) < 400)
         throw AppError(m_reply->errorString().toStdString());
     receive();
     const QUrl target = redirect(*m_reply);
@@ -169,7 +158,7 @@ void ModelDownload::follow(const QUrl& redirect)
 
 void ModelDownload::finish()
 {
-    if (status(*m_reply) != 200)
+    if (HttpReply::status(*m_reply) != 200)
         refuseAnswer(*m_reply);
     const qint64 announced = announcedSize(*m_reply);
     if (announced >= 0 && m_received != announced)

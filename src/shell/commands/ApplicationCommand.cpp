@@ -9,6 +9,8 @@
 #include "Interrupt.h"
 #include "ModelOption.h"
 #include "Mutex.h"
+#include "ProgramName.h"
+#include "QtArguments.h"
 #include "Terminal.h"
 
 #include <QApplication>
@@ -61,14 +63,6 @@ private:
     Mutex m_mutex;
     bool m_isMade PITHWISE_GUARDED_BY(m_mutex) = false;
     bool m_canQuit PITHWISE_GUARDED_BY(m_mutex) = false;
-};
-
-/// The arguments for making an application object of any kind.
-struct Arguments
-{
-    int count = 1;
-    char name[9] = "pithwise";
-    char* values[2] = {name, nullptr};
 };
 
 bool wasDone(Instance::Answer answer)
@@ -127,10 +121,10 @@ int run(const std::string& model)
     constexpr std::chrono::milliseconds patience(900);
     // Made before Qt starts threads, which would otherwise take the signals.
     const Interrupt interrupt([&quitRequest] { quitRequest.make(); }, patience);
-    Arguments arguments;
+    QtArguments arguments;
     const QApplication application(arguments.count, arguments.values);
     // The names by which panels, the accessibility bus and window managers know the application.
-    QApplication::setApplicationName(QStringLiteral("Pithwise"));
+    QApplication::setApplicationName(QString::fromUtf8(programName));
     QGuiApplication::setDesktopFileName(QStringLiteral("local.pithwise.Pithwise"));
     QApplication::setQuitOnLastWindowClosed(false);
     // In kilobytes. That is enough for all icons; without a limit, each file dialog of Qt would
@@ -144,7 +138,7 @@ int run(const std::string& model)
 
 int toggle()
 {
-    Arguments arguments;
+    QtArguments arguments;
     const QCoreApplication application(arguments.count, arguments.values);
     if (!wasDone(Instance::ask(Instance::Request::toggle)))
         throw AppError("Pithwise is not running. Start it with \"pithwise\".");
@@ -164,7 +158,7 @@ bool askForHotkey()
 
 int tellHotkeyAnswer()
 {
-    Arguments arguments;
+    QtArguments arguments;
     const QCoreApplication application(arguments.count, arguments.values);
     const Instance::Answer answer = Instance::ask(Instance::Request::hotkey);
     Child::tell(std::to_string(static_cast<int>(answer)));

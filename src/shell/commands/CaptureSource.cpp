@@ -3,32 +3,18 @@
 #include "AppError.h"
 #include "Interrupt.h"
 #include "Interrupted.h"
-#include "OCR.h"
-#include "ScreenPermission.h"
+#include "QtArguments.h"
 #include "Screenshot.h"
 #include "WhiteSpace.h"
-#include "WindowList.h"
 
 #include <QGuiApplication>
 
 #include <optional>
+#include <string>
 
 namespace CaptureSource {
 
 namespace {
-
-std::string label(ScreenGrab::Kind kind)
-{
-    switch (kind) {
-    case ScreenGrab::Kind::window:
-        return "Active window";
-    case ScreenGrab::Kind::screen:
-        return "Screen";
-    case ScreenGrab::Kind::region:
-        break;
-    }
-    return "Selected area";
-}
 
 /// Provides the fonts in which the selection shows its size, without any windows.
 class Fonts
@@ -37,26 +23,20 @@ public:
     Fonts()
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        m_application.emplace(m_argumentCount, m_arguments);
+        m_application.emplace(m_arguments.count, m_arguments.values);
     }
 
 private:
-    int m_argumentCount = 1;
-    char m_name[9] = "pithwise";
-    char* m_arguments[2] = {m_name, nullptr};
+    QtArguments m_arguments;
     std::optional<QGuiApplication> m_application;
 };
 
 std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
 {
-    const auto windowList = WindowList::create();
-    const auto permission = ScreenPermission::create();
     std::optional<Fonts> fonts;
     if (kind == ScreenGrab::Kind::region)
         fonts.emplace();
-    return ScreenGrab::captureText(
-        kind, {*windowList, screenshot, *permission,
-               [](const std::filesystem::path& file) { return OCR::recognize(file); }});
+    return ScreenGrab::captureText(kind, screenshot, [] {});
 }
 
 } // namespace
@@ -76,7 +56,7 @@ std::string read(ScreenGrab::Kind kind)
     if (interrupt.exitStatus() != 0)
         throw Interrupted{interrupt.exitStatus()};
     if (WhiteSpace::trimmed(text).empty())
-        throw AppError("No text found in " + label(kind) + ".");
+        throw AppError("No text found in " + std::string(ScreenGrab::labelOf(kind)) + ".");
     return text;
 }
 

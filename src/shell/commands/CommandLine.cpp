@@ -252,12 +252,8 @@ int runAction(const std::function<int()>& action)
         return action();
     } catch (const Interrupted& interrupted) {
         return interrupted.exitStatus;
-    } catch (const AppError& error) {
-        printError(error.message());
-    } catch (const std::bad_alloc&) {
-        printError("There is not enough memory.");
     } catch (const std::exception& error) {
-        printError(error.what());
+        printError(sentenceOf(error));
     }
     return exitError;
 }

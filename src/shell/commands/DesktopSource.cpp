@@ -4,6 +4,7 @@
 #include "Child.h"
 #include "ClipboardText.h"
 #include "Pasteboard.h"
+#include "QtArguments.h"
 #include "SelectionGrabber.h"
 #include "WhiteSpace.h"
 
@@ -24,10 +25,8 @@ static std::string readClipboard()
 
 int serveSelection()
 {
-    int argumentCount = 1;
-    char name[] = "pithwise";
-    char* arguments[] = {name, nullptr};
-    const QCoreApplication application(argumentCount, arguments);
+    QtArguments arguments;
+    const QCoreApplication application(arguments.count, arguments.values);
     const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
     Child::tell(QCoro::waitFor(SelectionGrabber::grab(ports)).value_or(""));
     if (!ports.pasteboard->handOver(std::chrono::seconds(2)))

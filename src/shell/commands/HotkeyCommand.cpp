@@ -8,6 +8,7 @@
 #include "Interrupt.h"
 #include "ModelFile.h"
 #include "ModelOption.h"
+#include "QtArguments.h"
 #include "QtText.h"
 #include "StatusLine.h"
 
@@ -118,10 +119,8 @@ int run(const Request& request)
 {
     requireModel(request.model);
     std::string selection = DesktopSource::selection();
-    int argumentCount = 1;
-    char name[] = "pithwise";
-    char* arguments[] = {name, nullptr};
-    const QCoreApplication application(argumentCount, arguments);
+    QtArguments arguments;
+    const QCoreApplication application(arguments.count, arguments.values);
     const Interrupt interrupt(quitSoon);
     AppState state(services(request.model, std::move(selection)));
     Display display(state);

@@ -7,11 +7,8 @@
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
-#include "OCR.h"
-#include "ScreenPermission.h"
 #include "Screenshot.h"
 #include "SelectionGrabber.h"
-#include "WindowList.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -96,15 +93,9 @@ std::unique_ptr<QWidget> Application::makeContent()
 std::string Application::captureText(ScreenGrab::Kind kind)
 {
     CaptureCurtain curtain(m_queue, m_delegate);
-    const auto windowList = WindowList::create();
     const auto screenshot = Screenshot::create();
-    const auto permission = ScreenPermission::create();
     CurtainedScreenshot curtained(*screenshot, curtain);
-    return ScreenGrab::captureText(
-        kind, {*windowList, curtained, *permission, [&](const std::filesystem::path& file) {
-                   curtain.lift();
-                   return OCR::recognize(file);
-               }});
+    return ScreenGrab::captureText(kind, curtained, [&curtain] { curtain.lift(); });
 }
 
 void Application::handle(Instance::Request request)

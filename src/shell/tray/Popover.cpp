@@ -3,6 +3,7 @@
 #include "AccessibleRole.h"
 #include "Desktop.h"
 #include "OwnWindow.h"
+#include "ProgramName.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -22,7 +23,7 @@ Popover::Popover(std::unique_ptr<QWidget> content)
 {
     // Screen readers ignore what has the focus if they find no window around it.
     AccessibleRole::set(*this, QAccessible::Window);
-    setWindowTitle(QStringLiteral("Pithwise"));
+    setWindowTitle(QString::fromUtf8(programName));
     setObjectName(QStringLiteral("popover"));
     setAttribute(Qt::WA_TranslucentBackground);
     auto* const layout = new QVBoxLayout(this);

@@ -1,5 +1,6 @@
 #include "TrayIcon.h"
 
+#include "ProgramName.h"
 #include "QuotationMark.h"
 #include "Theme.h"
 #include "TrayHost.h"
@@ -22,7 +23,7 @@ void TrayIcon::show()
     if (m_icon)
         return; // Qt itself moves the icon to the next host of the same kind
     m_icon.emplace();
-    m_icon->setToolTip(QStringLiteral("Pithwise"));
+    m_icon->setToolTip(QString::fromUtf8(programName));
     connect(&*m_icon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 // Qt reports the second of two quick clicks as a double click.

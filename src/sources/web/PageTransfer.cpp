@@ -1,6 +1,7 @@
 #include "PageTransfer.h"
 
 #include "AppError.h"
+#include "HttpReply.h"
 
 #include <QCoreApplication>
 #include <QNetworkReply>
@@ -35,21 +36,9 @@ static QNetworkRequest requestOf(const QUrl& address, std::chrono::milliseconds 
     return request;
 }
 
-static std::string sentence(std::string text)
-{
-    if (!text.ends_with('.'))
-        text += '.';
-    return text;
-}
-
 static std::string_view view(const QByteArray& bytes)
 {
     return {bytes.data(), static_cast<std::size_t>(bytes.size())};
-}
-
-static int status(const QNetworkReply& reply)
-{
-    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
 }
 
 /// Throws the network's error, if there is one.
@@ -57,11 +46,11 @@ static void refuseError(const QNetworkReply& reply)
 {
     // To Qt an answer with a status of 400 or more is an error too, but we have another sentence
     // for it.
-    if (reply.error() == QNetworkReply::NoError || status(reply) >= 400)
+    if (reply.error() == QNetworkReply::NoError || HttpReply::status(reply) >= 400)
         return;
     if (reply.error() == QNetworkReply::OperationCanceledError)
         throw std::runtime_error("The page was not loaded because the server does not answer.");
-    throw std::runtime_error(sentence(reply.errorString().toStdString()));
+    throw std::runtime_error(HttpReply::sentence(reply.errorString().toStdString()));
 }
 
 /// Whether the server redirects us. Qt cannot tell a missing address from an empty one, so the
@@ -76,11 +65,11 @@ static bool isRedirect(const QNetworkReply& reply)
 /// redirect may lead from https to http.
 static void requireAllowedRedirect(const QUrl& from, const QUrl& to)
 {
-    const bool isEncrypted = to.scheme() == QLatin1String("https");
-    const bool isWeb = isEncrypted || to.scheme() == QLatin1String("http");
+    const bool isWeb =
+        to.scheme() == QLatin1String("https") || to.scheme() == QLatin1String("http");
     if (!to.isValid() || !isWeb || to.host().isEmpty())
         throw std::runtime_error("The page was moved to an address that is not on the web.");
-    if (from.scheme() == QLatin1String("https") && !isEncrypted)
+    if (HttpReply::losesEncryption(from, to))
         throw std::runtime_error("The page was moved to an unencrypted connection.");
 }
 
@@ -132,8 +121,9 @@ void PageTransfer::proceed()
             follow();
             return;
         }
-        if (status(*m_reply) < 200 || status(*m_reply) > 299)
-            throw AppError("The page returned HTTP " + std::to_string(status(*m_reply)) + ".");
+        if (HttpReply::status(*m_reply) < 200 || HttpReply::status(*m_reply) > 299)
+            throw AppError("The page returned HTTP " + std::to_string(HttpReply::status(*m_reply)) +
+                           ".");
         receive();
         if (m_reply->bytesAvailable() > 0) {
             m_nextTurn.start();

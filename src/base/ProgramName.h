@@ -1,0 +1,4 @@
+#pragma once
+
+/// What users know the program by.
+inline constexpr const char* programName = "Pithwise";
