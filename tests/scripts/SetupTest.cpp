@@ -70,8 +70,8 @@ TEST_F(SetupTest, OnFedoraOneCommandHasAllThatIsMissing)
                   "  sudo dnf install gcc-c++ cmake ninja-build git npm pkgconf-pkg-config"
                   " libicu-devel qt6-qtbase-devel qt6-qtpdf-devel qt6-qtsvg-devel"
                   " qt6-qtimageformats qcoro-qt6-devel json-devel cli11-devel libxcb-devel"
-                  " xcb-util-keysyms-devel re2-devel libarchive-devel qpdf-devel libheif-devel"
-                  " zlib-devel tesseract-devel tesseract-langpack-eng\n");
+                  " xcb-util-keysyms-devel re2-devel cmark-devel libarchive-devel qpdf-devel"
+                  " libheif-devel zlib-devel tesseract-devel tesseract-langpack-eng\n");
     EXPECT_EQ(result.installed, "");
 }
 
@@ -83,7 +83,7 @@ TEST_F(SetupTest, OnArchOneCommandHasAllThatIsMissing)
               std::string(please) +
                   "  sudo pacman -S --needed gcc cmake ninja git npm pkgconf icu qt6-base"
                   " qt6-webengine qt6-svg qt6-imageformats qcoro nlohmann-json cli11 libxcb"
-                  " xcb-util-keysyms re2 libarchive qpdf libheif zlib tesseract"
+                  " xcb-util-keysyms re2 cmark libarchive qpdf libheif zlib tesseract"
                   " tesseract-data-eng\n");
     EXPECT_EQ(result.installed, "");
 }
@@ -130,8 +130,8 @@ TEST_F(SetupTest, OnDebianPackagesAreInstalled)
               " pkg-config libicu-dev qt6-base-dev qt6-pdf-dev qt6-svg-dev"
               " qt6-image-formats-plugins qcoro-qt6-dev nlohmann-json3-dev libcli11-dev"
               " libxcb1-dev libxcb-xfixes0-dev libxcb-xinput-dev libxcb-xtest0-dev"
-              " libxcb-keysyms1-dev libre2-dev libarchive-dev libqpdf-dev libheif-dev"
-              " zlib1g-dev libtesseract-dev tesseract-ocr-eng ca-certificates\n");
+              " libxcb-keysyms1-dev libre2-dev libcmark-dev libarchive-dev libqpdf-dev"
+              " libheif-dev zlib1g-dev libtesseract-dev tesseract-ocr-eng ca-certificates\n");
 }
 
 TEST_F(SetupTest, RootNeedsNoSudo)

@@ -1,235 +1,163 @@
 #include "InlineMarkdown.h"
 
-#include "CharacterReference.h"
-#include "InlinePieces.h"
-#include "MarkdownHtml.h"
-#include "MarkdownLink.h"
+#include <QByteArray>
+#include <QStringDecoder>
+
+#include <cmark.h>
 
 #include <algorithm>
-#include <optional>
-#include <unordered_map>
+#include <array>
+#include <memory>
+#include <utility>
 
 namespace InlineMarkdown {
 
 namespace {
 
-/// The length of the run of one character that begins at `position`.
-qsizetype runLength(QStringView text, qsizetype position)
+using Document = std::unique_ptr<cmark_node, decltype(&cmark_node_free)>;
+using Iterator = std::unique_ptr<cmark_iter, decltype(&cmark_iter_free)>;
+
+/// Stands before and behind the text, so that no block begins with it and nothing is trimmed.
+/// Beside emphasis it is white space, as the ends of a text are.
+constexpr QChar fence = u'\u00A0';
+
+/// At a line break cmark looks for blocks and trims spaces. A form feed is white space to it as
+/// well, but stays, so it stands for a line feed, and more around vertical tabs for the others.
+struct StandIn
 {
-    qsizetype end = position + 1;
-    while (end < text.size() && text[end] == text[position])
-        ++end;
-    return end - position;
-}
-
-/// Goes once through the text and cuts it into pieces. What a position begins is tried in the order
-/// of CommonMark's precedence; what begins nothing stays plain.
-class Parser
-{
-public:
-    explicit Parser(QStringView text) : m_text(text), m_html(text) {}
-
-    std::vector<Run> parse();
-
-private:
-    struct Bracket
-    {
-        qsizetype piece;
-        qsizetype delimiters; // how many there were before it
-        bool isImage;
-    };
-
-    /// Adds the text since the last piece as one.
-    void endPlain(qsizetype end)
-    {
-        if (end > m_plain)
-            m_pieces.addText(m_text.sliced(m_plain, end - m_plain));
-        m_plain = end;
-    }
-
-    /// Goes on behind a construct, which has its piece.
-    void goTo(qsizetype position) { m_at = m_plain = position; }
-
-    void readNext();
-    void readEscape();
-    void readCodeSpan();
-    std::optional<qsizetype> findBackticks(qsizetype position, qsizetype length);
-    void readDelimiters();
-    void readOpeningBracket(qsizetype length);
-    void readClosingBracket();
-    void readAngleBracket();
-    void readReference();
-
-    QStringView m_text;
-    MarkdownHtml m_html;
-    InlinePieces m_pieces;
-    qsizetype m_at = 0;
-    qsizetype m_plain = 0; // where the text begins that has no piece yet
-    std::vector<Bracket> m_brackets;
-    /// As many from the bottom begin no link, but maybe an image: a link has no link inside.
-    std::size_t m_inactiveBrackets = 0;
-    /// Where the last run of so many backticks begins; filled when the first is needed.
-    std::unordered_map<qsizetype, qsizetype> m_lastBackticks;
+    char displaced;
+    QByteArrayView text;
 };
 
-std::vector<Run> Parser::parse()
+constexpr std::array<StandIn, 5> standIns = {{
+    {'\n', "\f\v\f"}, // after a backslash, which is not shown but in code
+    {'\r', "\f\v\v\f"},
+    {'\f', "\f\v\v\v\f"},
+    {'\v', "\f\v\v\v\v\f"},
+    {'\n', "\f"}, // last, because the others begin with it
+}};
+
+QByteArray withStandIns(const QByteArray& text)
 {
-    while (m_at < m_text.size())
-        readNext();
-    endPlain(m_at);
-    m_pieces.resolveEmphasis(0);
-    return m_pieces.runs();
+    QByteArray result;
+    result.reserve(text.size());
+    bool isEscaped = false;
+    for (const char character : text) {
+        const auto* const standIn = std::find_if(
+            standIns.begin() + (isEscaped ? 0 : 1), standIns.end(),
+            [character](const StandIn& entry) { return entry.displaced == character; });
+        if (standIn == standIns.end())
+            result += character;
+        else
+            result += standIn->text;
+        isEscaped = character == '\\' && !isEscaped;
+    }
+    return result;
 }
 
-void Parser::readNext()
+QString withoutStandIns(QByteArrayView text)
 {
-    switch (m_text[m_at].unicode()) {
-    case u'\\':
-        return readEscape();
-    case u'`':
-        return readCodeSpan();
-    case u'*':
-    case u'_':
-        return readDelimiters();
-    case u'[':
-        return readOpeningBracket(1);
-    case u'!':
-        if (m_text.sliced(m_at).startsWith(u"!["))
-            return readOpeningBracket(2);
+    QByteArray result;
+    result.reserve(text.size());
+    while (!text.isEmpty()) {
+        const auto* const standIn =
+            std::find_if(standIns.begin(), standIns.end(),
+                         [text](const StandIn& entry) { return text.startsWith(entry.text); });
+        const bool isFound = standIn != standIns.end();
+        result += isFound ? standIn->displaced : text.front();
+        text = text.sliced(isFound ? standIn->text.size() : 1);
+    }
+    // QString::fromUtf8() would drop a U+FEFF at the beginning.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    return decoder.decode(result);
+}
+
+bool looksLike(const Run& a, const Run& b)
+{
+    return a.bold == b.bold && a.italic == b.italic && a.code == b.code && a.link == b.link;
+}
+
+/// Goes through what cmark has read and collects what it shows.
+class Reader
+{
+public:
+    void read(cmark_node* node, bool isBegin);
+
+    /// What was shown, without the fences.
+    std::vector<Run> takeRuns();
+
+private:
+    void show(QByteArrayView text, bool isCode = false);
+
+    std::vector<Run> m_runs;
+    int m_strong = 0; // how many are open
+    int m_emphasis = 0;
+    std::vector<QString> m_links; // that are open: an autolink may be within another link
+};
+
+void Reader::read(cmark_node* node, bool isBegin)
+{
+    const int step = isBegin ? 1 : -1;
+    switch (cmark_node_get_type(node)) {
+    case CMARK_NODE_STRONG:
+        m_strong += step;
         break;
-    case u']':
-        return readClosingBracket();
-    case u'<':
-        return readAngleBracket();
-    case u'&':
-        return readReference();
-    default:
+    case CMARK_NODE_EMPH:
+        m_emphasis += step;
+        break;
+    case CMARK_NODE_LINK:
+        if (isBegin)
+            m_links.push_back(withoutStandIns(cmark_node_get_url(node)));
+        else
+            m_links.pop_back();
+        break;
+    case CMARK_NODE_TEXT:
+        show(QByteArray(cmark_node_get_literal(node)).replace("\\\f\v\f", "\f"));
+        break;
+    case CMARK_NODE_CODE:
+        show(cmark_node_get_literal(node), true);
+        break;
+    case CMARK_NODE_HTML_INLINE:
+        show(cmark_node_get_literal(node));
+        break;
+    default: // blocks, of which there is but the paragraph, and images
         break;
     }
-    ++m_at;
 }
 
-void Parser::readEscape()
+void Reader::show(QByteArrayView text, bool isCode)
 {
-    const qsizetype next = m_at + 1;
-    const bool isLineBreak = next < m_text.size() && m_text[next] == u'\n';
-    if (next < m_text.size() && (isLineBreak || MarkdownLink::isEscapable(m_text[next]))) {
-        endPlain(m_at);
-        m_plain = next; // without the backslash
-        m_at = next + 1;
-    } else {
-        m_at = next;
-    }
+    const QString link = m_links.empty() ? QString() : m_links.back();
+    Run run = {withoutStandIns(text), m_strong > 0, m_emphasis > 0, isCode, link};
+    if (!m_runs.empty() && looksLike(m_runs.back(), run))
+        m_runs.back().text += run.text;
+    else
+        m_runs.push_back(std::move(run));
 }
 
-void Parser::readCodeSpan()
+std::vector<Run> Reader::takeRuns()
 {
-    const qsizetype length = runLength(m_text, m_at);
-    const std::optional<qsizetype> closing = findBackticks(m_at + length, length);
-    if (!closing) {
-        m_at += length;
-        return;
-    }
-    endPlain(m_at);
-    QStringView code = m_text.sliced(m_at + length, *closing - m_at - length);
-    const auto isSpace = [](QChar character) { return character == u' ' || character == u'\n'; };
-    const bool isPadded = code.size() > 1 && isSpace(code.front()) && isSpace(code.back());
-    if (isPadded && !std::all_of(code.begin(), code.end(), isSpace))
-        code = code.sliced(1).chopped(1);
-    m_pieces.addCode(code);
-    goTo(*closing + length);
-}
-
-/// The next run of exactly `length` backticks from `position` on. Whether there is one is known
-/// before it is looked for, so that the text is not read again for every run that has no partner.
-std::optional<qsizetype> Parser::findBackticks(qsizetype position, qsizetype length)
-{
-    const auto next = [this](qsizetype from) { return m_text.indexOf(u'`', from); };
-    if (m_lastBackticks.empty()) {
-        for (qsizetype i = next(0); i >= 0;) {
-            const qsizetype size = runLength(m_text, i);
-            m_lastBackticks[size] = i;
-            i = next(i + size);
-        }
-    }
-    const auto last = m_lastBackticks.find(length);
-    if (last == m_lastBackticks.end() || last->second < position)
-        return std::nullopt;
-    qsizetype i = next(position);
-    for (qsizetype size = runLength(m_text, i); size != length; size = runLength(m_text, i))
-        i = next(i + size);
-    return i;
-}
-
-void Parser::readDelimiters()
-{
-    const qsizetype length = runLength(m_text, m_at);
-    endPlain(m_at);
-    m_pieces.addDelimiters(m_text, m_at, length);
-    goTo(m_at + length);
-}
-
-void Parser::readOpeningBracket(qsizetype length)
-{
-    endPlain(m_at);
-    const qsizetype piece = m_pieces.addText(m_text.sliced(m_at, length));
-    m_brackets.push_back({piece, m_pieces.delimiterCount(), length == 2});
-    goTo(m_at + length);
-}
-
-void Parser::readClosingBracket()
-{
-    const qsizetype position = m_at++;
-    if (m_brackets.empty())
-        return;
-    const Bracket bracket = m_brackets.back();
-    m_brackets.pop_back();
-    const bool isActive = bracket.isImage || m_brackets.size() >= m_inactiveBrackets;
-    m_inactiveBrackets = std::min(m_inactiveBrackets, m_brackets.size());
-    if (!isActive)
-        return;
-    const auto target = MarkdownLink::targetAt(m_text, position + 1);
-    if (!target)
-        return;
-    endPlain(position);
-    m_pieces.resolveEmphasis(bracket.delimiters);
-    m_pieces.addLink(bracket.piece, bracket.isImage ? QString() : target->address);
-    if (!bracket.isImage)
-        m_inactiveBrackets = m_brackets.size();
-    goTo(target->end);
-}
-
-void Parser::readAngleBracket()
-{
-    if (const auto link = MarkdownLink::autolinkAt(m_text, m_at)) {
-        endPlain(m_at);
-        m_pieces.addAutolink(m_text.sliced(m_at + 1, link->end - m_at - 2), link->address);
-        m_inactiveBrackets = m_brackets.size();
-        goTo(link->end);
-    } else if (const auto end = m_html.endAt(m_at)) {
-        m_at = *end;
-    } else {
-        ++m_at;
-    }
-}
-
-void Parser::readReference()
-{
-    const auto reference = CharacterReference::at(m_text, m_at);
-    if (!reference) {
-        ++m_at;
-        return;
-    }
-    endPlain(m_at);
-    m_pieces.addOwned(reference->text);
-    goTo(m_at + reference->length);
+    m_runs.front().text.remove(0, 1);
+    m_runs.back().text.chop(1);
+    std::erase_if(m_runs, [](const Run& run) { return run.text.isEmpty(); });
+    return std::move(m_runs);
 }
 
 } // namespace
 
 std::vector<Run> parse(QStringView text)
 {
-    return Parser(text).parse();
+    const QByteArray markdown = withStandIns((fence + text.toString() + fence).toUtf8());
+    const Document document(cmark_parse_document(markdown.constData(),
+                                                 static_cast<std::size_t>(markdown.size()),
+                                                 CMARK_OPT_DEFAULT),
+                            &cmark_node_free);
+    const Iterator iterator(cmark_iter_new(document.get()), &cmark_iter_free);
+    Reader reader;
+    for (cmark_event_type event = cmark_iter_next(iterator.get()); event != CMARK_EVENT_DONE;
+         event = cmark_iter_next(iterator.get()))
+        reader.read(cmark_iter_get_node(iterator.get()), event == CMARK_EVENT_ENTER);
+    return reader.takeRuns();
 }
 
 } // namespace InlineMarkdown
