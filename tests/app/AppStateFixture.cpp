@@ -24,8 +24,22 @@ void AppStateFixture::TearDown()
 void AppStateFixture::makeState()
 {
     state = std::make_unique<AppState>(services());
-    QObject::connect(state.get(), &AppState::willChange, state.get(),
-                     [this] { trace.push_back(snapshot()); });
+    shown.clear();
+    isLooking = false;
+    QObject::connect(state.get(), &AppState::willChange, state.get(), [this] { lookLater(); });
+}
+
+void AppStateFixture::lookLater()
+{
+    if (std::exchange(isLooking, true))
+        return;
+    QMetaObject::invokeMethod(
+        state.get(),
+        [this] {
+            isLooking = false;
+            shown.push_back(snapshot());
+        },
+        Qt::QueuedConnection);
 }
 
 AppServices AppStateFixture::services()
@@ -66,16 +80,16 @@ AppServices AppStateFixture::services()
     };
 }
 
-void AppStateFixture::waitForEnd(const std::weak_ptr<const CancelToken>& token)
+void AppStateFixture::waitForRuns(int number) const
 {
-    // Besides the run, the state alone holds it, at most.
-    EXPECT_TRUE(waitUntil([&] { return token.use_count() <= 1; }));
+    waitForRunsUnheard(number);
+    QCoreApplication::processEvents();
 }
 
-void AppStateFixture::waitForEnd() const
+void AppStateFixture::waitForRunsUnheard(int number) const
 {
-    const std::weak_ptr<const CancelToken> token = state->token();
-    waitForEnd(token);
+    while (engine.threads() > number)
+        std::this_thread::yield();
 }
 
 void AppStateFixture::waitForCalls(std::size_t count)

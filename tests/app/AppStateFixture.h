@@ -39,11 +39,12 @@ protected:
 
     AppServices services();
 
-    /// Returns when the run of that token has ended and all it told has arrived.
-    static void waitForEnd(const std::weak_ptr<const CancelToken>& token);
+    /// Returns when only that many runs go on and all that the others told has arrived. Requires:
+    /// the engine has been called by all of them.
+    void waitForRuns(int number) const;
 
-    /// The same for the latest run.
-    void waitForEnd() const;
+    /// The same without any turn of the event loop, so that nothing of it arrives yet.
+    void waitForRunsUnheard(int number) const;
 
     void waitForCalls(std::size_t count);
 
@@ -64,6 +65,8 @@ protected:
 
     /// What a view would show.
     std::string snapshot() const;
+
+    void lookLater();
 
     QCoro::Task<std::string> fetch(std::string address);
     QCoro::Task<Grabbed> grab();
@@ -106,6 +109,9 @@ protected:
     std::chrono::milliseconds clock{0};
     std::deque<std::pair<std::chrono::milliseconds, std::function<void()>>> timers;
 
-    std::vector<std::string> trace; // before each assignment
+    /// What a view has shown, which looks once in each turn of the event loop in which it is told
+    /// of a change.
+    std::vector<std::string> shown;
+    bool isLooking = false; // later in this turn
     std::unique_ptr<AppState> state;
 };

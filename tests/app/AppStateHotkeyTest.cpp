@@ -113,10 +113,8 @@ TEST_F(AppStateHotkeyTest, WhatIsUnderWayGoesOnUntilThereIsATextInItsPlace)
     startRun("text");
     EXPECT_TRUE(waitUntil([&] { return state->status.get() == "Summarizing…"; }));
     state->errorMessage = "earlier";
-    trace.clear();
     press();
     expectWorking("Summarizing…");
-    EXPECT_EQ(trace.size(), 1U); // the error's
     answer(selections[0], Grabbed());
     waitForDone();
     EXPECT_TRUE(state->isWorking);
@@ -143,21 +141,9 @@ TEST_F(AppStateHotkeyTest, AWindowOfBlankTextIsNoneAndTheClipboardIsUsed)
     press();
     answer(selections[0], Grabbed());
     captures.answer(0, " \n\u00A0");
-    trace.clear();
     waitForDone();
-    EXPECT_THAT(trace,
-                ElementsAre("Clipboard |  () |  | idle  | no error", // tab
-                            "Capture |  () |  | idle  | no error",
-                            "Capture |  () |  | working  | no error",
-                            "Capture |  () |  | working Capturing and reading text… | no error",
-                            "Capture |  () |  | idle Capturing and reading text… | no error",
-                            "Capture |  () |  | idle  | no error", // tab
-                            "Clipboard |  () |  | idle  | no error",
-                            "Clipboard | copied () |  | idle  | no error",
-                            "Clipboard | copied (Clipboard) |  | idle  | no error",
-                            "Clipboard | copied (Clipboard) |  | idle  | no error",
-                            "Clipboard | copied (Clipboard) |  | idle  | no error",
-                            "Clipboard | copied (Clipboard) |  | working  | no error"));
+    EXPECT_THAT(captures.arguments(), ElementsAre(ScreenGrab::Kind::window));
+    EXPECT_EQ(snapshot(), "Clipboard | copied (Clipboard) |  | working Loading model… | no error");
 }
 
 TEST_F(AppStateHotkeyTest, AWindowThatCannotBeReadIsNoneAndNobodyHearsOfIt)

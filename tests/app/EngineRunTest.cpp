@@ -1,6 +1,9 @@
 #include "AppStateFixture.h"
+#include "LivingThreads.h"
 #include "LlamaEngine.h"
 #include "StandinModel.h"
+
+#include <QCoreApplication>
 
 namespace {
 
@@ -13,14 +16,17 @@ protected:
         const std::filesystem::path file = std::filesystem::path(std::getenv("HOME")) / "model";
         StandinModel::write(script, file);
         AppServices real = services();
-        real.generate = [this, file](const std::filesystem::path&, std::string_view system,
-                                     std::string_view user, int maxTokens, const CancelToken& token,
-                                     const Pithwise::TextCallback& onUpdate) {
+        real.generate = [this, file, threads = m_runs](
+                            const std::filesystem::path&, std::string_view system,
+                            std::string_view user, int maxTokens, const CancelToken& token,
+                            const Pithwise::TextCallback& onUpdate) {
+            threads.countThisOne();
             return m_engine.generate(file, system, user, maxTokens, token, onUpdate);
         };
         state = std::make_unique<AppState>(real);
     }
 
+    const LivingThreads m_runs;
     LlamaEngine m_engine;
 };
 
@@ -42,7 +48,8 @@ TEST_F(EngineRunTest, AModelThatNeverEndsIsStopped)
     EXPECT_TRUE(waitUntil([&] { return !state->output->isEmpty() || !state->isWorking; }));
     state->stop();
     const QString output = state->output;
-    waitForEnd();
+    EXPECT_TRUE(waitUntil([&] { return m_runs.number() == 0; }));
+    QCoreApplication::processEvents();
     EXPECT_EQ(state->output.get(), output);
     expectIdle();
 }

@@ -45,6 +45,7 @@ void ScriptedEngine::add(std::size_t number, Step step)
 
 std::string ScriptedEngine::run(Call call, const Pithwise::TextCallback& onUpdate)
 {
+    m_threads.countThisOne();
     std::unique_lock lock(m_mutex);
     const Inside inside(*this);
     const std::size_t number = m_calls.size();

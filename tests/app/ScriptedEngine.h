@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LivingThreads.h"
 #include "Pithwise.h"
 
 #include <condition_variable>
@@ -40,6 +41,9 @@ public:
     /// How many updates have been told, of all calls.
     int updates() const;
 
+    /// How many threads have made a call and not ended yet. One that has ended tells nothing more.
+    int threads() const { return m_threads.number(); }
+
 private:
     /// Counts a call while it lives, under the mutex.
     struct Inside
@@ -64,6 +68,7 @@ private:
 
     std::string run(Call call, const Pithwise::TextCallback& onUpdate);
 
+    const LivingThreads m_threads;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<Call> m_calls;

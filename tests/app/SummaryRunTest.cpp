@@ -2,8 +2,11 @@
 
 #include "BackgroundThreads.h"
 #include "CancelToken.h"
+#include "LivingThreads.h"
 #include "MainThreadQueue.h"
 #include "WaitUntil.h"
+
+#include <QCoreApplication>
 
 #include <gmock/gmock.h>
 
@@ -29,10 +32,11 @@ protected:
     /// Returns once the model has written, so that the main thread has not heard of anything yet.
     void start()
     {
-        const auto generate = [this, mayEnd = m_mayEnd.get_future().share()](
+        const auto generate = [this, threads = m_runs, mayEnd = m_mayEnd.get_future().share()](
                                   const std::filesystem::path&, std::string_view, std::string_view,
                                   int, const CancelToken&,
                                   const Pithwise::TextCallback& onUpdate) -> std::string {
+            threads.countThisOne();
             onUpdate("- The");
             m_hasWritten.set_value();
             mayEnd.wait();
@@ -57,9 +61,11 @@ protected:
 
     void waitForEnd()
     {
-        EXPECT_TRUE(waitUntil([this] { return m_token.use_count() == 1; }));
+        EXPECT_TRUE(waitUntil([this] { return m_runs.number() == 0; }));
+        QCoreApplication::processEvents(); // what the run has told last
     }
 
+    const LivingThreads m_runs;
     std::promise<void> m_hasWritten;
     std::promise<void> m_mayEnd;
     std::string m_cancelsAt;
