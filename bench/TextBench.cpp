@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::size_t sectionSize = 6000; // characters, as in a run
-
 void normalise(const std::string& text)
 {
     benchmark::DoNotOptimize(WhiteSpace::normalised(text));
@@ -23,7 +21,7 @@ void count(const std::string& text)
 
 void cut(const std::string& text)
 {
-    benchmark::DoNotOptimize(Pithwise::chunks(text, sectionSize));
+    benchmark::DoNotOptimize(Pithwise::chunks(text, Pithwise::sectionSize));
 }
 
 /// What a run does to its text.

@@ -14,7 +14,6 @@
 
 static constexpr std::array<std::string_view, AppState::allTabs.size()> tabLabels = {
     "Clipboard", "Document", "Web", "Capture"};
-static constexpr std::chrono::milliseconds toastTime(1800);
 
 std::string_view AppState::rawValue(Tab tab)
 {

@@ -12,6 +12,7 @@
 #include <QString>
 
 #include <array>
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -32,6 +33,7 @@ class AppState : public ObservableObject
 public:
     enum class Tab { clipboard, document, web, capture };
     static constexpr std::array allTabs = {Tab::clipboard, Tab::document, Tab::web, Tab::capture};
+    static constexpr std::chrono::milliseconds toastTime{1800}; // until a toast goes by itself
 
     /// The label of a tab. It also identifies the tab in lists.
     static std::string_view rawValue(Tab tab);

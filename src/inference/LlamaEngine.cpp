@@ -12,10 +12,10 @@
 static LlamaHandles::Sampler createSampler()
 {
     LlamaHandles::Sampler chain{llama_sampler_chain_init(llama_sampler_chain_default_params())};
-    llama_sampler_chain_add(chain.get(), llama_sampler_init_top_k(40));
-    llama_sampler_chain_add(chain.get(), llama_sampler_init_top_p(0.9F, 1));
-    llama_sampler_chain_add(chain.get(), llama_sampler_init_temp(0.3F));
-    llama_sampler_chain_add(chain.get(), llama_sampler_init_dist(1234));
+    llama_sampler_chain_add(chain.get(), llama_sampler_init_top_k(LlamaEngine::topK));
+    llama_sampler_chain_add(chain.get(), llama_sampler_init_top_p(LlamaEngine::topP, 1));
+    llama_sampler_chain_add(chain.get(), llama_sampler_init_temp(LlamaEngine::temperature));
+    llama_sampler_chain_add(chain.get(), llama_sampler_init_dist(LlamaEngine::seed));
     return chain;
 }
 

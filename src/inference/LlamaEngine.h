@@ -3,6 +3,7 @@
 #include "CancelToken.h"
 #include "Mutex.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -17,6 +18,13 @@ class LlamaEngine
 {
 public:
     using TextCallback = std::function<void(const std::string& text)>;
+
+    // How the next token is drawn, in this order. The seed is fixed, so that a text has one
+    // summary.
+    static constexpr int topK = 40;
+    static constexpr float topP = 0.9F;
+    static constexpr float temperature = 0.3F;
+    static constexpr std::uint32_t seed = 1234;
 
     /// The engine of the process, never destroyed.
     static LlamaEngine& shared();

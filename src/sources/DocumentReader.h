@@ -27,7 +27,10 @@ using OnPage = std::function<void(const ScannedPage&)>;
 /// cannot be read, and whatever the reader of its kind throws.
 std::string read(const std::filesystem::path& file, const OnPage& onPage = {});
 
-/// The text of the PDF `file`: its text layer, else what can be recognised on its first 15 pages.
+/// How many pages of a scan are recognised, its first ones.
+constexpr int mostRecognizedPages = 15;
+
+/// The text of the PDF `file`: its text layer, else what can be recognised on its pages.
 /// Throws AppError "Could not open the PDF." and what OCR throws.
 std::string readPDF(const std::filesystem::path& file, const OnPage& onPage = {});
 

@@ -24,7 +24,6 @@ namespace {
 /// A text layer with fewer characters than this on all pages together is a scanner's stamp, not the
 /// text.
 constexpr std::size_t leastTextLayer = 41;
-constexpr int mostRecognizedPages = 15;
 constexpr double pixelsPerPoint = 2;
 constexpr double mostPixels = 50e6; // a poster of the size A0 has 32 million
 

@@ -9,9 +9,6 @@
 
 namespace Pithwise {
 
-constexpr std::size_t singlePassLimit = 7500; // characters
-constexpr std::size_t sectionSize = 6000;     // characters
-constexpr std::size_t mostSections = 10;
 constexpr int noteTokens = 170;
 
 constexpr std::string_view systemText =

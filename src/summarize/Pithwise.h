@@ -15,6 +15,10 @@
 /// function may be called from any thread.
 namespace Pithwise {
 
+constexpr std::size_t singlePassLimit = 7500; // characters that are summarised at once
+constexpr std::size_t sectionSize = 6000;     // characters, of a longer text
+constexpr std::size_t mostSections = 10;
+
 /// What the model is told to do for one mode and length of summary.
 struct Instruction
 {
@@ -41,9 +45,9 @@ using Generate = std::function<std::string(
 /// Calls LlamaEngine::shared().generate().
 Generate sharedEngine();
 
-/// Summarises `text` and returns the summary. Up to 7500 characters are summarised in one pass; a
-/// longer text by way of notes on up to 10 sections spread over it. Blocks; not for the main
-/// thread.
+/// Summarises `text` and returns the summary. A text of more than
+/// `singlePassLimit` characters is summarised by way of notes on sections that are spread over it.
+/// Blocks; not for the main thread.
 ///
 /// `status` gets progress lines and `output` the growing final answer, both on the calling thread.
 /// Once `token` is cancelled, the final answer so far is returned; that is "" before the final

@@ -1,5 +1,7 @@
 #include "AppStateFixture.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 using testing::AnyOf;
