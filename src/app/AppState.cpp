@@ -91,12 +91,3 @@ void AppState::fail(const QString& sentence)
     isWorking = false;
     status = QString();
 }
-
-void AppState::flash(const QString& message)
-{
-    toast = message;
-    m_services.later(toastTime, [state = QPointer(this), message] {
-        if (state && state->toast.get() == message)
-            state->toast = std::nullopt;
-    });
-}
