@@ -5,7 +5,6 @@
 #include "QtText.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
