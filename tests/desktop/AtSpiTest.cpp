@@ -1,4 +1,4 @@
-#include "linux/AtSpi.h"
+#include "AtSpi.h"
 
 #include "SelectionFixture.h"
 

@@ -1,5 +1,5 @@
+#include "AtSpi.h"
 #include "SelectionFixture.h"
-#include "linux/AtSpi.h"
 
 #include <QCoroTask>
 #include <QFile>

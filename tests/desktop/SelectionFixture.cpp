@@ -1,6 +1,6 @@
 #include "SelectionFixture.h"
 
-#include "linux/AtSpi.h"
+#include "AtSpi.h"
 
 #include <QCoroTask>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "linux/GreyScaling.h"
+#include "GreyScaling.h"
 
 #include <gtest/gtest.h>
 

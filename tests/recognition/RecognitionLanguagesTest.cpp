@@ -1,4 +1,4 @@
-#include "linux/RecognitionLanguages.h"
+#include "RecognitionLanguages.h"
 
 #include "EnvironmentVariable.h"
 

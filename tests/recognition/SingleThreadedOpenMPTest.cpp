@@ -1,4 +1,4 @@
-#include "linux/SingleThreadedOpenMP.h"
+#include "SingleThreadedOpenMP.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "linux/TextPicture.h"
+#include "TextPicture.h"
 
 #include "TextImage.h"
 

@@ -1,4 +1,4 @@
-#include "linux/WindowGestures.h"
+#include "WindowGestures.h"
 
 #include <gtest/gtest.h>
 
