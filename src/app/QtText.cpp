@@ -1,5 +1,6 @@
 #include "QtText.h"
 
+#include "AppError.h"
 #include "Utf8.h"
 #include "WhiteSpace.h"
 
