@@ -6,8 +6,6 @@
 
 #include <QStringDecoder>
 
-#include <new>
-
 namespace QtText {
 
 QString fromUtf8(std::string_view text)

@@ -24,7 +24,7 @@ void AppStateFixture::TearDown()
 void AppStateFixture::makeState()
 {
     state = std::make_unique<AppState>(services());
-    shown.clear();
+    moments.clear();
     isLooking = false;
     QObject::connect(state.get(), &AppState::willChange, state.get(), [this] { lookLater(); });
 }
@@ -37,7 +37,7 @@ void AppStateFixture::lookLater()
         state.get(),
         [this] {
             isLooking = false;
-            shown.push_back(snapshot());
+            moments.push_back(snapshot());
         },
         Qt::QueuedConnection);
 }

@@ -111,7 +111,7 @@ protected:
 
     /// What a view has shown, which looks once in each turn of the event loop in which it is told
     /// of a change.
-    std::vector<std::string> shown;
+    std::vector<std::string> moments;
     bool isLooking = false; // later in this turn
     std::unique_ptr<AppState> state;
 };

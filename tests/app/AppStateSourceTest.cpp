@@ -20,8 +20,8 @@ TEST_F(AppStateSourceTest, TheClipboardsTextIsSummarized)
     expectWorking("Loading model…");
     EXPECT_EQ(state->tab, Tab::clipboard);
     QCoreApplication::processEvents();
-    EXPECT_THAT(shown, Not(IsEmpty()));
-    for (const std::string& moment : shown) // reading it is no work
+    EXPECT_THAT(moments, Not(IsEmpty()));
+    for (const std::string& moment : moments) // reading it is no work
         EXPECT_THAT(moment, AnyOf(HasSubstr("some text"), HasSubstr("idle")));
 }
 

@@ -114,13 +114,13 @@ TEST_F(AppStateSummarizeTest, StopEndsTheRunAtOnceAndItsSummaryNeverShows)
     expectIdle();
     EXPECT_TRUE(state->token()->isCancelled());
     QCoreApplication::processEvents();
-    shown.clear();
+    moments.clear();
     engine.update(0, "- The late");
     engine.finish(0, "- The late summary");
     waitForRuns(0);
     EXPECT_EQ(state->output.get(), "- The");
     expectIdle();
-    EXPECT_THAT(shown, ElementsAre());
+    EXPECT_THAT(moments, ElementsAre());
 }
 
 TEST_F(AppStateSummarizeTest, StopHoldsBackWhatIsOnItsWayAlready)
@@ -157,11 +157,11 @@ TEST_F(AppStateSummarizeTest, OfTwoRunsTheFirstIsCancelledAndNeverHeardOfAgain)
     engine.update(1, "second");
     waitForOutput("second");
     QCoreApplication::processEvents();
-    shown.clear();
+    moments.clear();
     engine.update(0, "first");
     engine.finish(0, "first summary");
     waitForRuns(1);
-    EXPECT_THAT(shown, ElementsAre());
+    EXPECT_THAT(moments, ElementsAre());
     engine.finish(1, "second summary");
     waitForOutput("second summary");
     expectIdle();
@@ -223,8 +223,8 @@ TEST_F(AppStateSummarizeTest, WhatComesTogetherIsShownTogether)
         std::this_thread::yield();
     waitForOutput("- The end");
     QCoreApplication::processEvents();
-    EXPECT_THAT(shown, ElementsAre(EndsWith("|  | working Loading model… | no error"),
-                                   EndsWith("| - The end | working Summarizing… | no error")));
+    EXPECT_THAT(moments, ElementsAre(EndsWith("|  | working Loading model… | no error"),
+                                     EndsWith("| - The end | working Summarizing… | no error")));
 }
 
 TEST_F(AppStateSummarizeTest, TheSummaryTakesThePlaceOfWhatItMakesObsolete)
@@ -235,8 +235,8 @@ TEST_F(AppStateSummarizeTest, TheSummaryTakesThePlaceOfWhatItMakesObsolete)
     waitForRunsUnheard(0);
     waitForOutput("- The end.");
     QCoreApplication::processEvents();
-    EXPECT_THAT(shown, ElementsAre(EndsWith("|  | working Loading model… | no error"),
-                                   EndsWith("| - The end. | idle  | no error")));
+    EXPECT_THAT(moments, ElementsAre(EndsWith("|  | working Loading model… | no error"),
+                                     EndsWith("| - The end. | idle  | no error")));
 }
 
 TEST_F(AppStateSummarizeTest, AFailureComesAfterWhatWasWrittenBeforeIt)

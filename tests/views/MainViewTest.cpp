@@ -33,7 +33,7 @@ protected:
     {
         engine.finish(0, "A summary.");
         startRun(QStringLiteral("A text."));
-        waitForEnd();
+        waitForRuns(0);
         settle();
         ASSERT_EQ(state->output.get(), QStringLiteral("A summary."));
     }
@@ -287,7 +287,7 @@ TEST_F(MainViewTest, WithASummaryAnotherModeOrLengthSummarisesAgain)
     EXPECT_TRUE(state->isWorking);
     waitForCalls(2);
     engine.finish(1, "Another.");
-    waitForEnd();
+    waitForRuns(0);
     settle();
     moveSlider(Qt::Key_Right);
     EXPECT_TRUE(state->isWorking);

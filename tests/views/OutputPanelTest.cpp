@@ -268,7 +268,7 @@ TEST_F(OutputPanelTest, AScreenReaderIsToldTheStatusAndTheFinishedSummary)
     settle();
     EXPECT_EQ(told(), QStringLiteral("Summarizing…")) << "not before it is finished";
     engine.finish(0, "So **far**");
-    waitForEnd();
+    waitForRuns(0);
     settle();
     EXPECT_EQ(told(), QStringLiteral("Summary: So far"));
 }
