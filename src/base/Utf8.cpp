@@ -25,7 +25,7 @@ bool isValid(std::string_view bytes)
     return true;
 }
 
-static std::string fromLatin1(std::string_view bytes)
+std::string fromLatin1(std::string_view bytes)
 {
     std::string text;
     const auto longer = std::count_if(bytes.begin(), bytes.end(), [](char byte) {

@@ -1,28 +1,10 @@
 #include "SelectionReader.h"
 
+#include "Utf8.h"
+
 #include <algorithm>
-#include <array>
 
-namespace {
-
-constexpr std::chrono::milliseconds setupLimit(100);
-
-std::string utf8FromLatin1(std::string_view text)
-{
-    std::string result;
-    for (const char byte : text) {
-        const auto code = static_cast<unsigned char>(byte);
-        if (code < 0x80) {
-            result += byte;
-        } else {
-            result += static_cast<char>(0xC0 | (code >> 6U));
-            result += static_cast<char>(0x80 | (code & 0x3FU));
-        }
-    }
-    return result;
-}
-
-} // namespace
+static constexpr std::chrono::milliseconds setupLimit(100);
 
 SelectionReader::SelectionReader(X11Connection& connection)
     : m_connection(connection),
@@ -125,7 +107,7 @@ SelectionReader::text(xcb_atom_t selection, std::chrono::milliseconds patience, 
         if (m_hasStalled)
             return std::nullopt;
         if (property && property->format == 8)
-            return property->type == XCB_ATOM_STRING ? utf8FromLatin1(property->bytes)
+            return property->type == XCB_ATOM_STRING ? Utf8::fromLatin1(property->bytes)
                                                      : std::move(property->bytes);
     }
     return std::nullopt;
