@@ -25,7 +25,7 @@ TEST_F(WriteTextTest, TextIsOfferedUnderEveryNameThatProgramsAskFor)
 
 TEST_F(WriteTextTest, TextThatLatin1LacksIsNotOfferedInIt)
 {
-    for (const char* text : {"Ā", "中文", "👩"}) {
+    for (const char* text : {"Ā", "中文", "👩", "\uFEFFa"}) {
         write(text);
         EXPECT_EQ(clipboard(), text);
         EXPECT_FALSE(clipboard("TARGETS").contains("\nSTRING\n")) << text;

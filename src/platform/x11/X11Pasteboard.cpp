@@ -1,7 +1,8 @@
 #include "X11Pasteboard.h"
 
-#include "PlainTextItem.h"
 #include "SelectionForm.h"
+
+#include <QStringConverter>
 
 #include <algorithm>
 #include <array>
@@ -50,6 +51,17 @@ int rank(std::string_view target)
     const bool isTextAgain = target == "STRING" || target == "TEXT" || target == "COMPOUND_TEXT" ||
                              target.starts_with("text/plain");
     return isTextAgain ? 2 : 1;
+}
+
+/// `text` in Latin-1, nothing if it has other characters.
+std::optional<std::string> latin1(const std::string& text)
+{
+    // Otherwise a leading U+FEFF would be dropped.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    QStringEncoder encoder(QStringEncoder::Latin1);
+    const QString units = decoder(QByteArrayView(text));
+    const QByteArray bytes = encoder(units);
+    return encoder.hasError() ? std::nullopt : std::optional(bytes.toStdString());
 }
 
 } // namespace
@@ -151,5 +163,12 @@ std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
 
 void X11Pasteboard::writeText(std::string text)
 {
-    write(PlainTextItem::of(std::move(text)));
+    std::optional<std::string> string = latin1(text);
+    Item item = {{"UTF8_STRING", text, "UTF8_STRING 8"},
+                 {"text/plain;charset=utf-8", text, "text/plain;charset=utf-8 8"}};
+    // Programs that ask for this name leave the form to the owner.
+    item.push_back({"TEXT", std::move(text), "UTF8_STRING 8"});
+    if (string)
+        item.push_back({"STRING", *std::move(string), "STRING 8"});
+    write(std::move(item));
 }
