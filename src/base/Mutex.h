@@ -19,7 +19,7 @@
 #define PITHWISE_ACQUIRE(...) PITHWISE_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define PITHWISE_RELEASE(...) PITHWISE_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
 
-/// std::mutex with these annotations. Locked only through MutexLock.
+/// std::mutex with these annotations. Locked only through MutexLock and ConditionVariable.
 class PITHWISE_CAPABILITY("mutex") Mutex
 {
 public:
@@ -27,8 +27,6 @@ public:
     void unlock() PITHWISE_RELEASE() { m_mutex.unlock(); }
 
 private:
-    friend class ConditionVariable;
-
     std::mutex m_mutex;
 };
 
@@ -45,40 +43,24 @@ private:
     Mutex& m_mutex;
 };
 
-/// std::condition_variable for a Mutex. Who waits holds the mutex, which others can have meanwhile,
-/// and asks in a loop: "while (!isDone) changed.wait(mutex);". A condition handed over as a
-/// function would escape the checks.
+/// std::condition_variable_any for a Mutex. Who waits holds the mutex, which others can have
+/// meanwhile, and asks in a loop: "while (!isDone) changed.wait(mutex);". A condition handed over
+/// as a function would escape the checks.
 class ConditionVariable
 {
 public:
-    void wait(Mutex& mutex) PITHWISE_REQUIRES(mutex)
-    {
-        Borrowed borrowed(mutex);
-        m_condition.wait(borrowed.lock);
-    }
+    void wait(Mutex& mutex) PITHWISE_REQUIRES(mutex) { m_condition.wait(mutex); }
 
     /// Returns false once `deadline` has passed.
     bool waitUntil(Mutex& mutex, std::chrono::steady_clock::time_point deadline)
         PITHWISE_REQUIRES(mutex)
     {
-        Borrowed borrowed(mutex);
-        return m_condition.wait_until(borrowed.lock, deadline) == std::cv_status::no_timeout;
+        return m_condition.wait_until(mutex, deadline) == std::cv_status::no_timeout;
     }
 
     void notifyOne() { m_condition.notify_one(); }
     void notifyAll() { m_condition.notify_all(); }
 
 private:
-    /// The form in which the standard library takes a mutex that is held, and goes on to be.
-    struct Borrowed
-    {
-        explicit Borrowed(Mutex& mutex) : lock(mutex.m_mutex, std::adopt_lock) {}
-        ~Borrowed() { lock.release(); }
-        Borrowed(const Borrowed&) = delete;
-        Borrowed& operator=(const Borrowed&) = delete;
-
-        std::unique_lock<std::mutex> lock;
-    };
-
-    std::condition_variable m_condition;
+    std::condition_variable_any m_condition;
 };
