@@ -1,41 +1,18 @@
 #include "ControlCharacters.h"
 
-#include <array>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
 
-namespace ControlCharacters {
+#include <cstdint>
 
-namespace {
-
-/// Characters of more than one byte that differ only in their last byte.
-struct Range
+std::size_t ControlCharacters::lengthAt(std::string_view text)
 {
-    std::string_view begin; // all bytes but the last
-    unsigned char first;
-    unsigned char last;
-};
-
-constexpr std::array<Range, 3> longRanges = {{
-    {"\xC2", 0x80, 0x9F},     // C1
-    {"\xE2\x80", 0xAA, 0xAE}, // embeddings and overrides
-    {"\xE2\x81", 0xA6, 0xA9}, // isolates
-}};
-
-} // namespace
-
-std::size_t lengthAt(std::string_view text)
-{
-    const auto first = static_cast<unsigned char>(text[0]);
-    if (first < 0x80)
-        return first < 0x20 || first == 0x7F ? 1 : 0;
-    for (const Range& range : longRanges) {
-        const std::size_t length = range.begin.size();
-        if (!text.starts_with(range.begin) || text.size() == length)
-            continue;
-        const auto byte = static_cast<unsigned char>(text[length]);
-        if (byte >= range.first && byte <= range.last)
-            return length + 1;
-    }
-    return 0;
+    const auto* data = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t length = 0;
+    UChar32 character = 0;
+    U8_NEXT(data, length, text.size(), character);
+    const bool isControl = u_charType(character) == U_CONTROL_CHAR;
+    const bool embeds = character >= 0x202A && character <= 0x202E; // or overrides
+    const bool isolates = character >= 0x2066 && character <= 0x2069;
+    return isControl || embeds || isolates ? length : 0;
 }
-
-} // namespace ControlCharacters
