@@ -32,10 +32,9 @@ std::optional<std::string> RegularFile::bytes() const
     std::string bytes(m_size + 1, '\0');
     std::size_t length = 0;
     for (;;) {
-        const ssize_t count = ::pread(m_descriptor.value(), bytes.data() + length,
-                                      bytes.size() - length, static_cast<off_t>(length));
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count =
+            TEMP_FAILURE_RETRY(::pread(m_descriptor.value(), bytes.data() + length,
+                                       bytes.size() - length, static_cast<off_t>(length)));
         if (count < 0)
             return std::nullopt;
         if (count == 0)

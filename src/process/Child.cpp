@@ -160,8 +160,7 @@ public:
         if (signal != 0)
             ::kill(m_id, signal);
         int status = 0;
-        while (::waitpid(m_id, &status, 0) < 0 && errno == EINTR) {
-        }
+        TEMP_FAILURE_RETRY(::waitpid(m_id, &status, 0));
         m_id = 0;
         return status;
     }

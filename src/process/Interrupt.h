@@ -1,9 +1,13 @@
 #pragma once
 
+#include "FileDescriptor.h"
+
+#include <atomic>
 #include <chrono>
+#include <csignal>
 #include <functional>
-#include <memory>
 #include <optional>
+#include <thread>
 
 /// Turns the user's wish to stop the program (Ctrl+C, or the session asking it to end) into a call
 /// while it is alive. The second such wish ends the process at once, as without it.
@@ -24,9 +28,17 @@ public:
     Interrupt& operator=(const Interrupt&) = delete;
 
     /// The exit status the process should end with if it was interrupted, else 0. Any thread.
-    int exitStatus() const;
+    int exitStatus() const { return m_signal == 0 ? 0 : 128 + m_signal; }
 
 private:
-    class Watcher;
-    std::unique_ptr<Watcher> m_watcher;
+    void watch();
+    void waitForEnd();
+
+    std::function<void()> m_callback;
+    std::optional<std::chrono::milliseconds> m_patience;
+    sigset_t m_signals;
+    FileDescriptor m_signalDescriptor;
+    FileDescriptor m_quitDescriptor;
+    std::atomic<int> m_signal = 0;
+    std::thread m_watcher;
 };
