@@ -2,44 +2,27 @@
 
 #include <dlfcn.h>
 
-namespace {
-
-using Get = int (*)();
-using Set = void (*)(int);
-
 /// The function of OpenMP with this name, null if Tesseract was built without OpenMP. It is looked
 /// up in the process, so that it belongs to the library that Tesseract brings, whatever compiler
 /// built us.
 template <typename Function>
-Function find(const char* name)
+static Function* find(const char* name)
 {
-    return reinterpret_cast<Function>(::dlsym(RTLD_DEFAULT, name));
+    return reinterpret_cast<Function*>(::dlsym(RTLD_DEFAULT, name));
 }
-
-Get levels()
-{
-    static const Get function = find<Get>("omp_get_max_active_levels");
-    return function;
-}
-
-Set setLevels()
-{
-    static const Set function = find<Set>("omp_set_max_active_levels");
-    return function;
-}
-
-} // namespace
 
 SingleThreadedOpenMP::SingleThreadedOpenMP()
+    : m_setLevels(find<void(int)>("omp_set_max_active_levels"))
 {
-    if (levels() == nullptr || setLevels() == nullptr)
+    auto* const levels = find<int()>("omp_get_max_active_levels");
+    if (levels == nullptr || m_setLevels == nullptr)
         return;
-    m_levels = levels()();
-    setLevels()(0);
+    m_levels = levels();
+    m_setLevels(0);
 }
 
 SingleThreadedOpenMP::~SingleThreadedOpenMP()
 {
-    if (levels() != nullptr && setLevels() != nullptr)
-        setLevels()(m_levels);
+    if (m_setLevels != nullptr)
+        m_setLevels(m_levels);
 }

@@ -13,5 +13,6 @@ public:
     SingleThreadedOpenMP& operator=(const SingleThreadedOpenMP&) = delete;
 
 private:
+    void (*m_setLevels)(int); // null without OpenMP
     int m_levels = 0;
 };
