@@ -7,6 +7,7 @@
 #include "Utf8.h"
 
 #include <QCoroFuture>
+#include <QScopeGuard>
 #include <QThreadPool>
 #include <QUnhandledException>
 #include <QtConcurrentRun>
@@ -35,21 +36,12 @@ static QCoro::Task<PageBody> download(QUrl address, std::chrono::milliseconds ti
     co_return co_await transfer.body();
 }
 
-/// When destroyed, gives the memory of a page back to the system. Make it before everything that
-/// holds the page, so that all of it is free by then. Runs on another thread, because it takes some
-/// milliseconds.
-class MemoryReturn
-{
-public:
-    MemoryReturn() = default;
-    ~MemoryReturn() { QThreadPool::globalInstance()->start(&FreedMemory::giveBack); }
-    MemoryReturn(const MemoryReturn&) = delete;
-    MemoryReturn& operator=(const MemoryReturn&) = delete;
-};
-
 QCoro::Task<std::string> fetch(std::string address, std::chrono::milliseconds timeout)
 {
-    const MemoryReturn memoryReturn;
+    // Before everything that holds the page, so that all of it is free by then. On another thread,
+    // because it takes some milliseconds.
+    const auto memoryReturn =
+        qScopeGuard([] { QThreadPool::globalInstance()->start(&FreedMemory::giveBack); });
     auto body =
         std::make_shared<PageBody>(co_await download(PageAddress::parsed(address), timeout));
     try {

@@ -7,7 +7,7 @@
 #include <xcb/xcb_keysyms.h>
 
 #include <array>
-#include <atomic>
+#include <mutex>
 
 namespace X11RegionOverlay {
 
@@ -91,33 +91,14 @@ QRect followUser(X11Connection& connection, X11RegionPicture& picture, int cance
     return gesture.state() == State::chosen ? gesture.rectangle() : QRect();
 }
 
-/// Only one region is chosen at a time in a process, because there is one pointer.
-std::atomic_flag isUnderWay;
-
-class Turn
-{
-public:
-    Turn() : m_isOurs(!isUnderWay.test_and_set()) {}
-    ~Turn()
-    {
-        if (m_isOurs)
-            isUnderWay.clear();
-    }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-    bool isOurs() const { return m_isOurs; }
-
-private:
-    bool m_isOurs;
-};
-
 } // namespace
 
 std::optional<QImage> select(X11Connection& connection, const QImage& screen, int cancelDescriptor)
 {
-    const Turn turn;
-    if (!turn.isOurs())
+    // Only one region is chosen at a time in a process, because there is one pointer.
+    static std::mutex pointer;
+    const std::unique_lock turn(pointer, std::try_to_lock);
+    if (!turn)
         return std::nullopt;
     X11RegionPicture picture(connection, screen);
     X11InputGrab grab(connection);
