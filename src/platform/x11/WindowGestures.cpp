@@ -36,10 +36,17 @@ bool isForWindowManager(std::uint16_t modifiers)
 
 } // namespace
 
+WindowGestures& WindowGestures::shared()
+{
+    static WindowGestures gestures;
+    return gestures;
+}
+
 void WindowGestures::press(const Press& press)
 {
     if (press.button != left && press.button != right)
         return; // the wheel, which may turn while something is dragged
+    const MutexLock lock(m_mutex);
     const std::optional<Press> before = std::exchange(m_clicked, std::nullopt);
     m_held.reset();
     if (isForWindowManager(press.modifiers))
@@ -60,6 +67,7 @@ void WindowGestures::press(const Press& press)
 /// What is dragged away and back selects nothing, so the way does not matter.
 void WindowGestures::release(std::uint32_t button, int x, int y)
 {
+    const MutexLock lock(m_mutex);
     if (!m_held || m_held->button != button)
         return;
     const Press press = *m_held;
@@ -70,8 +78,17 @@ void WindowGestures::release(std::uint32_t button, int x, int y)
         note(press.window, Kind::selection);
 }
 
+void WindowGestures::forget()
+{
+    const MutexLock lock(m_mutex);
+    m_notes = {};
+    m_held.reset();
+    m_clicked.reset();
+}
+
 std::optional<WindowGestures::Kind> WindowGestures::last(std::uint32_t window) const
 {
+    const MutexLock lock(m_mutex);
     const auto found = std::find_if(m_notes.begin(), m_notes.end(),
                                     [=](const Note& note) { return note.window == window; });
     return found != m_notes.end() ? found->kind : std::nullopt;

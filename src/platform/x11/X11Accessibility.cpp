@@ -1,6 +1,6 @@
 #include "X11Accessibility.h"
 
-#include "X11LastGesture.h"
+#include "WindowGestures.h"
 
 using std::chrono::milliseconds;
 
@@ -12,7 +12,7 @@ constexpr milliseconds primaryLimit(50);
 static bool hasEndedSelection(const FrontApplication& terminal)
 {
     using Kind = WindowGestures::Kind;
-    const auto last = X11LastGesture::in(terminal.window);
+    const auto last = WindowGestures::shared().last(terminal.window);
     return last == Kind::click || (last == Kind::clickWithShift && terminal.ignoresShift());
 }
 

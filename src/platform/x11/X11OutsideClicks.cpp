@@ -1,6 +1,6 @@
 #include "X11OutsideClicks.h"
 
-#include "X11LastGesture.h"
+#include "WindowGestures.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -33,7 +33,7 @@ X11OutsideClicks::X11OutsideClicks(std::unique_ptr<X11Connection> connection,
 
 X11OutsideClicks::~X11OutsideClicks()
 {
-    X11LastGesture::forget();
+    WindowGestures::shared().forget();
 }
 
 /// Motion is told a thousand times a second by some mice, so only while it matters.
@@ -88,8 +88,8 @@ void X11OutsideClicks::handle(const xcb_generic_event_t& event)
 void X11OutsideClicks::press(const X11RawInput::Event& event)
 {
     const X11WindowUnder::Place place = m_under.pointer();
-    X11LastGesture::press({m_under.managed(place.window), event.detail, event.time, place.x,
-                           place.y, place.modifiers});
+    WindowGestures::shared().press({m_under.managed(place.window), event.detail, event.time,
+                                    place.x, place.y, place.modifiers});
     m_press.reset();
     if (!m_isPaused && !m_under.isOurs(place.window) && !m_under.isAid(place.window))
         m_press = {event.detail, place};
@@ -116,7 +116,7 @@ void X11OutsideClicks::moveTo(const X11WindowUnder::Place& now)
 void X11OutsideClicks::release(std::uint32_t button)
 {
     const X11WindowUnder::Place place = m_under.pointer();
-    X11LastGesture::release(button, place.x, place.y);
+    WindowGestures::shared().release(button, place.x, place.y);
     if (!m_press || m_press->button != button)
         return;
     moveTo(place); // what has been told of the way so far may not be all of it

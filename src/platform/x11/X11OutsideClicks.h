@@ -12,7 +12,7 @@
 #include <optional>
 
 /// The mouse as the X server tells it to whoever asks, on a connection of its own. Also keeps
-/// X11LastGesture, during a pause as well.
+/// WindowGestures, during a pause as well.
 class X11OutsideClicks : public OutsideClicks
 {
 public:
