@@ -2,12 +2,12 @@
 // sessions that have none.
 
 #include "DesktopKind.h"
+#include "ScreenPermission.h"
 #include "X11Accessibility.h"
 #include "X11GlobalHotKey.h"
 #include "X11KeyEvents.h"
 #include "X11OutsideClicks.h"
 #include "X11Pasteboard.h"
-#include "X11ScreenPermission.h"
 #include "X11Screenshot.h"
 #include "X11WindowList.h"
 
@@ -60,12 +60,13 @@ public:
     void serveUntilReplaced() override {}
 };
 
-/// For sessions in which pictures of the screen cannot be taken, and there is nothing to ask for.
-class NullScreenPermission : public ScreenPermission
+/// An X server lets every program see the whole screen. Other sessions never do, and there is
+/// nothing to ask for.
+class SessionPermission : public ScreenPermission
 {
 public:
-    bool isGranted() override { return false; }
-    bool request() override { return false; }
+    bool isGranted() override { return DesktopKind::isX11(); }
+    bool request() override { return isGranted(); }
 };
 
 /// For sessions in which pictures of the screen cannot be taken.
@@ -85,63 +86,60 @@ public:
     std::vector<Window> windows() override { return {}; }
 };
 
-/// What `createX11` makes in an X11 session, unless that is null; else a `Null`.
-template <typename Null, typename Create>
-auto chosen(Create createX11) -> decltype(createX11())
+/// The `BackEnd` of an X11 session if the X server has what it needs, else a `Null`.
+template <typename Port, typename BackEnd, typename Null, typename... Arguments>
+std::unique_ptr<Port> chosen(Arguments... arguments)
 {
-    auto backEnd = DesktopKind::isX11() ? createX11() : nullptr;
-    return backEnd ? std::move(backEnd) : std::make_unique<Null>();
+    if (auto connection = DesktopKind::isX11() ? X11Connection::open() : nullptr) {
+        auto backEnd = std::make_unique<BackEnd>(std::move(connection), std::move(arguments)...);
+        if (backEnd->isAvailable())
+            return backEnd;
+    }
+    return std::make_unique<Null>();
 }
 
 } // namespace
 
 std::unique_ptr<Accessibility> Accessibility::create()
 {
-    return chosen<NullAccessibility>(
-        []() -> std::unique_ptr<Accessibility> { return X11Accessibility::create(); });
+    return chosen<Accessibility, X11Accessibility, NullAccessibility>();
 }
 
 std::unique_ptr<GlobalHotKey> GlobalHotKey::create(std::function<void()> pressed)
 {
-    return chosen<NullGlobalHotKey>([&]() -> std::unique_ptr<GlobalHotKey> {
-        return X11GlobalHotKey::create(std::move(pressed));
-    });
+    return chosen<GlobalHotKey, X11GlobalHotKey, NullGlobalHotKey>(std::move(pressed));
 }
 
 std::unique_ptr<KeyEvents> KeyEvents::create()
 {
-    return chosen<NullKeyEvents>(
-        []() -> std::unique_ptr<KeyEvents> { return X11KeyEvents::create(); });
+    return chosen<KeyEvents, X11KeyEvents, NullKeyEvents>();
 }
 
 std::unique_ptr<OutsideClicks> OutsideClicks::create(std::function<void()> clicked)
 {
-    return chosen<NullOutsideClicks>([&]() -> std::unique_ptr<OutsideClicks> {
-        return X11OutsideClicks::create(std::move(clicked));
-    });
+    return chosen<OutsideClicks, X11OutsideClicks, NullOutsideClicks>(std::move(clicked));
 }
 
 std::unique_ptr<Pasteboard> Pasteboard::create()
 {
-    return chosen<NullPasteboard>(
-        []() -> std::unique_ptr<Pasteboard> { return X11Pasteboard::create(); });
+    return chosen<Pasteboard, X11Pasteboard, NullPasteboard>();
 }
 
 std::unique_ptr<ScreenPermission> ScreenPermission::create()
 {
-    return chosen<NullScreenPermission>([]() -> std::unique_ptr<ScreenPermission> {
-        return std::make_unique<X11ScreenPermission>();
-    });
+    return std::make_unique<SessionPermission>();
 }
 
 std::unique_ptr<Screenshot> Screenshot::create()
 {
-    return chosen<NullScreenshot>(
-        []() -> std::unique_ptr<Screenshot> { return std::make_unique<X11Screenshot>(); });
+    if (DesktopKind::isX11())
+        return std::make_unique<X11Screenshot>();
+    return std::make_unique<NullScreenshot>();
 }
 
 std::unique_ptr<WindowList> WindowList::create()
 {
-    return chosen<NullWindowList>(
-        []() -> std::unique_ptr<WindowList> { return std::make_unique<X11WindowList>(); });
+    if (DesktopKind::isX11())
+        return std::make_unique<X11WindowList>();
+    return std::make_unique<NullWindowList>();
 }

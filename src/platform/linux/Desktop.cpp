@@ -7,8 +7,7 @@ namespace Desktop {
 
 bool isAvailable()
 {
-    const char* wayland = std::getenv("WAYLAND_DISPLAY");
-    return (wayland != nullptr && *wayland != '\0') || X11Connection::open() != nullptr;
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || X11Connection::open() != nullptr;
 }
 
 bool isComposited()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdlib>
+#include <QtGlobal>
 
 /// Tells what kind of desktop the process runs on. That decides the back ends of the ports.
 namespace DesktopKind {
@@ -9,11 +9,8 @@ namespace DesktopKind {
 /// only some of the windows and nothing of what the others show. Any thread.
 inline bool isX11()
 {
-    const auto isSet = [](const char* name) {
-        const char* value = std::getenv(name);
-        return value != nullptr && *value != '\0';
-    };
-    return isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY");
+    return !qEnvironmentVariableIsEmpty("DISPLAY") &&
+           qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
 } // namespace DesktopKind

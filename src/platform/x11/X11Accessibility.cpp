@@ -16,14 +16,6 @@ static bool hasEndedSelection(const FrontApplication& terminal)
     return last == Kind::click || (last == Kind::clickWithShift && terminal.ignoresShift());
 }
 
-std::unique_ptr<X11Accessibility> X11Accessibility::create()
-{
-    auto connection = X11Connection::open();
-    if (!connection)
-        return nullptr;
-    return std::unique_ptr<X11Accessibility>(new X11Accessibility(std::move(connection)));
-}
-
 X11Accessibility::X11Accessibility(std::unique_ptr<X11Connection> connection)
     : m_connection(std::move(connection)), m_reader(*m_connection)
 {}

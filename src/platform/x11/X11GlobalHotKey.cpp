@@ -58,16 +58,6 @@ private:
 
 } // namespace
 
-std::unique_ptr<X11GlobalHotKey> X11GlobalHotKey::create(std::function<void()> pressed)
-{
-    auto connection = X11Connection::open();
-    if (!connection)
-        return nullptr;
-    std::unique_ptr<X11GlobalHotKey> hotKey(
-        new X11GlobalHotKey(std::move(connection), std::move(pressed)));
-    return hotKey->m_input.isAvailable() ? std::move(hotKey) : nullptr;
-}
-
 X11GlobalHotKey::X11GlobalHotKey(std::unique_ptr<X11Connection> connection,
                                  std::function<void()> pressed)
     : m_connection(std::move(connection)),

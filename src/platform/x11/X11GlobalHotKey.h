@@ -14,14 +14,13 @@
 class X11GlobalHotKey : public GlobalHotKey
 {
 public:
-    /// Null if no X server answers, or if it cannot tell when a key is released.
-    static std::unique_ptr<X11GlobalHotKey> create(std::function<void()> pressed);
+    X11GlobalHotKey(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
 
+    /// Whether the X server can tell when a key is released.
+    bool isAvailable() const { return m_input.isAvailable(); }
     bool isGranted() const override { return m_isGranted; }
 
 private:
-    X11GlobalHotKey(std::unique_ptr<X11Connection> connection, std::function<void()> pressed);
-
     std::set<std::uint16_t> findModifiers();
     void grab();
     void handle(const xcb_generic_event_t& event);

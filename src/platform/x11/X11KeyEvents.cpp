@@ -26,16 +26,9 @@ xcb_keycode_t firstKey(const xcb_get_modifier_mapping_reply_t& map, int index)
 
 } // namespace
 
-std::unique_ptr<X11KeyEvents> X11KeyEvents::create()
+bool X11KeyEvents::isAvailable() const
 {
-    auto connection = X11Connection::open();
-    if (!connection)
-        return nullptr;
-    const xcb_query_extension_reply_t* test =
-        xcb_get_extension_data(connection->get(), &xcb_test_id);
-    if (test == nullptr || test->present == 0)
-        return nullptr;
-    return std::unique_ptr<X11KeyEvents>(new X11KeyEvents(std::move(connection)));
+    return m_connection->extension(xcb_test_id) != nullptr;
 }
 
 /// Releases all keys, not only the modifiers. A letter that is still held would begin to repeat

@@ -7,17 +7,16 @@
 class X11KeyEvents : public KeyEvents
 {
 public:
-    /// Null if no X server answers, or if it does not have the extension.
-    static std::unique_ptr<X11KeyEvents> create();
+    explicit X11KeyEvents(std::unique_ptr<X11Connection> connection)
+        : m_connection(std::move(connection))
+    {}
 
+    /// Whether the X server has the extension.
+    bool isAvailable() const;
     Outcome sendCopy() override;
 
 private:
     using Deadline = X11Connection::Deadline;
-
-    explicit X11KeyEvents(std::unique_ptr<X11Connection> connection)
-        : m_connection(std::move(connection))
-    {}
 
     void releaseHeldKeys(Deadline deadline);
     xcb_keycode_t copyKey(Deadline deadline);

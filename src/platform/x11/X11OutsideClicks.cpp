@@ -9,16 +9,6 @@
 constexpr std::uint32_t left = 1;
 constexpr std::uint32_t right = 3;
 
-std::unique_ptr<X11OutsideClicks> X11OutsideClicks::create(std::function<void()> clicked)
-{
-    auto connection = X11Connection::open();
-    if (!connection)
-        return nullptr;
-    std::unique_ptr<X11OutsideClicks> clicks(
-        new X11OutsideClicks(std::move(connection), std::move(clicked)));
-    return clicks->m_input.isAvailable() ? std::move(clicks) : nullptr;
-}
-
 X11OutsideClicks::X11OutsideClicks(std::unique_ptr<X11Connection> connection,
                                    std::function<void()> clicked)
     : m_connection(std::move(connection)),

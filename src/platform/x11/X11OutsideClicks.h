@@ -16,10 +16,11 @@
 class X11OutsideClicks : public OutsideClicks
 {
 public:
-    /// Null where no X server answers or it does not tell.
-    static std::unique_ptr<X11OutsideClicks> create(std::function<void()> clicked);
-
+    X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> clicked);
     ~X11OutsideClicks() override;
+
+    /// Whether the X server tells of clicks.
+    bool isAvailable() const { return m_input.isAvailable(); }
 
     void pause() override;
     void resume() override;
@@ -31,8 +32,6 @@ private:
         std::uint32_t button;
         X11WindowUnder::Place place;
     };
-
-    X11OutsideClicks(std::unique_ptr<X11Connection> connection, std::function<void()> clicked);
 
     void listen();
     void handle(const xcb_generic_event_t& event);

@@ -66,20 +66,9 @@ std::optional<std::string> latin1(const std::string& text)
 
 } // namespace
 
-std::unique_ptr<X11Pasteboard> X11Pasteboard::create()
-{
-    auto server = SelectionServer::create();
-    auto connection = server ? X11Connection::open() : nullptr;
-    if (!connection)
-        return nullptr;
-    return std::unique_ptr<X11Pasteboard>(
-        new X11Pasteboard(std::move(connection), std::move(server)));
-}
-
-X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection,
-                             std::unique_ptr<SelectionServer> server)
+X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection)
     : m_connection(std::move(connection)),
-      m_server(std::move(server)),
+      m_server(SelectionServer::create()),
       m_reader(*m_connection),
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit))
 {}

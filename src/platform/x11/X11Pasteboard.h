@@ -8,9 +8,10 @@
 class X11Pasteboard : public Pasteboard
 {
 public:
-    /// Null if no X server answers.
-    static std::unique_ptr<X11Pasteboard> create();
+    explicit X11Pasteboard(std::unique_ptr<X11Connection> connection);
 
+    /// Whether the X server can tell when the clipboard changes.
+    bool isAvailable() const { return m_server != nullptr; }
     std::uint64_t changeCount() override { return m_server->changeCount(); }
     Snapshot snapshot(std::chrono::milliseconds limit) override;
     std::optional<std::string> plainText(std::chrono::milliseconds limit) override;
@@ -29,8 +30,6 @@ private:
         std::string name;
     };
 
-    X11Pasteboard(std::unique_ptr<X11Connection> connection,
-                  std::unique_ptr<SelectionServer> server);
     std::optional<std::vector<Target>> targets(Deadline deadline);
     Snapshot fetch(const std::vector<Target>& targets, Deadline deadline);
 

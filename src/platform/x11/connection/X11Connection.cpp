@@ -52,6 +52,12 @@ X11Connection::~X11Connection()
     xcb_disconnect(m_connection);
 }
 
+const xcb_query_extension_reply_t* X11Connection::extension(xcb_extension_t& id) const
+{
+    const xcb_query_extension_reply_t* data = xcb_get_extension_data(m_connection, &id);
+    return data != nullptr && data->present != 0 ? data : nullptr;
+}
+
 bool X11Connection::isSameClient(xcb_window_t one, xcb_window_t other) const
 {
     const std::uint32_t mask = ~xcb_get_setup(m_connection)->resource_id_mask;

@@ -51,6 +51,9 @@ public:
     const xcb_screen_t& screen() const { return *m_screen; }
     xcb_window_t root() const { return m_screen->root; }
 
+    /// What the server says of an extension, null if it does not have it.
+    const xcb_query_extension_reply_t* extension(xcb_extension_t& id) const;
+
     bool isLost() const { return xcb_connection_has_error(m_connection) != 0; }
 
     /// Whether two windows or other resources were made by the same program.

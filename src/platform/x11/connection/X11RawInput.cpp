@@ -2,9 +2,8 @@
 
 X11RawInput::X11RawInput(X11Connection& connection) : m_connection(connection)
 {
-    const xcb_query_extension_reply_t* extension =
-        xcb_get_extension_data(connection.get(), &xcb_input_id);
-    if (extension == nullptr || extension->present == 0)
+    const xcb_query_extension_reply_t* extension = connection.extension(xcb_input_id);
+    if (extension == nullptr)
         return;
     // Only from version 2.1 on do the events also come while another program has grabbed the
     // device.

@@ -24,9 +24,7 @@ std::unique_ptr<SelectionServer> SelectionServer::create()
     if (!connection)
         return nullptr;
     const auto deadline = X11Connection::Clock::now() + setupLimit;
-    const xcb_query_extension_reply_t* fixes =
-        xcb_get_extension_data(connection->get(), &xcb_xfixes_id);
-    if (fixes == nullptr || fixes->present == 0 ||
+    if (connection->extension(xcb_xfixes_id) == nullptr ||
         !connection->reply<xcb_xfixes_query_version_reply_t>(
             xcb_xfixes_query_version(connection->get(), 5, 0), deadline))
         return nullptr;
