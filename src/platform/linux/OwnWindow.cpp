@@ -19,19 +19,11 @@ std::unique_ptr<X11Connection> connect()
     return DesktopKind::isX11() ? X11Connection::open() : nullptr;
 }
 
-std::optional<std::uint32_t> value(X11Connection& connection, xcb_window_t window,
-                                   const char* property)
-{
-    const auto values =
-        connection.values(connection.askValues(window, connection.atom(property), 1));
-    return values.empty() ? std::nullopt : std::optional(values.front());
-}
-
 /// The workspace that the user looks at; nothing if `window` is on it or on all of them.
 std::optional<std::uint32_t> otherWorkspace(X11Connection& connection, xcb_window_t window)
 {
-    const auto present = value(connection, connection.root(), "_NET_CURRENT_DESKTOP");
-    const auto own = value(connection, window, "_NET_WM_DESKTOP");
+    const auto present = connection.value(connection.root(), "_NET_CURRENT_DESKTOP");
+    const auto own = connection.value(window, "_NET_WM_DESKTOP");
     const bool isHere = !present || !own || *own == *present || *own == everyWorkspace;
     return isHere ? std::nullopt : present;
 }

@@ -20,9 +20,7 @@ XEmbedHost::XEmbedHost(X11Connection& connection, std::function<void()> came)
       m_came(std::move(came))
 {
     QCoreApplication::instance()->installNativeEventFilter(this);
-    const auto owner = connection.reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(connection.get(), m_tray));
-    if (owner && owner->owner != XCB_NONE)
+    if (connection.selectionOwner(m_tray).value_or(XCB_NONE) != XCB_NONE)
         tell();
 }
 

@@ -36,7 +36,7 @@ std::optional<std::string> X11Accessibility::selectedText(milliseconds limit)
 std::optional<std::string> X11Accessibility::terminalsText(const FrontApplication& terminal,
                                                            X11Connection::Deadline deadline)
 {
-    const auto owner = m_reader.owner(XCB_ATOM_PRIMARY, deadline);
+    const auto owner = m_connection->selectionOwner(XCB_ATOM_PRIMARY, deadline);
     if (!owner || !m_connection->isSameClient(*owner, terminal.window) ||
         !m_atSpi.hasSelection(terminal.process, tellingLimit)
              .value_or(!hasEndedSelection(terminal)))

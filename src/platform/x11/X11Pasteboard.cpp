@@ -132,7 +132,7 @@ Pasteboard::Snapshot X11Pasteboard::fetch(const std::vector<Target>& targets, De
 Pasteboard::Snapshot X11Pasteboard::snapshot(milliseconds limit)
 {
     const Deadline deadline = X11Connection::Clock::now() + limit;
-    const auto owner = m_reader.owner(m_clipboard, deadline);
+    const auto owner = m_connection->selectionOwner(m_clipboard, deadline);
     if (!owner || *owner == XCB_NONE)
         return {{}, owner.has_value()};
     const auto offered = targets(deadline);
@@ -143,7 +143,7 @@ std::optional<std::string> X11Pasteboard::plainText(milliseconds limit)
 {
     const Deadline deadline = X11Connection::Clock::now() + limit;
     m_hasSilentOwner = false;
-    if (m_reader.owner(m_clipboard, deadline).value_or(XCB_NONE) == XCB_NONE)
+    if (m_connection->selectionOwner(m_clipboard, deadline).value_or(XCB_NONE) == XCB_NONE)
         return std::nullopt;
     std::optional<std::string> text = m_reader.text(m_clipboard, limit, deadline);
     m_hasSilentOwner = m_reader.hasStalled() && !m_connection->isLost();

@@ -21,21 +21,12 @@ constexpr std::array<std::string_view, 27> terminals = {
     "tilda",     "tilix",    "urxvt",   "warp",       "wezterm", "xfce4-dropdown",
     "yakuake",   "zutty",    "tmux"};
 
-/// The first value of the property; window managers may add others.
-std::optional<std::uint32_t> number(X11Connection& connection, xcb_window_t window,
-                                    const char* name, Deadline deadline)
-{
-    const auto question = connection.askValues(window, connection.atom(name, deadline), 1);
-    const std::vector<std::uint32_t> values = connection.values(question, deadline);
-    return values.empty() ? std::nullopt : std::optional(values.front());
-}
-
 /// The window that the window manager calls active. Without a window manager it is the window that
 /// has the keyboard; with one, that window may be the manager's own.
 xcb_window_t frontWindow(X11Connection& connection, Deadline deadline)
 {
-    if (number(connection, connection.root(), "_NET_SUPPORTING_WM_CHECK", deadline))
-        return number(connection, connection.root(), "_NET_ACTIVE_WINDOW", deadline).value_or(0);
+    if (connection.value(connection.root(), "_NET_SUPPORTING_WM_CHECK", deadline))
+        return connection.value(connection.root(), "_NET_ACTIVE_WINDOW", deadline).value_or(0);
     const auto focus = connection.reply<xcb_get_input_focus_reply_t>(
         xcb_get_input_focus(connection.get()), deadline);
     const bool isWindow =
@@ -65,7 +56,7 @@ std::optional<FrontApplication> FrontApplication::find(X11Connection& connection
         if (end != std::string::npos)
             addName(result.names, windowClass->bytes.substr(end + 1).c_str());
     }
-    if (const auto process = number(connection, result.window, "_NET_WM_PID", deadline)) {
+    if (const auto process = connection.value(result.window, "_NET_WM_PID", deadline)) {
         result.process = static_cast<pid_t>(*process);
         std::ifstream file("/proc/" + std::to_string(*process) + "/comm");
         std::string name;

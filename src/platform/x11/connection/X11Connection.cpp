@@ -207,3 +207,17 @@ std::vector<std::uint32_t> X11Connection::values(xcb_get_property_cookie_t quest
     const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(answer.get()));
     return {first, first + bytes / sizeof *first};
 }
+
+std::optional<std::uint32_t> X11Connection::value(xcb_window_t window, std::string_view property,
+                                                  Deadline deadline)
+{
+    const auto all = values(askValues(window, atom(property, deadline), 1), deadline);
+    return all.empty() ? std::nullopt : std::optional(all.front());
+}
+
+std::optional<xcb_window_t> X11Connection::selectionOwner(xcb_atom_t selection, Deadline deadline)
+{
+    const auto answer = reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(m_connection, selection), deadline);
+    return answer ? std::optional(answer->owner) : std::nullopt;
+}

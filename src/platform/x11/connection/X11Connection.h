@@ -98,6 +98,13 @@ public:
                                         std::uint32_t most) const;
     std::vector<std::uint32_t> values(xcb_get_property_cookie_t question,
                                       Deadline deadline = never);
+    /// The first value of a property; window managers may add others.
+    std::optional<std::uint32_t> value(xcb_window_t window, std::string_view property,
+                                       Deadline deadline = never);
+
+    /// The window that has the selection, XCB_NONE if none has. Nothing if the server does not
+    /// answer before the deadline.
+    std::optional<xcb_window_t> selectionOwner(xcb_atom_t selection, Deadline deadline = never);
 
 private:
     X11Connection(xcb_connection_t* connection, const xcb_screen_t* screen);

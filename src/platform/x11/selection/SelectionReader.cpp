@@ -13,13 +13,6 @@ SelectionReader::SelectionReader(X11Connection& connection)
       m_window(connection.createWindow())
 {}
 
-std::optional<xcb_window_t> SelectionReader::owner(xcb_atom_t selection, Deadline deadline)
-{
-    const auto answer = m_connection.reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(m_connection.get(), selection), deadline);
-    return answer ? std::optional(answer->owner) : std::nullopt;
-}
-
 /// Waits for the owner's answer. Returns whether it has put something into the property before the
 /// deadline.
 bool SelectionReader::waitForAnswer(xcb_atom_t selection, xcb_atom_t target, Deadline deadline)

@@ -19,10 +19,6 @@ public:
     /// Requires: `connection` outlives this object, and nobody else uses it while a call runs.
     explicit SelectionReader(X11Connection& connection);
 
-    /// The window that has the selection, XCB_NONE if none has. Nothing if the server does not
-    /// answer before the deadline.
-    std::optional<xcb_window_t> owner(xcb_atom_t selection, Deadline deadline);
-
     /// The selection in the form `target`. Nothing if its owner refuses it, is silent for
     /// `patience`, has not finished by the deadline, or has more than `maximumBytes`.
     std::optional<Property> convert(xcb_atom_t selection, xcb_atom_t target,
