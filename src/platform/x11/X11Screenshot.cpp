@@ -33,9 +33,8 @@ QRect onScreen(X11Connection& connection, xcb_window_t window, const QRect& area
 
 std::optional<QImage> readWindow(X11Connection& connection, xcb_window_t window)
 {
-    const auto question =
-        X11Drawable::askArea(connection, window, X11Drawable::shadowAtom(connection));
-    const std::optional<QRect> area = X11Drawable::area(connection, question);
+    const std::optional<QRect> area =
+        X11Drawable::area(connection, X11Drawable::askArea(connection, window));
     if (!area)
         return std::nullopt;
     // With a compositor the window can be read whole, even what is beyond the screen's edge or

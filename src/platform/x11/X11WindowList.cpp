@@ -4,6 +4,7 @@
 #include "X11Drawable.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace {
@@ -14,58 +15,36 @@ constexpr std::size_t mostWindows = 4'096;
 constexpr std::uint32_t mostAtoms = 64; // types, or states, of a window
 constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
 
-struct Atoms
-{
-    explicit Atoms(X11Connection& connection)
-        : type(connection.atom("_NET_WM_WINDOW_TYPE")),
-          normal(connection.atom("_NET_WM_WINDOW_TYPE_NORMAL")),
-          dialog(connection.atom("_NET_WM_WINDOW_TYPE_DIALOG")),
-          utility(connection.atom("_NET_WM_WINDOW_TYPE_UTILITY")),
-          desktopType(connection.atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
-          others{connection.atom("_NET_WM_WINDOW_TYPE_DOCK"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_SPLASH"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_TOOLBAR"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_MENU"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_TOOLTIP"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_COMBO"),
-                 connection.atom("_NET_WM_WINDOW_TYPE_DND")},
-          state(connection.atom("_NET_WM_STATE")),
-          hidden(connection.atom("_NET_WM_STATE_HIDDEN")),
-          above(connection.atom("_NET_WM_STATE_ABOVE")),
-          below(connection.atom("_NET_WM_STATE_BELOW")),
-          workspace(connection.atom("_NET_WM_DESKTOP")),
-          opacity(connection.atom("_NET_WM_WINDOW_OPACITY")),
-          owner(connection.atom("_NET_WM_PID")),
-          shadow(X11Drawable::shadowAtom(connection))
-    {}
-
-    xcb_atom_t type, normal, dialog, utility, desktopType;
-    std::vector<xcb_atom_t> others; // types that stay above ordinary windows
-    xcb_atom_t state, hidden, above, below;
-    xcb_atom_t workspace, opacity, owner, shadow;
-};
+/// Types of windows that stay above the ordinary ones.
+constexpr std::array upperTypes = {
+    "_NET_WM_WINDOW_TYPE_DOCK",       "_NET_WM_WINDOW_TYPE_NOTIFICATION",
+    "_NET_WM_WINDOW_TYPE_SPLASH",     "_NET_WM_WINDOW_TYPE_TOOLBAR",
+    "_NET_WM_WINDOW_TYPE_MENU",       "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
+    "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_TOOLTIP",
+    "_NET_WM_WINDOW_TYPE_COMBO",      "_NET_WM_WINDOW_TYPE_DND"};
 
 bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value)
 {
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-int layer(const std::vector<std::uint32_t>& types, const std::vector<std::uint32_t>& states,
-          const Atoms& atoms)
+int layer(X11Connection& connection, const std::vector<std::uint32_t>& types,
+          const std::vector<std::uint32_t>& states)
 {
     // A window names its types in order of preference. Unknown ones are skipped.
     for (const xcb_atom_t type : types) {
-        if (type == atoms.normal || type == atoms.dialog || type == atoms.utility)
+        const auto is = [&](const char* name) { return type == connection.atom(name); };
+        if (is("_NET_WM_WINDOW_TYPE_NORMAL") || is("_NET_WM_WINDOW_TYPE_DIALOG") ||
+            is("_NET_WM_WINDOW_TYPE_UTILITY"))
             break;
-        if (type == atoms.desktopType)
+        if (is("_NET_WM_WINDOW_TYPE_DESKTOP"))
             return -1;
-        if (contains(atoms.others, type))
+        if (std::any_of(upperTypes.begin(), upperTypes.end(), is))
             return 1;
     }
-    return contains(states, atoms.above) ? 1 : contains(states, atoms.below) ? -1 : 0;
+    if (contains(states, connection.atom("_NET_WM_STATE_ABOVE")))
+        return 1;
+    return contains(states, connection.atom("_NET_WM_STATE_BELOW")) ? -1 : 0;
 }
 
 /// The questions about one window, all asked before the first answer is waited for.
@@ -76,15 +55,15 @@ struct Questions
     X11Drawable::AreaQuestion area;
     xcb_get_property_cookie_t types, states, workspace, opacity, owner;
 
-    Questions(X11Connection& connection, xcb_window_t window, const Atoms& atoms)
+    Questions(X11Connection& connection, xcb_window_t window)
         : attributes(xcb_get_window_attributes(connection.get(), window)),
           position(xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)),
-          area(X11Drawable::askArea(connection, window, atoms.shadow)),
-          types(connection.askValues(window, atoms.type, mostAtoms)),
-          states(connection.askValues(window, atoms.state, mostAtoms)),
-          workspace(connection.askValues(window, atoms.workspace, 1)),
-          opacity(connection.askValues(window, atoms.opacity, 1)),
-          owner(connection.askValues(window, atoms.owner, 1))
+          area(X11Drawable::askArea(connection, window)),
+          types(connection.askValues(window, connection.atom("_NET_WM_WINDOW_TYPE"), mostAtoms)),
+          states(connection.askValues(window, connection.atom("_NET_WM_STATE"), mostAtoms)),
+          workspace(connection.askValues(window, connection.atom("_NET_WM_DESKTOP"), 1)),
+          opacity(connection.askValues(window, connection.atom("_NET_WM_WINDOW_OPACITY"), 1)),
+          owner(connection.askValues(window, connection.atom("_NET_WM_PID"), 1))
     {}
 };
 
@@ -93,9 +72,7 @@ class Reader
 public:
     explicit Reader(X11Connection& connection)
         : m_connection(connection),
-          m_atoms(connection),
-          m_workspace(first(
-              connection.askValues(connection.root(), connection.atom("_NET_CURRENT_DESKTOP"), 1))),
+          m_workspace(connection.value(connection.root(), "_NET_CURRENT_DESKTOP")),
           m_pixelsPerPoint(connection.pixelsPerPoint()),
           m_screen(0, 0, connection.screen().width_in_pixels, connection.screen().height_in_pixels)
     {}
@@ -105,7 +82,7 @@ public:
     {
         std::vector<Questions> questions;
         for (const xcb_window_t id : ids)
-            questions.emplace_back(m_connection, id, m_atoms);
+            questions.emplace_back(m_connection, id);
         std::vector<WindowList::Window> windows;
         for (std::size_t i = 0; i < ids.size(); ++i) {
             if (const auto window = answer(ids[i], questions[i]))
@@ -139,12 +116,12 @@ private:
         const bool isElsewhere =
             workspace && m_workspace && *workspace != everyWorkspace && *workspace != *m_workspace;
         if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || isElsewhere ||
-            contains(states, m_atoms.hidden) || !position || !area ||
+            contains(states, m_connection.atom("_NET_WM_STATE_HIDDEN")) || !position || !area ||
             !m_screen.intersects(area->translated(position->dst_x, position->dst_y)))
             return std::nullopt;
         WindowList::Window window;
         window.id = id;
-        window.layer = layer(types, states, m_atoms);
+        window.layer = layer(m_connection, types, states);
         if (owner && *owner <= std::numeric_limits<pid_t>::max())
             window.owner = static_cast<pid_t>(*owner);
         window.opacity = opacity ? *opacity / double{0xFFFFFFFF} : 1;
@@ -154,7 +131,6 @@ private:
     }
 
     X11Connection& m_connection;
-    Atoms m_atoms;
     std::optional<std::uint32_t> m_workspace;
     double m_pixelsPerPoint;
     QRect m_screen;

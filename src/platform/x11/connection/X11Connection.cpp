@@ -158,10 +158,12 @@ xcb_window_t X11Connection::createWindow()
 
 xcb_atom_t X11Connection::atom(std::string_view name, Deadline deadline)
 {
+    if (const auto known = m_atoms.find(name); known != m_atoms.end())
+        return known->second;
     const auto cookie =
         xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const auto answer = reply<xcb_intern_atom_reply_t>(cookie, deadline);
-    return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_NONE);
+    return answer ? m_atoms.emplace(name, answer->atom).first->second : xcb_atom_t{XCB_NONE};
 }
 
 std::string X11Connection::atomName(xcb_atom_t atom, Deadline deadline)

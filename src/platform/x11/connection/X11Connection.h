@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <deque>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -84,7 +86,7 @@ public:
     /// Makes an invisible window for which PropertyNotify events come.
     xcb_window_t createWindow();
 
-    /// The atom with this name, XCB_NONE if it cannot be had.
+    /// The atom with this name, XCB_NONE if it cannot be had. The server is asked once.
     xcb_atom_t atom(std::string_view name, Deadline deadline = never);
     std::string atomName(xcb_atom_t atom, Deadline deadline);
 
@@ -112,6 +114,7 @@ private:
     bool waitForInput(Deadline deadline);
 
     xcb_connection_t* m_connection;
-    const xcb_screen_t* m_screen; // part of the connection
-    std::deque<Event> m_events;   // read while waiting for an answer
+    const xcb_screen_t* m_screen;                           // part of the connection
+    std::deque<Event> m_events;                             // read while waiting for an answer
+    std::map<std::string, xcb_atom_t, std::less<>> m_atoms; // those that are known
 };

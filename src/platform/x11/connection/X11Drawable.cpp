@@ -66,13 +66,10 @@ X11Connection::Owned<xcb_get_image_reply_t> readStrip(X11Connection& connection,
 
 } // namespace
 
-xcb_atom_t shadowAtom(X11Connection& connection)
+AreaQuestion askArea(X11Connection& connection, xcb_window_t window)
 {
-    return connection.atom("_GTK_FRAME_EXTENTS");
-}
-
-AreaQuestion askArea(X11Connection& connection, xcb_window_t window, xcb_atom_t shadow)
-{
+    // Here applications that draw their own window frame tell how far its shadow reaches.
+    const xcb_atom_t shadow = connection.atom("_GTK_FRAME_EXTENTS");
     return {xcb_get_geometry(connection.get(), window), connection.askValues(window, shadow, 4)};
 }
 

@@ -10,10 +10,6 @@
 /// The pixels of windows and pixmaps of the X server, in the server's own format.
 namespace X11Drawable {
 
-/// The property in which applications that draw their own window frame tell how far its shadow
-/// reaches.
-xcb_atom_t shadowAtom(X11Connection& connection);
-
 struct AreaQuestion
 {
     xcb_get_geometry_cookie_t geometry;
@@ -22,7 +18,7 @@ struct AreaQuestion
 
 /// Asks for the part of `window` that is not shadow. area() waits for the answer, which is in
 /// pixels and in the window's own coordinates. Nothing if the window is gone.
-AreaQuestion askArea(X11Connection& connection, xcb_window_t window, xcb_atom_t shadow);
+AreaQuestion askArea(X11Connection& connection, xcb_window_t window);
 std::optional<QRect> area(X11Connection& connection, const AreaQuestion& question);
 
 /// What `drawable` shows in `area`. Nothing if a part of it cannot be seen, if it has more than 256

@@ -7,16 +7,6 @@
 
 static constexpr int frameLevels = 2; // window managers nest frames no deeper
 
-X11WindowUnder::X11WindowUnder(X11Connection& connection)
-    : m_connection(connection),
-      m_process(connection.atom("_NET_WM_PID")),
-      m_state(connection.atom("WM_STATE")),
-      m_type(connection.atom("_NET_WM_WINDOW_TYPE")),
-      m_dock(connection.atom("_NET_WM_WINDOW_TYPE_DOCK")),
-      m_utility(connection.atom("_NET_WM_WINDOW_TYPE_UTILITY")),
-      m_toolbar(connection.atom("_NET_WM_WINDOW_TYPE_TOOLBAR"))
-{}
-
 X11WindowUnder::Place X11WindowUnder::pointer()
 {
     const auto pointer = m_connection.reply<xcb_query_pointer_reply_t>(
@@ -65,14 +55,12 @@ bool X11WindowUnder::isAid(xcb_window_t top)
 /// Window managers give such a window a state.
 bool X11WindowUnder::isManaged(xcb_window_t window)
 {
-    return !m_connection.values(m_connection.askValues(window, m_state, 1)).empty();
+    return m_connection.value(window, "WM_STATE").has_value();
 }
 
 bool X11WindowUnder::belongsToUs(xcb_window_t window)
 {
-    const std::vector<std::uint32_t> process =
-        m_connection.values(m_connection.askValues(window, m_process, 1));
-    return !process.empty() && process[0] == static_cast<std::uint32_t>(::getpid());
+    return m_connection.value(window, "_NET_WM_PID") == static_cast<std::uint32_t>(::getpid());
 }
 
 /// The window that the window manager manages: `window` itself, or one in it if it is a frame.
@@ -96,12 +84,12 @@ std::optional<xcb_window_t> X11WindowUnder::managedIn(xcb_window_t window, int l
 bool X11WindowUnder::leavesKeyboard(xcb_window_t window)
 {
     constexpr std::uint32_t tellsInput = 1; // this flag says that the second value counts
-    const std::vector<std::uint32_t> types =
-        m_connection.values(m_connection.askValues(window, m_type, 1));
+    const auto type = m_connection.value(window, "_NET_WM_WINDOW_TYPE");
     const std::vector<std::uint32_t> hints =
         m_connection.values(m_connection.askValues(window, XCB_ATOM_WM_HINTS, 2));
-    const bool isPanel =
-        !types.empty() && (types[0] == m_dock || types[0] == m_utility || types[0] == m_toolbar);
+    const bool isPanel = type == m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK") ||
+                         type == m_connection.atom("_NET_WM_WINDOW_TYPE_UTILITY") ||
+                         type == m_connection.atom("_NET_WM_WINDOW_TYPE_TOOLBAR");
     return isPanel && hints.size() == 2 && (hints[0] & tellsInput) != 0 && hints[1] == 0;
 }
 

@@ -17,7 +17,7 @@ public:
         std::uint16_t modifiers = 0;    // that are held
     };
 
-    explicit X11WindowUnder(X11Connection& connection);
+    explicit X11WindowUnder(X11Connection& connection) : m_connection(connection) {}
 
     Place pointer();
 
@@ -44,10 +44,4 @@ private:
     bool isFree(xcb_window_t window);
 
     X11Connection& m_connection;
-    xcb_atom_t m_process;
-    xcb_atom_t m_state;
-    xcb_atom_t m_type;
-    xcb_atom_t m_dock;
-    xcb_atom_t m_utility;
-    xcb_atom_t m_toolbar;
 };

@@ -50,7 +50,7 @@ SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, File
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     // Every change after this constructor counts.
-    m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit);
+    m_connection->finish(X11Connection::Clock::now() + setupLimit);
     m_thread = std::thread([this] { serve(); });
 }
 
