@@ -217,6 +217,13 @@ std::optional<std::uint32_t> X11Connection::value(xcb_window_t window, std::stri
     return all.empty() ? std::nullopt : std::optional(all.front());
 }
 
+void X11Connection::setValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                              std::span<const std::uint32_t> values) const
+{
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, property, type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+}
+
 std::optional<xcb_window_t> X11Connection::selectionOwner(xcb_atom_t selection, Deadline deadline)
 {
     const auto answer = reply<xcb_get_selection_owner_reply_t>(

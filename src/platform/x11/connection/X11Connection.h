@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -103,6 +104,10 @@ public:
     /// The first value of a property; window managers may add others.
     std::optional<std::uint32_t> value(xcb_window_t window, std::string_view property,
                                        Deadline deadline = never);
+
+    /// Replaces a property by such values. Does not wait.
+    void setValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                   std::span<const std::uint32_t> values) const;
 
     /// The window that has the selection, XCB_NONE if none has. Nothing if the server does not
     /// answer before the deadline.

@@ -79,25 +79,18 @@ void SelectionAnswers::answer(const xcb_selection_request_event_t& request)
 
 bool SelectionAnswers::put(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
-    if (target == m_targets)
-        return putTargets(requestor, property);
+    if (target == m_targets) {
+        std::vector<xcb_atom_t> targets = {m_targets, m_timestamp, m_multiple};
+        targets.insert(targets.end(), m_order.begin(), m_order.end());
+        m_connection.setValues(requestor, property, XCB_ATOM_ATOM, targets);
+        return true;
+    }
     if (target == m_timestamp) {
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property,
-                            XCB_ATOM_INTEGER, 32, 1, &m_time);
+        m_connection.setValues(requestor, property, XCB_ATOM_INTEGER, {&m_time, 1});
         return true;
     }
     const auto found = m_contents.find(target);
     return found != m_contents.end() && putContent(requestor, property, found->second);
-}
-
-bool SelectionAnswers::putTargets(xcb_window_t requestor, xcb_atom_t property)
-{
-    std::vector<xcb_atom_t> targets = {m_targets, m_timestamp, m_multiple};
-    targets.insert(targets.end(), m_order.begin(), m_order.end());
-    xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property,
-                        XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(targets.size()),
-                        targets.data());
-    return true;
 }
 
 /// Answers a MULTIPLE request, whose property lists pairs: a target, and the property to put its
@@ -117,8 +110,7 @@ bool SelectionAnswers::putSeveral(xcb_window_t requestor, xcb_atom_t property)
         if (atoms[i + 1] == XCB_NONE || !put(requestor, atoms[i], atoms[i + 1]))
             atoms[i + 1] = XCB_NONE;
     }
-    xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property, m_atomPair,
-                        32, static_cast<std::uint32_t>(atoms.size()), atoms.data());
+    m_connection.setValues(requestor, property, m_atomPair, atoms);
     return true;
 }
 
@@ -140,8 +132,7 @@ bool SelectionAnswers::putContent(xcb_window_t requestor, xcb_atom_t property,
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection.get(), requestor, XCB_CW_EVENT_MASK, &events);
     const auto announced = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
-    xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property, m_incr, 32,
-                        1, &announced);
+    m_connection.setValues(requestor, property, m_incr, {&announced, 1});
     m_transfers.push_back(
         {requestor, property, content, 0, X11Connection::Clock::now() + patience});
     return true;

@@ -52,7 +52,6 @@ private:
     };
 
     bool put(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
-    bool putTargets(xcb_window_t requestor, xcb_atom_t property);
     bool putSeveral(xcb_window_t requestor, xcb_atom_t property);
     bool putContent(xcb_window_t requestor, xcb_atom_t property,
                     const std::shared_ptr<const Content>& content);

@@ -99,10 +99,7 @@ void SelectionServer::endOffer()
 /// As ICCCM has it: the property lists what to save.
 void SelectionServer::askManager()
 {
-    const std::vector<xcb_atom_t> targets = m_answers->targets();
-    xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, m_window, m_saveTargets,
-                        XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(targets.size()),
-                        targets.data());
+    m_connection->setValues(m_window, m_saveTargets, XCB_ATOM_ATOM, m_answers->targets());
     // Where there is no manager, the X server itself answers.
     xcb_convert_selection(m_connection->get(), m_window, m_manager, m_saveTargets, m_saveTargets,
                           XCB_CURRENT_TIME);
