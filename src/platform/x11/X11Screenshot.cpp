@@ -1,10 +1,14 @@
 #include "X11Screenshot.h"
 
-#include "PngFile.h"
+#include "WriteAll.h"
 #include "X11Drawable.h"
 #include "X11RegionOverlay.h"
 
+#include <QBuffer>
+#include <QImageWriter>
+
 #include <sys/eventfd.h>
+#include <sys/mman.h>
 
 #include <cerrno>
 #include <system_error>
@@ -44,9 +48,31 @@ std::optional<QImage> readWindow(X11Connection& connection, xcb_window_t window)
     return X11Drawable::read(connection, window, onScreen(connection, window, *area));
 }
 
+[[noreturn]] void fail(const std::string& cause)
+{
+    throw std::runtime_error("The screenshot could not be written: " + cause + ".");
+}
+
+std::string png(const QImage& image)
+{
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "png");
+    writer.setQuality(80); // zlib's fastest level: the file lives for a second
+    if (!writer.write(image))
+        fail(writer.errorString().toStdString());
+    return buffer.data().toStdString();
+}
+
+/// `image` in a file in memory, which goes with its last descriptor.
 std::optional<FileDescriptor> written(const std::optional<QImage>& image)
 {
-    return image ? std::optional(PngFile::of(*image)) : std::nullopt;
+    if (!image)
+        return std::nullopt;
+    const std::string bytes = png(*image);
+    FileDescriptor file(::memfd_create("pithwise-capture", MFD_CLOEXEC));
+    if (file.value() < 0 || writeAll(file.value(), bytes) < bytes.size())
+        fail(std::generic_category().message(errno));
+    return file;
 }
 
 } // namespace

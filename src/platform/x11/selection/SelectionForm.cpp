@@ -2,10 +2,7 @@
 
 std::string SelectionForm::text() const
 {
-    std::string result = type;
-    result += ' ';
-    result += std::to_string(format);
-    return result;
+    return type + ' ' + std::to_string(format);
 }
 
 SelectionForm SelectionForm::parse(const std::string& text, const std::string& target)
