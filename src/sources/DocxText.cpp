@@ -4,10 +4,10 @@
 #include "DocumentReader.h"
 #include "HTMLText.h"
 #include "RegularFile.h"
+#include "ReplacedPieces.h"
 #include "Utf8.h"
 #include "ZipMember.h"
 
-#include <algorithm>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -27,31 +27,23 @@ static constexpr std::array marks = {Mark{"</w:p>", '\n'}, Mark{"<w:tab/>", '\t'
 
 /// Replaces the marks by their characters, all in one pass. Replacing them one after the other
 /// would give the same: no mark can begin within another one or come into being by a replacement.
-static void replaceMarks(std::string& xml)
+static std::string withMarksReplaced(std::string_view xml)
 {
-    char* out = xml.data();
-    const char* in = out;
-    const char* const end = out + xml.size();
-    while (in != end) {
-        const std::string_view rest(in, static_cast<std::size_t>(end - in));
-        const auto mark = std::find_if(marks.begin(), marks.end(), [rest](const Mark& candidate) {
-            return rest.starts_with(candidate.tag);
-        });
-        if (mark != marks.end()) {
-            *out++ = mark->character;
-            in += mark->tag.size();
-            continue;
+    return replacedPieces(xml, "<", [](std::string_view rest, std::string& result) {
+        for (const Mark& mark : marks) {
+            if (rest.starts_with(mark.tag)) {
+                result += mark.character;
+                return mark.tag.size();
+            }
         }
-        const std::size_t length = std::min(rest.find('<', 1), rest.size());
-        out = std::copy(in, in + length, out);
-        in += length;
-    }
-    xml.resize(static_cast<std::size_t>(out - xml.data()));
+        result += '<';
+        return std::size_t{1};
+    });
 }
 
 std::string plainText(std::string xml)
 {
-    replaceMarks(xml);
+    xml = withMarksReplaced(xml);
     xml = HTMLText::withoutTags(xml);
     return HTMLText::decodeEntities(xml);
 }

@@ -1,6 +1,7 @@
 #include "HTMLText.h"
 
 #include "Characters.h"
+#include "ReplacedPieces.h"
 #include "WhiteSpace.h"
 
 #include <re2/re2.h>
@@ -173,22 +174,13 @@ std::string withoutTags(std::string_view text)
 {
     // Written by hand, because tags are most of the matches in a page, and RE2 takes four times as
     // long to replace a match as to find it.
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const std::size_t start = text.find('<');
-        result.append(text.substr(0, start));
-        if (start == std::string_view::npos)
-            return result;
-        text.remove_prefix(start);
-        const bool isEmpty = text.substr(1).starts_with('>');
-        const std::size_t end = text.find('>');
-        if (end == std::string_view::npos)
-            return result.append(text);
-        if (isEmpty)
-            result.append("<>");
-        text.remove_prefix(end + 1);
-    }
+    return replacedPieces(text, "<", [](std::string_view rest, std::string& result) {
+        const std::size_t length = std::min(rest.find('>'), rest.size() - 1) + 1;
+        const std::string_view piece = rest.substr(0, length);
+        if (piece == "<>" || !piece.ends_with('>'))
+            result.append(piece);
+        return length;
+    });
 }
 
 } // namespace HTMLText

@@ -1,4 +1,5 @@
 #include "HTMLText.h"
+#include "ReplacedPieces.h"
 
 #include <unicode/utf8.h>
 
@@ -34,26 +35,16 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 14> namedRef
 /// character that could be a part of another reference.
 std::string withNamesDecoded(std::string_view text)
 {
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const std::size_t start = text.find('&');
-        result.append(text.substr(0, start));
-        if (start == std::string_view::npos)
-            return result;
-        text.remove_prefix(start);
-        std::string_view replacement = "&";
-        std::size_t length = 1;
+    return replacedPieces(text, "&", [](std::string_view rest, std::string& result) {
         for (const auto& [name, character] : namedReferences) {
-            if (text.starts_with(name)) {
-                replacement = character;
-                length = name.size();
-                break;
+            if (rest.starts_with(name)) {
+                result.append(character);
+                return name.size();
             }
         }
-        result.append(replacement);
-        text.remove_prefix(length);
-    }
+        result += '&';
+        return std::size_t{1};
+    });
 }
 
 /// Appends the character whose number `digits` write in base `radix`, or nothing if there is no
@@ -75,26 +66,18 @@ void appendCharacter(std::string& result, std::string_view digits, int radix)
 /// because in a text of nothing but references the cost of so many matches would count.
 std::string withNumbersDecoded(std::string_view text)
 {
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const std::size_t start = text.find("&#");
-        result.append(text.substr(0, start));
-        if (start == std::string_view::npos)
-            return result;
-        text.remove_prefix(start);
-        const bool isHexadecimal = text.substr(2).starts_with('x');
+    return replacedPieces(text, "&#", [](std::string_view rest, std::string& result) {
+        const bool isHexadecimal = rest.substr(2).starts_with('x');
         const std::size_t first = isHexadecimal ? 3 : 2;
-        const std::size_t last = text.find_first_not_of("0123456789abcdefABCDEF", first);
-        if (last == std::string_view::npos || last == first || text[last] != ';') {
-            const std::size_t skipped = std::min(last, text.size());
-            result.append(text.substr(0, skipped));
-            text.remove_prefix(skipped);
-            continue;
+        const std::size_t end =
+            std::min(rest.find_first_not_of("0123456789abcdefABCDEF", first), rest.size());
+        if (end == first || !rest.substr(end).starts_with(';')) {
+            result.append(rest.substr(0, end));
+            return end;
         }
-        appendCharacter(result, text.substr(first, last - first), isHexadecimal ? 16 : 10);
-        text.remove_prefix(last + 1);
-    }
+        appendCharacter(result, rest.substr(first, end - first), isHexadecimal ? 16 : 10);
+        return end + 1;
+    });
 }
 
 } // namespace
