@@ -42,32 +42,25 @@ static void addProperties(Keywords& keywords)
     keywords["deleted"] = {Action::deleted};
 }
 
-/// Adds the words that say what their group is for. Notes and text boxes are skipped because their
+/// Destinations without text of the document. Notes and text boxes are among them because their
 /// text would stand in the middle of a sentence.
+static constexpr std::string_view skipped[] = {
+    "aftncn",    "aftnsep",      "aftnsepc",  "annotation", "atnauthor",    "atndate",
+    "atnicn",    "atnid",        "atnparent", "atnref",     "atntime",      "atrfend",
+    "atrfstart", "background",   "bkmkend",   "bkmkstart",  "colortbl",     "datafield",
+    "datastore", "do",           "filetbl",   "fldinst",    "fldtype",      "fontemb",
+    "fontfile",  "footer",       "footerf",   "footerl",    "footerr",      "footnote",
+    "formfield", "ftncn",        "ftnsep",    "ftnsepc",    "generator",    "header",
+    "headerf",   "headerl",      "headerr",   "info",       "latentstyles", "listoverridetable",
+    "listtable", "nonesttables", "objalias",  "objclass",   "objdata",      "objname",
+    "objsect",   "pict",         "pntxta",    "pntxtb",     "revtbl",       "rsidtbl",
+    "rxe",       "shp",          "shpinst",   "shprslt",    "stylesheet",   "tc",
+    "tcn",       "template",     "txe",       "userprops",  "xe",           "xmlnstbl"};
+
+/// Adds the words that say what their group is for.
 static void addDestinations(Keywords& keywords)
 {
-    for (const std::string_view name : {"aftncn",     "aftnsep",      "aftnsepc",
-                                        "annotation", "atnauthor",    "atndate",
-                                        "atnicn",     "atnid",        "atnparent",
-                                        "atnref",     "atntime",      "atrfend",
-                                        "atrfstart",  "background",   "bkmkend",
-                                        "bkmkstart",  "colortbl",     "datafield",
-                                        "datastore",  "do",           "filetbl",
-                                        "fldinst",    "fldtype",      "fontemb",
-                                        "fontfile",   "footer",       "footerf",
-                                        "footerl",    "footerr",      "footnote",
-                                        "formfield",  "ftncn",        "ftnsep",
-                                        "ftnsepc",    "generator",    "header",
-                                        "headerf",    "headerl",      "headerr",
-                                        "info",       "latentstyles", "listoverridetable",
-                                        "listtable",  "nonesttables", "objalias",
-                                        "objclass",   "objdata",      "objname",
-                                        "objsect",    "pict",         "pntxta",
-                                        "pntxtb",     "revtbl",       "rsidtbl",
-                                        "rxe",        "shp",          "shpinst",
-                                        "shprslt",    "stylesheet",   "tc",
-                                        "tcn",        "template",     "txe",
-                                        "userprops",  "xe",           "xmlnstbl"})
+    for (const std::string_view name : skipped)
         keywords[name] = {Action::skip};
     keywords["NeXTGraphic"] = {Action::skipAttachment};
     keywords["fonttbl"] = {Action::fontTable};

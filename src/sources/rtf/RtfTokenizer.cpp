@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 /// All bytes in order, so that the text of an escaped byte can be a view too.
 static constexpr auto allBytes = [] {
@@ -14,23 +15,6 @@ static constexpr auto allBytes = [] {
 static bool isLetter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-static bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-/// The value of a hexadecimal digit, -1 if `c` is none.
-static int digitValue(char c)
-{
-    if (isDigit(c))
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
 }
 
 static constexpr std::string_view meaningless("\r\n\0", 3);
@@ -80,26 +64,25 @@ RtfTokenizer::Token RtfTokenizer::word()
 RtfTokenizer::Token RtfTokenizer::escapedByte()
 {
     take(1);
-    const int high = m_rest.size() < 2 ? -1 : digitValue(m_rest[0]);
-    const int low = m_rest.size() < 2 ? -1 : digitValue(m_rest[1]);
-    if (high < 0 || low < 0)
+    const std::string_view digits = m_rest.substr(0, 2);
+    unsigned char value = 0;
+    const auto* const end =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+    if (end - digits.data() != 2)
         return {Kind::symbol, "'"};
     take(2);
-    const auto value = static_cast<unsigned char>(high * 16 + low);
     return {Kind::bytes, std::string_view(&allBytes[value], 1)};
 }
 
 std::optional<int> RtfTokenizer::parameter()
 {
-    const bool isNegative = m_rest.size() > 1 && m_rest[0] == '-' && isDigit(m_rest[1]);
-    if (isNegative)
-        take(1);
-    if (m_rest.empty() || !isDigit(m_rest.front()))
+    const bool isNegative = m_rest.starts_with('-');
+    int value = isNegative ? -maxParameter : maxParameter; // stays where the number is larger
+    const auto [end, error] = std::from_chars(m_rest.data(), m_rest.data() + m_rest.size(), value);
+    if (error == std::errc::invalid_argument)
         return std::nullopt;
-    long long value = 0;
-    for (; !m_rest.empty() && isDigit(m_rest.front()); take(1))
-        value = std::min<long long>(value * 10 + (m_rest.front() - '0'), maxParameter);
-    return static_cast<int>(isNegative ? -value : value);
+    take(static_cast<std::size_t>(end - m_rest.data()));
+    return std::clamp(value, -maxParameter, maxParameter);
 }
 
 std::string_view RtfTokenizer::take(std::size_t count)
