@@ -21,7 +21,8 @@ constexpr milliseconds patience(300);
 constexpr std::size_t maximumTargets = 256;
 
 // Targets that are not asked for. Asking for them would change something, or would give what is of
-// no use later: facts about the moment, or names of the owner's pictures in the X server.
+// no use later: facts about the moment, names of the owner's pictures in the X server, or what Qt
+// makes from another target.
 constexpr std::array<std::string_view, 22> targetsWithoutData = {
     "TARGETS",    "TIMESTAMP",
     "MULTIPLE",   "SAVE_TARGETS",
@@ -33,7 +34,7 @@ constexpr std::array<std::string_view, 22> targetsWithoutData = {
     "WINDOW",     "HOST_NAME",
     "OWNER_OS",   "PROCESS",
     "TASK",       "USER",
-    "ATOM_PAIR",  "application/x-qt-image"}; // made from another target
+    "ATOM_PAIR",  "application/x-qt-image"};
 
 bool carriesData(std::string_view target)
 {
