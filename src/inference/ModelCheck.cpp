@@ -1,5 +1,7 @@
 #include "ModelCheck.h"
 
+#include "Release.h"
+
 #include <ggml.h>
 #include <gguf.h>
 
@@ -13,12 +15,6 @@
 #include <string_view>
 
 namespace {
-
-struct Free
-{
-    void operator()(gguf_context* metadata) const { gguf_free(metadata); }
-    void operator()(ggml_context* tensors) const { ggml_free(tensors); }
-};
 
 /// The first bytes of a GGUF file.
 struct Header
@@ -110,9 +106,9 @@ bool ModelCheck::isLoadable(const std::filesystem::path& path)
     if (!std::filesystem::is_regular_file(path) || !hasUsualCounts(path))
         return false;
     ggml_context* created = nullptr;
-    const std::unique_ptr<gguf_context, Free> metadata(
+    const std::unique_ptr<gguf_context, Release<gguf_free>> metadata(
         gguf_init_from_file(path.c_str(), {true, &created}));
-    const std::unique_ptr<ggml_context, Free> tensors(created);
+    const std::unique_ptr<ggml_context, Release<ggml_free>> tensors(created);
     if (!metadata || !tensors)
         return false;
     // Some other architectures abort in the evaluation, on values that they have not checked. Some

@@ -1,6 +1,7 @@
 #include "ZipMember.h"
 
 #include "RegularFile.h"
+#include "Release.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -13,12 +14,7 @@ namespace ZipMember {
 
 namespace {
 
-struct Free
-{
-    void operator()(archive* reader) const { archive_read_free(reader); }
-};
-
-using Reader = std::unique_ptr<archive, Free>;
+using Reader = std::unique_ptr<archive, Release<archive_read_free>>;
 
 /// A reader of ZIP archives that goes by their table of contents. One that did not would take a
 /// part of a truncated archive for the whole. A wrong checksum is ignored, so that what is there

@@ -20,7 +20,7 @@ class ModifierMap
 {
 public:
     explicit ModifierMap(X11Connection& connection)
-        : m_symbols(xcb_key_symbols_alloc(connection.get()), xcb_key_symbols_free),
+        : m_symbols(xcb_key_symbols_alloc(connection.get())),
           m_map(connection.reply<xcb_get_modifier_mapping_reply_t>(
               xcb_get_modifier_mapping(connection.get())))
     {}
@@ -52,7 +52,7 @@ private:
         return 0;
     }
 
-    std::unique_ptr<xcb_key_symbols_t, decltype(&xcb_key_symbols_free)> m_symbols;
+    std::unique_ptr<xcb_key_symbols_t, Release<xcb_key_symbols_free>> m_symbols;
     X11Connection::Owned<xcb_get_modifier_mapping_reply_t> m_map;
 };
 

@@ -1,5 +1,7 @@
 #include "HeifImage.h"
 
+#include "Release.h"
+
 #include <libheif/heif.h>
 
 #include <memory>
@@ -7,16 +9,6 @@
 namespace HeifImage {
 
 namespace {
-
-template <auto release>
-struct Release
-{
-    template <typename Type>
-    void operator()(Type* object) const
-    {
-        release(object);
-    }
-};
 
 using Context = std::unique_ptr<heif_context, Release<heif_context_free>>;
 using Handle = std::unique_ptr<heif_image_handle, Release<heif_image_handle_release>>;

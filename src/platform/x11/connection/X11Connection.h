@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Release.h"
+
 #include <xcb/xcb.h>
 
 #include <chrono>
@@ -26,13 +28,9 @@ public:
     /// For questions that the X server itself answers: if it hangs, so does the whole desktop.
     static constexpr Deadline never = Deadline::max();
 
-    struct Free
-    {
-        void operator()(void* memory) const { std::free(memory); }
-    };
     /// Owns a reply, an event or an error; the library leaves it to us to free them.
     template <typename Content>
-    using Owned = std::unique_ptr<Content, Free>;
+    using Owned = std::unique_ptr<Content, Release<std::free>>;
     using Event = Owned<xcb_generic_event_t>;
 
     struct Property

@@ -1,5 +1,6 @@
 #include "X11RegionOverlay.h"
 
+#include "Release.h"
 #include "X11InputGrab.h"
 #include "X11RegionPicture.h"
 
@@ -15,11 +16,7 @@ namespace {
 
 constexpr xcb_keysym_t escapeKey = 0xFF1B;
 
-struct FreeSymbols
-{
-    void operator()(xcb_key_symbols_t* symbols) const { xcb_key_symbols_free(symbols); }
-};
-using Symbols = std::unique_ptr<xcb_key_symbols_t, FreeSymbols>;
+using Symbols = std::unique_ptr<xcb_key_symbols_t, Release<xcb_key_symbols_free>>;
 
 template <typename Event>
 QPoint position(const Event& event)
