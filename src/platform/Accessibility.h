@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -7,11 +9,9 @@
 
 /// What the system tells about the user interfaces of other applications. An object may be used by
 /// any thread, but by one at a time. Nothing throws anything but std::bad_alloc.
-class Accessibility
+class Accessibility : public Interface
 {
 public:
-    virtual ~Accessibility() = default;
-
     /// Whether this process may read the contents of other applications and send them keys. The
     /// system may ask the user about it.
     virtual bool isTrusted() = 0;
@@ -24,9 +24,4 @@ public:
     /// Makes an object for the session that the process runs in. If that session has no such
     /// service, the object is never trusted.
     static std::unique_ptr<Accessibility> create();
-
-protected:
-    Accessibility() = default;
-    Accessibility(const Accessibility&) = default;
-    Accessibility& operator=(const Accessibility&) = default;
 };

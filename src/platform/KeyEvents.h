@@ -1,15 +1,15 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <memory>
 
 /// Sends keys in the user's name. An object may be used by any thread, but by one at a time. No
 /// call takes longer than 100 milliseconds, and none throws.
-class KeyEvents
+class KeyEvents : public Interface
 {
 public:
     enum class Outcome { sent, notSent };
-
-    virtual ~KeyEvents() = default;
 
     /// Sends the shortcut for "copy" to the frontmost application. Keys that the user still holds
     /// are released first and stay released. Nothing is sent to a terminal, where the shortcut may
@@ -19,9 +19,4 @@ public:
     /// Makes an object for the session that the process runs in. If that session lets programs send
     /// no keys, the object sends none.
     static std::unique_ptr<KeyEvents> create();
-
-protected:
-    KeyEvents() = default;
-    KeyEvents(const KeyEvents&) = default;
-    KeyEvents& operator=(const KeyEvents&) = default;
 };

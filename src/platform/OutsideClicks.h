@@ -1,16 +1,16 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <functional>
 #include <memory>
 
 /// Notices clicks of the left or right mouse button outside of this process's windows. Clicks on
 /// what only helps to write in these windows do not count, such as the candidates of an input
 /// method or an on-screen keyboard. Nor does a press that becomes a drag. Main thread only.
-class OutsideClicks
+class OutsideClicks : public Interface
 {
 public:
-    virtual ~OutsideClicks() = default;
-
     /// Ignores what is pressed from now on, until resume().
     virtual void pause() = 0;
     virtual void resume() = 0;
@@ -22,9 +22,4 @@ public:
     /// The event loop will call `clicked` when the button is released. It is never called if the
     /// session does not let programs know about clicks on other windows.
     static std::unique_ptr<OutsideClicks> create(std::function<void()> clicked);
-
-protected:
-    OutsideClicks() = default;
-    OutsideClicks(const OutsideClicks&) = default;
-    OutsideClicks& operator=(const OutsideClicks&) = default;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -11,7 +13,7 @@
 /// Whatever the application that owns the clipboard does, no call takes longer than its limit, or
 /// than 100 milliseconds if it has no limit; only serveUntilReplaced() may. Nothing throws anything
 /// but std::bad_alloc.
-class Pasteboard
+class Pasteboard : public Interface
 {
 public:
     struct Representation
@@ -30,8 +32,6 @@ public:
         /// Whether these items are everything that would be lost if the clipboard were replaced.
         bool isComplete = true;
     };
-
-    virtual ~Pasteboard() = default;
 
     /// A number that changes whenever the contents are replaced, by any program.
     virtual std::uint64_t changeCount() = 0;
@@ -73,9 +73,4 @@ public:
     /// The clipboard of the session that the process runs in. If none can be reached, one that
     /// stays empty.
     static std::unique_ptr<Pasteboard> create();
-
-protected:
-    Pasteboard() = default;
-    Pasteboard(const Pasteboard&) = default;
-    Pasteboard& operator=(const Pasteboard&) = default;
 };

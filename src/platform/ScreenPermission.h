@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <memory>
 
 /// The user's permission to take pictures of what other applications show.
-class ScreenPermission
+class ScreenPermission : public Interface
 {
 public:
-    virtual ~ScreenPermission() = default;
-
     /// Whether the permission is given. Does not ask the user. Any thread.
     virtual bool isGranted() = 0;
 
@@ -17,9 +17,4 @@ public:
 
     /// The system's permission. If there is no way to take pictures, one that is never given.
     static std::unique_ptr<ScreenPermission> create();
-
-protected:
-    ScreenPermission() = default;
-    ScreenPermission(const ScreenPermission&) = default;
-    ScreenPermission& operator=(const ScreenPermission&) = default;
 };

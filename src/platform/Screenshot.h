@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FileDescriptor.h"
+#include "Interface.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,11 +12,9 @@
 ///
 /// Each `take` blocks, may be called from any thread and returns the file, or nothing. Each throws
 /// std::runtime_error with a sentence for the user if a picture was taken but could not be written.
-class Screenshot
+class Screenshot : public Interface
 {
 public:
-    virtual ~Screenshot() = default;
-
     /// All monitors, without the pointer. Nothing if the system refuses.
     virtual std::optional<FileDescriptor> takeScreen() = 0;
 
@@ -35,9 +34,4 @@ public:
     /// The system's screenshots. If there is no way to take pictures, an object that always returns
     /// nothing.
     static std::unique_ptr<Screenshot> create();
-
-protected:
-    Screenshot() = default;
-    Screenshot(const Screenshot&) = default;
-    Screenshot& operator=(const Screenshot&) = default;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <sys/types.h>
 
 #include <cstdint>
@@ -8,7 +10,7 @@
 #include <vector>
 
 /// The windows on the user's screen.
-class WindowList
+class WindowList : public Interface
 {
 public:
     struct Window
@@ -23,8 +25,6 @@ public:
         double height = 0;          // points
     };
 
-    virtual ~WindowList() = default;
-
     /// The windows that are on screen, the frontmost first. Windows that others cover are among
     /// them, but neither minimised ones nor those on other workspaces. Empty if the system does not
     /// tell. Blocks for milliseconds. Any thread. Throws nothing but std::bad_alloc.
@@ -32,9 +32,4 @@ public:
 
     /// The system's list. If it has none, one that is always empty.
     static std::unique_ptr<WindowList> create();
-
-protected:
-    WindowList() = default;
-    WindowList(const WindowList&) = default;
-    WindowList& operator=(const WindowList&) = default;
 };

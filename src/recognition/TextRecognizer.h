@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Interface.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,7 +10,7 @@
 
 /// Recognises printed text in a picture, at the most accurate level the system offers, in English
 /// and the user's language. An object is used by one thread at a time.
-class TextRecognizer
+class TextRecognizer : public Interface
 {
 public:
     /// A picture in shades of grey, from 0 for black to 255 for white. Not owned.
@@ -40,8 +42,6 @@ public:
         bool isDoubtful = false;
     };
 
-    virtual ~TextRecognizer() = default;
-
     /// The text in `image`, also small and faint text. Throws std::runtime_error with a sentence
     /// for the user if recognising fails. Blocks, with a full page for seconds.
     virtual Reading read(const GreyImage& image) = 0;
@@ -53,9 +53,4 @@ public:
     /// The system's recogniser. Throws std::runtime_error with a sentence for the user if it is not
     /// installed.
     static std::unique_ptr<TextRecognizer> create();
-
-protected:
-    TextRecognizer() = default;
-    TextRecognizer(const TextRecognizer&) = default;
-    TextRecognizer& operator=(const TextRecognizer&) = default;
 };
