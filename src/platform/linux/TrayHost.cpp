@@ -1,22 +1,123 @@
 #include "TrayHost.h"
 
 #include "DesktopKind.h"
-#include "StatusNotifierHost.h"
-#include "XEmbedHost.h"
+#include "X11Connection.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+#include <xcb/xcb.h>
+
+#include <optional>
+#include <utility>
 
 namespace {
+
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+
+/// Notices panels that find icons over the session bus.
+class StatusNotifierHost : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit StatusNotifierHost(std::function<void()> came)
+        : m_came(std::move(came)),
+          m_bus(QDBusConnection::sessionBus()),
+          m_watcher(watcherName, m_bus, QDBusServiceWatcher::WatchForRegistration)
+    {
+        if (!m_bus.isConnected())
+            return;
+        connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this,
+                &StatusNotifierHost::ask);
+        // The watcher may come before the host. It also tells when a host comes.
+        m_bus.connect(watcherName, watcherPath, watcherName,
+                      QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(ask()));
+        ask();
+    }
+
+private slots:
+    void ask()
+    {
+        QDBusMessage question = QDBusMessage::createMethodCall(
+            watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("Get"));
+        question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
+        question.setAutoStartService(false);
+        auto* const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+            answer->deleteLater();
+            const QDBusPendingReply<QDBusVariant> reply = *answer;
+            if (!reply.isError() && reply.value().variant().toBool())
+                m_came();
+        });
+    }
+
+private:
+    const std::function<void()> m_came;
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_watcher;
+};
+
+/// Notices panels that take in icons as windows.
+class XEmbedHost : public QAbstractNativeEventFilter
+{
+public:
+    XEmbedHost(X11Connection& connection, std::function<void()> came)
+        : m_manager(connection.atom("MANAGER")),
+          m_tray(connection.atom("_NET_SYSTEM_TRAY_S0")),
+          m_came(std::move(came))
+    {
+        QCoreApplication::instance()->installNativeEventFilter(this);
+        if (connection.selectionOwner(m_tray).value_or(XCB_NONE) != XCB_NONE)
+            tell();
+    }
+
+    ~XEmbedHost() override { QCoreApplication::instance()->removeNativeEventFilter(this); }
+    Q_DISABLE_COPY_MOVE(XEmbedHost)
+
+    /// Sees what panels announce to everybody before Qt does.
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override
+    {
+        if (type != "xcb_generic_event_t")
+            return false;
+        const auto& event = *static_cast<const xcb_client_message_event_t*>(message);
+        if ((event.response_type & 0x7F) == XCB_CLIENT_MESSAGE && event.type == m_manager &&
+            event.data.data32[1] == m_tray)
+            tell();
+        return false;
+    }
+
+private:
+    /// Later, when Qt has seen the panel as well: it gives each one that it sees a new icon, and
+    /// one that is replaced at once would be lost for whoever is clicking it.
+    void tell() { QMetaObject::invokeMethod(&m_context, m_came, Qt::QueuedConnection); }
+
+    const xcb_atom_t m_manager;
+    const xcb_atom_t m_tray;
+    const std::function<void()> m_came;
+    QObject m_context; // nothing is told after the end
+};
 
 /// Waits for both kinds of panels; some panels are only one of them.
 class AnyTrayHost : public TrayHost
 {
 public:
-    explicit AnyTrayHost(const std::function<void()>& came)
-        : m_xEmbed(DesktopKind::isX11() ? XEmbedHost::create(came) : nullptr),
-          m_statusNotifier(came)
-    {}
+    explicit AnyTrayHost(const std::function<void()>& came) : m_statusNotifier(came)
+    {
+        if (auto connection = DesktopKind::isX11() ? X11Connection::open() : nullptr)
+            m_xEmbed.emplace(*connection, came);
+    }
 
 private:
-    std::unique_ptr<XEmbedHost> m_xEmbed; // may be null
+    std::optional<XEmbedHost> m_xEmbed;
     StatusNotifierHost m_statusNotifier;
 };
 
@@ -26,3 +127,5 @@ std::unique_ptr<TrayHost> TrayHost::create(const std::function<void()>& came)
 {
     return std::make_unique<AnyTrayHost>(came);
 }
+
+#include "TrayHost.moc"

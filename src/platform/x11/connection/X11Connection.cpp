@@ -4,6 +4,7 @@
 
 #include <poll.h>
 #include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -56,6 +57,13 @@ const xcb_query_extension_reply_t* X11Connection::extension(xcb_extension_t& id)
 {
     const xcb_query_extension_reply_t* data = xcb_get_extension_data(m_connection, &id);
     return data != nullptr && data->present != 0 ? data : nullptr;
+}
+
+bool X11Connection::startFixes(Deadline deadline)
+{
+    return extension(xcb_xfixes_id) != nullptr &&
+           reply<xcb_xfixes_query_version_reply_t>(xcb_xfixes_query_version(m_connection, 5, 0),
+                                                   deadline);
 }
 
 bool X11Connection::isSameClient(xcb_window_t one, xcb_window_t other) const

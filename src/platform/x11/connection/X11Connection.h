@@ -55,6 +55,10 @@ public:
     /// What the server says of an extension, null if it does not have it.
     const xcb_query_extension_reply_t* extension(xcb_extension_t& id) const;
 
+    /// Readies the extension that tells who takes a selection. False if the server does not have
+    /// it.
+    bool startFixes(Deadline deadline = never);
+
     bool isLost() const { return xcb_connection_has_error(m_connection) != 0; }
 
     /// Whether two windows or other resources were made by the same program.

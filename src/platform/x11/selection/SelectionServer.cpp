@@ -21,12 +21,7 @@ constexpr int idleMilliseconds = 1000; // between looks for forgotten transfers
 std::unique_ptr<SelectionServer> SelectionServer::create()
 {
     auto connection = X11Connection::open();
-    if (!connection)
-        return nullptr;
-    const auto deadline = X11Connection::Clock::now() + setupLimit;
-    if (connection->extension(xcb_xfixes_id) == nullptr ||
-        !connection->reply<xcb_xfixes_query_version_reply_t>(
-            xcb_xfixes_query_version(connection->get(), 5, 0), deadline))
+    if (!connection || !connection->startFixes(X11Connection::Clock::now() + setupLimit))
         return nullptr;
     FileDescriptor wake(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
     if (wake.value() < 0)
@@ -41,7 +36,7 @@ SelectionServer::SelectionServer(std::unique_ptr<X11Connection> connection, File
       m_clipboard(m_connection->atom("CLIPBOARD", X11Connection::Clock::now() + setupLimit)),
       m_manager(m_connection->atom("CLIPBOARD_MANAGER", X11Connection::Clock::now() + setupLimit)),
       m_saveTargets(m_connection->atom("SAVE_TARGETS", X11Connection::Clock::now() + setupLimit)),
-      m_firstFixesEvent(xcb_get_extension_data(m_connection->get(), &xcb_xfixes_id)->first_event),
+      m_firstFixesEvent(m_connection->extension(xcb_xfixes_id)->first_event),
       m_answers(std::make_unique<SelectionAnswers>(*m_connection)),
       m_wake(std::move(wake))
 {
