@@ -14,12 +14,13 @@ static void addCharacters(Keywords& keywords)
         {"enspace", 0x2002}, {"ldblquote", 0x201C}, {"lquote", 0x2018},  {"ltrmark", 0x200E},
         {"qmspace", 0x2005}, {"rdblquote", 0x201D}, {"rquote", 0x2019},  {"rtlmark", 0x200F},
         {"zwbo", 0x200B},    {"zwj", 0x200D},       {"zwnbo", 0x2060},   {"zwnj", 0x200C},
+        {"~", 0x00A0},       {"-", 0x00AD},         {"_", 0x2011},
     };
     for (const auto& [name, character] : characters)
         keywords[name] = {Action::character, character};
-    for (const std::string_view name : {"column", "lbr", "line", "page", "par", "sect"})
+    for (const std::string_view name : {"column", "lbr", "line", "page", "par", "sect", "\r", "\n"})
         keywords[name] = {Action::layout, '\n'};
-    for (const std::string_view name : {"cell", "nestcell", "tab"})
+    for (const std::string_view name : {"cell", "nestcell", "tab", "\t"})
         keywords[name] = {Action::layout, '\t'};
     for (const std::string_view name : {"nestrow", "row"})
         keywords[name] = {Action::endRow};

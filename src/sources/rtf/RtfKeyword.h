@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-/// A control word of Rich Text Format that matters for the text of a document.
+/// A control word or symbol of Rich Text Format that matters for the text of a document.
 struct RtfKeyword
 {
     enum class Action {
@@ -35,6 +35,7 @@ struct RtfKeyword
     /// Whether the word says what its group is for.
     bool isDestination() const { return action >= Action::skip; }
 
-    /// The keyword `name`. Its action is Action::none if it does not matter. Any thread.
+    /// The keyword `name`, or the symbol of this character. Its action is Action::none if it does
+    /// not matter. Any thread.
     static RtfKeyword find(std::string_view name);
 };

@@ -46,7 +46,7 @@ void RtfReader::read(const RtfTokenizer::Token& token)
     else if (token.kind == Kind::word)
         word(token);
     else if (token.kind == Kind::symbol)
-        symbol(token.text.front());
+        symbol(token.text);
     else
         bytes(token.text);
     m_isAtBeginning = token.kind == Kind::open;
@@ -90,12 +90,12 @@ void RtfReader::word(const RtfTokenizer::Token& token)
     else if (isOptional)
         destination(Action::skip);
     else
-        property(keyword, token);
+        property(keyword, token.parameter);
 }
 
-void RtfReader::property(const RtfKeyword& keyword, const RtfTokenizer::Token& token)
+void RtfReader::property(const RtfKeyword& keyword, std::optional<int> parameter)
 {
-    const int number = token.parameter.value_or(0);
+    const int number = parameter.value_or(0);
     switch (keyword.action) {
     case Action::character:
         special(static_cast<char32_t>(keyword.value));
@@ -108,7 +108,7 @@ void RtfReader::property(const RtfKeyword& keyword, const RtfTokenizer::Token& t
             m_text.endRow();
         break;
     case Action::unicode:
-        if (token.parameter)
+        if (parameter)
             unicode(number);
         break;
     case Action::documentCodePage:
@@ -121,7 +121,7 @@ void RtfReader::property(const RtfKeyword& keyword, const RtfTokenizer::Token& t
         if (state().destination == Destination::fonts)
             describeFont(keyword.action, number);
         else
-            format(keyword.action, token.parameter);
+            format(keyword.action, parameter);
         break;
     }
 }
@@ -199,38 +199,13 @@ void RtfReader::destination(Action action)
     }
 }
 
-void RtfReader::symbol(char symbol)
+void RtfReader::symbol(std::string_view symbol)
 {
-    if (symbol == '*') {
-        m_isOptional = m_isAtBeginning;
-        return;
-    }
-    m_isOptional = false;
-    switch (symbol) {
-    case '\\':
-    case '{':
-    case '}':
-        bytes(std::string_view(&symbol, 1));
-        break;
-    case '~':
-        special(0x00A0);
-        break;
-    case '-':
-        special(0x00AD);
-        break;
-    case '_':
-        special(0x2011);
-        break;
-    case '\t':
-        character('\t');
-        break;
-    case '\r':
-    case '\n':
-        character('\n');
-        break;
-    default:
-        break;
-    }
+    m_isOptional = symbol == "*" && m_isAtBeginning;
+    if (symbol == "\\" || symbol == "{" || symbol == "}")
+        bytes(symbol);
+    else
+        property(RtfKeyword::find(symbol), std::nullopt);
 }
 
 void RtfReader::bytes(std::string_view bytes)

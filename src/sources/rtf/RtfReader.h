@@ -44,12 +44,12 @@ private:
     void open();
     void close();
     void word(const RtfTokenizer::Token& token);
-    void property(const RtfKeyword& keyword, const RtfTokenizer::Token& token);
+    void property(const RtfKeyword& keyword, std::optional<int> parameter);
     void setDocumentCodePage(int codePage);
     void describeFont(Action action, int number);
     void format(Action action, std::optional<int> parameter);
     void destination(Action action);
-    void symbol(char symbol);
+    void symbol(std::string_view symbol);
     void bytes(std::string_view bytes);
     void text(std::string_view bytes);
     void special(char32_t special);

@@ -7,9 +7,10 @@
 #include <re2/re2.h>
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace HTMLText {
 
@@ -43,19 +44,17 @@ std::string elementPattern(const std::string& name)
     return "<" + name + restOfOpeningTag + ".*?</" + name + ">";
 }
 
-/// Patterns for the elements with some names. Made only once, since making one takes more than a
-/// millisecond.
-template <std::size_t count>
-struct ElementPatterns
-{
-    explicit ElementPatterns(const std::array<const char*, count>& names)
-    {
-        for (std::size_t i = 0; i < count; ++i)
-            all[i] = std::make_unique<const RE2>(elementPattern(names[i]), options());
-    }
+using Patterns = std::vector<std::unique_ptr<const RE2>>;
 
-    std::array<std::unique_ptr<const RE2>, count> all;
-};
+/// Patterns for the elements with these names. Make them only once, since making one takes more
+/// than a millisecond.
+Patterns elementPatterns(std::initializer_list<const char*> names)
+{
+    Patterns patterns;
+    for (const char* name : names)
+        patterns.push_back(std::make_unique<const RE2>(elementPattern(name), options()));
+    return patterns;
+}
 
 /// The content of `element`, a match that begins with an opening tag and ends with a closing one.
 /// As a group of the pattern it would cost several times as much.
@@ -84,10 +83,10 @@ void removeComments(std::string& html)
 
 void removeElements(std::string& html)
 {
-    static const ElementPatterns<11> patterns({"script", "style", "noscript", "svg", "nav",
-                                               "header", "footer", "aside", "form", "iframe",
-                                               "button"});
-    for (const auto& pattern : patterns.all)
+    static const Patterns patterns =
+        elementPatterns({"script", "style", "noscript", "svg", "nav", "header", "footer", "aside",
+                         "form", "iframe", "button"});
+    for (const auto& pattern : patterns)
         RE2::GlobalReplace(&html, *pattern, "");
 }
 
@@ -112,8 +111,8 @@ std::optional<std::string_view> largest(std::string_view html, const RE2& patter
 
 std::string_view contentRegion(std::string_view html)
 {
-    static const ElementPatterns<3> patterns({"article", "main", "body"});
-    for (const auto& pattern : patterns.all) {
+    static const Patterns patterns = elementPatterns({"article", "main", "body"});
+    for (const auto& pattern : patterns) {
         if (const auto region = largest(html, *pattern))
             return *region;
     }
