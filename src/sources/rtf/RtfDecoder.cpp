@@ -4,7 +4,6 @@
 #include "RtfSymbols.h"
 
 #include <iconv.h>
-#include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 #include <unicode/ucnv_err.h>
 
@@ -70,11 +69,6 @@ private:
 RtfDecoder::RtfDecoder() = default;
 RtfDecoder::~RtfDecoder() = default;
 
-void RtfDecoder::Close::operator()(UConverter* converter) const
-{
-    ucnv_close(converter);
-}
-
 std::u16string_view RtfDecoder::decoded(std::string_view bytes, int codePage)
 {
     m_units.clear();
@@ -94,10 +88,10 @@ std::u16string_view RtfDecoder::decoded(std::string_view bytes, int codePage)
 void RtfDecoder::decodeWithIcu(std::string_view bytes, int codePage)
 {
     UErrorCode error = U_ZERO_ERROR;
-    Converter& converter = m_converters[codePage];
-    if (!converter) {
-        converter.reset(ucnv_open(RtfCodePage::converterName(codePage), &error));
-        ucnv_setToUCallBack(converter.get(), substitute, nullptr, nullptr, nullptr, &error);
+    icu::LocalUConverterPointer& converter = m_converters[codePage];
+    if (converter.isNull()) {
+        converter.adoptInstead(ucnv_open(RtfCodePage::converterName(codePage), &error));
+        ucnv_setToUCallBack(converter.getAlias(), substitute, nullptr, nullptr, nullptr, &error);
     }
     const char* in = bytes.data();
     const char* const end = in + bytes.size();
@@ -105,7 +99,7 @@ void RtfDecoder::decodeWithIcu(std::string_view bytes, int codePage)
         std::array<char16_t, 1024> buffer; // NOLINT: written before it is read
         char16_t* out = buffer.data();
         error = U_ZERO_ERROR;
-        ucnv_toUnicode(converter.get(), &out, buffer.data() + buffer.size(), &in, end, nullptr,
+        ucnv_toUnicode(converter.getAlias(), &out, buffer.data() + buffer.size(), &in, end, nullptr,
                        true, &error);
         m_units.append(buffer.data(), out);
     } while (error == U_BUFFER_OVERFLOW_ERROR);

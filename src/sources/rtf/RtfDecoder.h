@@ -1,11 +1,11 @@
 #pragma once
 
+#include <unicode/ucnv.h>
+
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-
-struct UConverter;
 
 /// Turns bytes in any code page of RtfCodePage into UTF-16. Bytes that the code page does not have
 /// become U+FFFD. Keeps converters between calls. One thread at a time.
@@ -22,15 +22,10 @@ public:
 
 private:
     class Johab;
-    struct Close
-    {
-        void operator()(UConverter* converter) const;
-    };
-    using Converter = std::unique_ptr<UConverter, Close>;
 
     void decodeWithIcu(std::string_view bytes, int codePage);
 
-    std::map<int, Converter> m_converters;
+    std::map<int, icu::LocalUConverterPointer> m_converters;
     std::unique_ptr<Johab> m_johab;
     std::u16string m_units;
 };

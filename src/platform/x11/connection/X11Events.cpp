@@ -7,7 +7,7 @@ X11Events::X11Events(X11Connection& connection, Handler handler)
       m_handler(std::move(handler)),
       m_notifier(xcb_get_file_descriptor(connection.get()), QSocketNotifier::Read)
 {
-    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { dispatch(); });
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { takeAll(); });
 }
 
 void X11Events::flush()
@@ -15,10 +15,10 @@ void X11Events::flush()
     xcb_flush(m_connection.get());
     // Events that have been read already do not wake the notifier.
     QMetaObject::invokeMethod(
-        &m_notifier, [this] { dispatch(); }, Qt::QueuedConnection);
+        &m_notifier, [this] { takeAll(); }, Qt::QueuedConnection);
 }
 
-void X11Events::dispatch()
+void X11Events::takeAll()
 {
     while (const X11Connection::Event event = m_connection.pendingEvent())
         m_handler(*event);

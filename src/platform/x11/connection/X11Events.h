@@ -22,11 +22,9 @@ public:
     void flush();
 
     /// Hands out at once the events that have come. Not to be called by the handler.
-    void takeAll() { dispatch(); }
+    void takeAll();
 
 private:
-    void dispatch();
-
     X11Connection& m_connection;
     Handler m_handler;
     QSocketNotifier m_notifier;

@@ -79,13 +79,10 @@ QRect X11RegionPicture::draw(const QRect& rectangle, QPoint pointer) const
 {
     if (rectangle.isEmpty())
         return {};
-    copy(m_bright, m_frame, rectangle);
     const int line = std::max(1, qRound(m_pixelsPerPoint));
     const QRect outer = rectangle.adjusted(-line, -line, line, line);
-    fill({outer.x(), outer.y(), outer.width(), line});
-    fill({outer.x(), outer.bottom() + 1 - line, outer.width(), line});
-    fill({outer.x(), outer.y(), line, outer.height()});
-    fill({outer.right() + 1 - line, outer.y(), line, outer.height()});
+    fill(outer);
+    copy(m_bright, m_frame, rectangle);
     return (outer | drawLabel(rectangle.size(), pointer)) & m_area;
 }
 
