@@ -23,13 +23,7 @@ std::size_t pieceBytes(xcb_connection_t* connection)
 } // namespace
 
 SelectionAnswers::SelectionAnswers(X11Connection& connection)
-    : m_connection(connection),
-      m_targets(atom("TARGETS")),
-      m_timestamp(atom("TIMESTAMP")),
-      m_multiple(atom("MULTIPLE")),
-      m_atomPair(atom("ATOM_PAIR")),
-      m_incr(atom("INCR")),
-      m_pieceBytes(pieceBytes(connection.get()))
+    : m_connection(connection), m_pieceBytes(pieceBytes(connection.get()))
 {}
 
 xcb_atom_t SelectionAnswers::atom(std::string_view name)
@@ -61,7 +55,7 @@ void SelectionAnswers::answer(const xcb_selection_request_event_t& request)
     // Obsolete programs name no property. They mean the one with the target's name.
     const xcb_atom_t property = request.property == XCB_NONE ? request.target : request.property;
     const bool isDone =
-        request.target == m_multiple
+        request.target == atom("MULTIPLE")
             ? request.property != XCB_NONE && putSeveral(request.requestor, property)
             : put(request.requestor, request.target, property);
     xcb_selection_notify_event_t notify{};
@@ -79,13 +73,13 @@ void SelectionAnswers::answer(const xcb_selection_request_event_t& request)
 
 bool SelectionAnswers::put(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property)
 {
-    if (target == m_targets) {
-        std::vector<xcb_atom_t> targets = {m_targets, m_timestamp, m_multiple};
+    if (target == atom("TARGETS")) {
+        std::vector<xcb_atom_t> targets = {atom("TARGETS"), atom("TIMESTAMP"), atom("MULTIPLE")};
         targets.insert(targets.end(), m_order.begin(), m_order.end());
         m_connection.setValues(requestor, property, XCB_ATOM_ATOM, targets);
         return true;
     }
-    if (target == m_timestamp) {
+    if (target == atom("TIMESTAMP")) {
         m_connection.setValues(requestor, property, XCB_ATOM_INTEGER, {&m_time, 1});
         return true;
     }
@@ -110,7 +104,7 @@ bool SelectionAnswers::putSeveral(xcb_window_t requestor, xcb_atom_t property)
         if (atoms[i + 1] == XCB_NONE || !put(requestor, atoms[i], atoms[i + 1]))
             atoms[i + 1] = XCB_NONE;
     }
-    m_connection.setValues(requestor, property, m_atomPair, atoms);
+    m_connection.setValues(requestor, property, atom("ATOM_PAIR"), atoms);
     return true;
 }
 
@@ -132,7 +126,7 @@ bool SelectionAnswers::putContent(xcb_window_t requestor, xcb_atom_t property,
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection.get(), requestor, XCB_CW_EVENT_MASK, &events);
     const auto announced = static_cast<std::uint32_t>(std::min<std::size_t>(size, UINT32_MAX));
-    m_connection.setValues(requestor, property, m_incr, {&announced, 1});
+    m_connection.setValues(requestor, property, atom("INCR"), {&announced, 1});
     m_transfers.push_back(
         {requestor, property, content, 0, X11Connection::Clock::now() + patience});
     return true;

@@ -60,11 +60,6 @@ private:
     xcb_atom_t atom(std::string_view name);
 
     X11Connection& m_connection;
-    const xcb_atom_t m_targets;
-    const xcb_atom_t m_timestamp;
-    const xcb_atom_t m_multiple;
-    const xcb_atom_t m_atomPair;
-    const xcb_atom_t m_incr;
     const std::size_t m_pieceBytes;
     std::vector<xcb_atom_t> m_order;
     std::map<xcb_atom_t, std::shared_ptr<const Content>> m_contents;
