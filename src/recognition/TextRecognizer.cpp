@@ -4,6 +4,7 @@
 #include "RecognitionLanguages.h"
 #include "SingleThreadedOpenMP.h"
 #include "TextPicture.h"
+#include "WhiteSpace.h"
 
 #include <tesseract/baseapi.h>
 #include <tesseract/resultiterator.h>
@@ -40,17 +41,6 @@ private:
     tesseract::TessBaseAPI m_tesseract;
 };
 
-std::string joined(const std::vector<std::string>& languages)
-{
-    std::string result;
-    for (const std::string& language : languages) {
-        if (!result.empty())
-            result += '+';
-        result += language;
-    }
-    return result;
-}
-
 /// Keeps Tesseract and Leptonica from printing to the standard error stream. Each has a setting for
 /// the whole process.
 void silence(tesseract::TessBaseAPI& tesseract)
@@ -69,7 +59,9 @@ TesseractRecognizer::TesseractRecognizer()
     static Mutex loading;
     const MutexLock lock(loading);
     // Tesseract skips a language whose data is missing, even the first.
-    const std::string wanted = joined(RecognitionLanguages::wanted());
+    std::string wanted;
+    for (const std::string& language : RecognitionLanguages::wanted())
+        wanted += (wanted.empty() ? "" : "+") + language;
     std::vector<std::string> loaded;
     if (m_tesseract.Init(nullptr, wanted.c_str(), tesseract::OEM_LSTM_ONLY) == 0)
         m_tesseract.GetLoadedLanguagesAsVector(&loaded);
@@ -93,13 +85,8 @@ void TesseractRecognizer::setThresholding(Thresholding thresholding)
 /// it, and what it finds in pictures is often only blanks.
 std::string line(const tesseract::ResultIterator& result)
 {
-    constexpr std::string_view blanks = " \t\r\n";
     const std::unique_ptr<char[]> text(result.GetUTF8Text(tesseract::RIL_TEXTLINE));
-    const std::string_view bytes = text ? text.get() : "";
-    const std::size_t begin = bytes.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
-        return {};
-    return std::string(bytes.substr(begin, bytes.find_last_not_of(blanks) + 1 - begin));
+    return std::string(WhiteSpace::trimmed(text ? text.get() : ""));
 }
 
 std::size_t letterCount(std::string_view text)

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <mutex>
 
 namespace ImageFile {
 
@@ -21,20 +22,12 @@ constexpr std::int64_t mostPixels = 256'000'000;
 /// serves it under the file names of the others. None of them can refer to other files, as SVG can.
 constexpr std::array formats = {"png", "jpeg", "jpg", "tiff", "tif", "gif", "bmp", "webp"};
 
-/// Raises the limit of what Qt allocates for a picture. The limit is for the whole process, so it
-/// is set once.
-void raiseAllocationLimit()
-{
-    constexpr int mostMegabytes = 1024; // 2^20 bytes each
-    [[maybe_unused]] static const bool isRaised = [] {
-        QImageReader::setAllocationLimit(mostMegabytes);
-        return true;
-    }();
-}
-
 QImage readWithQt(QIODevice& device)
 {
-    raiseAllocationLimit();
+    // The limit of what Qt allocates for a picture is one for the whole process.
+    constexpr int mostMegabytes = 1024; // 2^20 bytes each
+    static std::once_flag once;
+    std::call_once(once, QImageReader::setAllocationLimit, mostMegabytes);
     const QByteArray format = QImageReader::imageFormat(&device);
     if (std::find(formats.begin(), formats.end(), format) == formats.end())
         return {};

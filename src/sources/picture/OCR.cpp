@@ -20,11 +20,8 @@ std::string joined(const std::vector<std::string>& lines)
 {
     std::string text;
     for (const std::string& line : lines) {
-        if (line.empty())
-            continue;
-        if (!text.empty())
-            text += '\n';
-        text += line;
+        if (!line.empty())
+            text += (text.empty() ? "" : "\n") + line;
     }
     return text;
 }
