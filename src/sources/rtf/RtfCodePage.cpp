@@ -1,19 +1,12 @@
 #include "RtfCodePage.h"
 
-#include <algorithm>
-#include <iterator>
+#include <map>
 
 namespace RtfCodePage {
 
-struct Converter
-{
-    int codePage;
-    const char* name;
-};
-
-/// Sorted by code page. ICU does not have the East Asian code pages of the Macintosh; those of
+/// ICU's names of code pages. It does not have the East Asian code pages of the Macintosh; those of
 /// Windows, which are nearly the same, stand in for them.
-static constexpr Converter converters[] = {
+static const std::map<int, const char*> converters = {
     {437, "ibm-437"},         {708, "ASMO-708"},
     {720, "ibm-720"},         {737, "ibm-737"},
     {775, "ibm-775"},         {850, "ibm-850"},
@@ -42,13 +35,8 @@ static constexpr Converter converters[] = {
     {65001, "UTF-8"},
 };
 
-struct CharacterSet
-{
-    int number;
-    int codePage;
-};
-
-static constexpr CharacterSet characterSets[] = {
+/// The code pages of character sets.
+static const std::map<int, int> characterSets = {
     {0, windowsLatin1}, {77, macintosh}, {78, 10001}, {79, 10003}, {80, 10008}, {81, 10002},
     {85, 10006},        {86, 10081},     {88, 10029}, {89, 10007}, {128, 932},  {129, 949},
     {130, johab},       {134, 936},      {136, 950},  {161, 1253}, {162, 1254}, {163, 1258},
@@ -63,18 +51,14 @@ bool isKnown(int codePage)
 
 const char* converterName(int codePage)
 {
-    const auto* const found = std::lower_bound(
-        std::begin(converters), std::end(converters), codePage,
-        [](const Converter& converter, int wanted) { return converter.codePage < wanted; });
-    return found != std::end(converters) && found->codePage == codePage ? found->name : nullptr;
+    const auto found = converters.find(codePage);
+    return found == converters.end() ? nullptr : found->second;
 }
 
 int ofCharacterSet(int characterSet)
 {
-    const auto* const found = std::find_if(
-        std::begin(characterSets), std::end(characterSets),
-        [=](const CharacterSet& candidate) { return candidate.number == characterSet; });
-    return found == std::end(characterSets) ? 0 : found->codePage;
+    const auto found = characterSets.find(characterSet);
+    return found == characterSets.end() ? 0 : found->second;
 }
 
 } // namespace RtfCodePage
