@@ -27,6 +27,12 @@ TEST(Utf8Test, BytesThatAreNotUtf8AreReadAsLatin1)
     EXPECT_EQ(Utf8::decoded("\x80"), "\u0080");
 }
 
+TEST(Utf8Test, WhatIsKnownToBeLatin1IsReadSoEvenIfItCouldBeUtf8)
+{
+    EXPECT_EQ(Utf8::fromLatin1("caf\xE9"), "café");
+    EXPECT_EQ(Utf8::fromLatin1("\xC3\xA9"), "Ã©");
+}
+
 TEST(Utf8Test, ATruncatedLastCharacterIsInvalid)
 {
     EXPECT_FALSE(Utf8::isValid("abc\xC3"));

@@ -11,6 +11,8 @@
 #include <sys/mman.h>
 
 #include <cerrno>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 
 namespace {

@@ -180,6 +180,16 @@ TEST_F(WindowGesturesTest, ADragIsOfTheWindowThatItBeganIn)
     EXPECT_EQ(m_gestures.last(otherWindow), Kind::click);
 }
 
+TEST_F(WindowGesturesTest, NothingIsKnownAnyMoreOnceItIsForgotten)
+{
+    click(100, 100);
+    press(100, 100);
+    m_gestures.forget();
+    EXPECT_EQ(last(), std::nullopt);
+    m_gestures.release(left, 300, 300);
+    EXPECT_EQ(last(), std::nullopt);
+}
+
 TEST_F(WindowGesturesTest, TheLatestWindowsAreKnown)
 {
     constexpr auto most = static_cast<std::uint32_t>(WindowGestures::mostWindows);
