@@ -1,15 +1,12 @@
 #include "Icon.h"
 
-#include "Drawing.h"
-#include "Theme.h"
-
 #include <QFile>
-#include <QIconEngine>
 #include <QImage>
 #include <QPainter>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <array>
 #include <cmath>
 
 namespace Icon {
@@ -21,47 +18,18 @@ constexpr int grid = 16;
 constexpr double lineWidth = 1.5;
 constexpr const char* lineAttribute = "stroke-width=\"1.5\"";
 
-QString name(Symbol symbol)
-{
-    switch (symbol) {
-    case Symbol::quotation:
-        return QStringLiteral("quotation");
-    case Symbol::clipboard:
-        return QStringLiteral("clipboard");
-    case Symbol::document:
-        return QStringLiteral("document");
-    case Symbol::globe:
-        return QStringLiteral("globe");
-    case Symbol::viewfinder:
-        return QStringLiteral("viewfinder");
-    case Symbol::window:
-        return QStringLiteral("window");
-    case Symbol::display:
-        return QStringLiteral("display");
-    case Symbol::rectangleViewfinder:
-        return QStringLiteral("rectangle-viewfinder");
-    case Symbol::trayArrow:
-        return QStringLiteral("tray-arrow");
-    case Symbol::circledArrow:
-        return QStringLiteral("circled-arrow");
-    case Symbol::lockShield:
-        return QStringLiteral("lock-shield");
-    case Symbol::copy:
-        return QStringLiteral("copy");
-    case Symbol::notePlus:
-        return QStringLiteral("note-plus");
-    case Symbol::twoArrows:
-        return QStringLiteral("two-arrows");
-    case Symbol::documentArrow:
-        return QStringLiteral("document-arrow");
-    }
-    return {};
-}
+/// The names of the files, in the order of the symbols.
+constexpr std::array names = {
+    "quotation",  "clipboard",     "document",      "globe",
+    "viewfinder", "window",        "display",       "rectangle-viewfinder",
+    "tray-arrow", "circled-arrow", "lock-shield",   "copy",
+    "note-plus",  "two-arrows",    "document-arrow"};
 
 /// The file of the icon with lines for this size: as the icon grows, its lines grow more slowly.
 QByteArray drawing(Symbol symbol, int size)
 {
-    QFile file(QStringLiteral(":/pithwise/icons/%1.svg").arg(name(symbol)));
+    const char* const name = names.at(static_cast<std::size_t>(symbol));
+    QFile file(QStringLiteral(":/pithwise/icons/%1.svg").arg(QLatin1String(name)));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QByteArray svg = file.readAll();
@@ -86,52 +54,6 @@ QPixmap rendered(Symbol symbol, int size, qreal scale, const QColor& color)
     return QPixmap::fromImage(image);
 }
 
-/// Draws the icon in the colour that the theme has at the time.
-class Engine : public QIconEngine
-{
-public:
-    Engine(Symbol symbol, const Theme& theme, ColorRole role)
-        : m_symbol(symbol), m_theme(theme), m_role(role)
-    {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
-    {
-        const int size = std::min(rect.width(), rect.height());
-        const QPoint corner = rect.center() - QPoint((size - 1) / 2, (size - 1) / 2);
-        painter->save();
-        if (mode == QIcon::Disabled)
-            painter->setOpacity(painter->opacity() * Drawing::disabledOpacity);
-        Icon::paint(*painter, corner, m_symbol, size, m_theme[m_role]);
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        return scaledPixmap(size, mode, state, 1);
-    }
-
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
-                         qreal scale) override
-    {
-        // Qt gives the size in pixels of the result; from 6.8 on it gives the size before scaling.
-        constexpr bool isScaled = QT_VERSION < QT_VERSION_CHECK(6, 8, 0);
-        QPixmap result(isScaled ? size : (QSizeF(size) * scale).toSize());
-        result.fill(Qt::transparent);
-        result.setDevicePixelRatio(scale);
-        QPainter painter(&result);
-        const QSize area = isScaled ? (QSizeF(size) / scale).toSize() : size;
-        paint(&painter, QRect(QPoint(), area), mode, state);
-        return result;
-    }
-
-    QIconEngine* clone() const override { return new Engine(m_symbol, m_theme, m_role); }
-
-private:
-    Symbol m_symbol;
-    const Theme& m_theme;
-    ColorRole m_role;
-};
-
 } // namespace
 
 QPixmap pixmap(Symbol symbol, int size, qreal scale, const QColor& color)
@@ -155,11 +77,6 @@ void paint(QPainter& painter, const QPointF& corner, Symbol symbol, int size, co
     const QPointF pixel = transform.map(corner).toPoint();
     const qreal scale = std::hypot(transform.m11(), transform.m12());
     painter.drawPixmap(transform.inverted().map(pixel), pixmap(symbol, size, scale, color));
-}
-
-QIcon icon(Symbol symbol, const Theme& theme, ColorRole role)
-{
-    return QIcon(new Engine(symbol, theme, role));
 }
 
 } // namespace Icon

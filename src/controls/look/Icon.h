@@ -1,14 +1,11 @@
 #pragma once
 
-#include "ColorRole.h"
 #include "Symbol.h"
 
 #include <QColor>
-#include <QIcon>
 #include <QPixmap>
 
 class QPainter;
-class Theme;
 
 /// Draws the line icons in any colour and size. In an icon of 16 pixels lines are 1.5 wide; in
 /// larger icons they are relatively finer. Main thread.
@@ -20,8 +17,5 @@ QPixmap pixmap(Symbol symbol, int size, qreal scale, const QColor& color);
 /// Draws the icon with its top left corner at `corner`, moved to whole pixels so that it is sharp.
 /// `size` is in logical pixels.
 void paint(QPainter& painter, const QPointF& corner, Symbol symbol, int size, const QColor& color);
-
-/// An icon that takes the colours of `theme` at any time. Requires: `theme` outlives it.
-QIcon icon(Symbol symbol, const Theme& theme, ColorRole role);
 
 } // namespace Icon
