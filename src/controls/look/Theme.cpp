@@ -3,7 +3,29 @@
 #include <QGuiApplication>
 #include <QWidget>
 
-static constexpr int fadeMilliseconds = 140;
+#include <array>
+
+namespace {
+
+constexpr int fadeMilliseconds = 140;
+
+struct Size
+{
+    int pixels; // whole ones, because Qt rounds others
+    QFont::Weight weight;
+};
+
+constexpr std::array sizes = {
+    Size{15, QFont::Bold},     // title
+    Size{13, QFont::DemiBold}, // headline
+    Size{13, QFont::Normal},   // body
+    Size{12, QFont::Normal},   // callout
+    Size{11, QFont::Normal},   // caption
+    Size{11, QFont::Bold},     // boldCaption
+    Size{10, QFont::Normal},   // smallCaption
+};
+
+} // namespace
 
 Theme::Theme(const Appearance& appearance, QObject* parent)
     : QObject(parent), m_appearance(appearance), m_colors(appearance)
@@ -25,31 +47,7 @@ void Theme::refresh()
 
 QFont Theme::font(TextStyle style) const
 {
-    struct Size
-    {
-        int pixels;
-        QFont::Weight weight;
-    };
-    // Whole pixels, because Qt rounds others.
-    const auto size = [style]() -> Size {
-        switch (style) {
-        case TextStyle::title:
-            return {15, QFont::Bold};
-        case TextStyle::headline:
-            return {13, QFont::DemiBold};
-        case TextStyle::body:
-            return {13, QFont::Normal};
-        case TextStyle::callout:
-            return {12, QFont::Normal};
-        case TextStyle::caption:
-            return {11, QFont::Normal};
-        case TextStyle::boldCaption:
-            return {11, QFont::Bold};
-        case TextStyle::smallCaption:
-            return {10, QFont::Normal};
-        }
-        return {13, QFont::Normal};
-    }();
+    const Size& size = sizes.at(static_cast<std::size_t>(style));
     QFont font = QGuiApplication::font();
     font.setPixelSize(size.pixels);
     font.setWeight(size.weight);

@@ -17,59 +17,48 @@ QColor translucent(QColor color, double opacity)
     return color;
 }
 
+struct Shade
+{
+    QRgb color;
+    double opacity = 1;
+};
+
+struct Row
+{
+    ColorRole role;
+    Shade light;
+    Shade dark;
+};
+
+constexpr std::array rows = {
+    Row{ColorRole::window, {0xF5F5F6}, {0x242528}},
+    Row{ColorRole::textBackground, {0xFFFFFF}, {0x1B1C1E}},
+    Row{ColorRole::label, {0x1C1C1E}, {0xF2F2F4}},
+    Row{ColorRole::secondary, {0x66666B}, {0xA6A6AE}},
+    Row{ColorRole::tertiary, {0x74747A}, {0x8A8A92}},
+    Row{ColorRole::outline, {0x66666B, 0.30}, {0xA6A6AE, 0.30}},
+    Row{ColorRole::separator, {0x1C1C1E, 0.12}, {0xF2F2F4, 0.16}},
+    Row{ColorRole::error, {0xC62F2F}, {0xFF7A70}},
+    Row{ColorRole::button, {0xFFFFFF}, {0x38393D}},
+    Row{ColorRole::trough, {0x1C1C1E, 0.07}, {0x000000, 0.28}},
+    Row{ColorRole::track, {0xDADADC}, {0x46474B}},
+    Row{ColorRole::pill, {0xFFFFFF}, {0x4A4B51}},
+    Row{ColorRole::thumb, {0xFFFFFF}, {0xD2D2D8}},
+    Row{ColorRole::hover, {0x1C1C1E, 0.04}, {0xF2F2F4, 0.05}},
+    Row{ColorRole::pressed, {0x1C1C1E, 0.10}, {0x000000, 0.20}},
+};
+
 } // namespace
 
 ThemeColors::ThemeColors(const Appearance& appearance)
 {
-    if (appearance.isDark)
-        setDark();
-    else
-        setLight();
+    for (const Row& row : rows) {
+        const Shade& shade = appearance.isDark ? row.dark : row.light;
+        at(row.role) = translucent(shade.color, shade.opacity);
+    }
     if (appearance.isHighContrast)
         setHighContrast(appearance.isDark);
     setAccent(appearance.highlight, appearance.isDark);
-}
-
-void ThemeColors::setLight()
-{
-    const QColor label = 0x1C1C1E;
-    const QColor secondary = 0x66666B;
-    at(ColorRole::window) = 0xF5F5F6;
-    at(ColorRole::textBackground) = 0xFFFFFF;
-    at(ColorRole::label) = label;
-    at(ColorRole::secondary) = secondary;
-    at(ColorRole::tertiary) = 0x74747A;
-    at(ColorRole::outline) = translucent(secondary, 0.30);
-    at(ColorRole::separator) = translucent(label, 0.12);
-    at(ColorRole::error) = 0xC62F2F;
-    at(ColorRole::button) = 0xFFFFFF;
-    at(ColorRole::trough) = translucent(label, 0.07);
-    at(ColorRole::track) = 0xDADADC;
-    at(ColorRole::pill) = 0xFFFFFF;
-    at(ColorRole::thumb) = 0xFFFFFF;
-    at(ColorRole::hover) = translucent(label, 0.04);
-    at(ColorRole::pressed) = translucent(label, 0.10);
-}
-
-void ThemeColors::setDark()
-{
-    const QColor label = 0xF2F2F4;
-    const QColor secondary = 0xA6A6AE;
-    at(ColorRole::window) = 0x242528;
-    at(ColorRole::textBackground) = 0x1B1C1E;
-    at(ColorRole::label) = label;
-    at(ColorRole::secondary) = secondary;
-    at(ColorRole::tertiary) = 0x8A8A92;
-    at(ColorRole::outline) = translucent(secondary, 0.30);
-    at(ColorRole::separator) = translucent(label, 0.16);
-    at(ColorRole::error) = 0xFF7A70;
-    at(ColorRole::button) = 0x38393D;
-    at(ColorRole::trough) = translucent(Qt::black, 0.28);
-    at(ColorRole::track) = 0x46474B;
-    at(ColorRole::pill) = 0x4A4B51;
-    at(ColorRole::thumb) = 0xD2D2D8;
-    at(ColorRole::hover) = translucent(label, 0.05);
-    at(ColorRole::pressed) = translucent(Qt::black, 0.20);
 }
 
 void ThemeColors::setHighContrast(bool isDark)

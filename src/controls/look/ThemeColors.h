@@ -22,8 +22,6 @@ public:
 private:
     static constexpr std::size_t index(ColorRole role) { return static_cast<std::size_t>(role); }
     QColor& at(ColorRole role) { return m_colors[index(role)]; }
-    void setLight();
-    void setDark();
     void setHighContrast(bool isDark);
     void setAccent(const QColor& highlight, bool isDark);
 
