@@ -4,13 +4,16 @@
 
 class Theme;
 
-/// A slim scroll bar without arrows. Its ground is that of the text that it scrolls. Main thread.
+/// A slim vertical scroll bar without arrows. Its ground is that of the text that it scrolls. Main
+/// thread.
 class ScrollBar : public QScrollBar
 {
     Q_OBJECT
 
 public:
-    ScrollBar(const Theme& theme, Qt::Orientation orientation, QWidget* parent = nullptr);
+    explicit ScrollBar(const Theme& theme, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -109,7 +109,7 @@ SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
     setOpenLinks(false);
     setUndoRedoEnabled(false);
     setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
-    setVerticalScrollBar(new ScrollBar(theme, Qt::Vertical));
+    setVerticalScrollBar(new ScrollBar(theme));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
     document()->setDocumentMargin(padding);

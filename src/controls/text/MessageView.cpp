@@ -20,7 +20,7 @@ MessageView::MessageView(const Theme& theme, TextStyle style, ColorRole role, QW
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFrameShape(QFrame::NoFrame);
     setTabChangesFocus(true);
-    setVerticalScrollBar(new ScrollBar(theme, Qt::Vertical));
+    setVerticalScrollBar(new ScrollBar(theme));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

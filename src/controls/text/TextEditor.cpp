@@ -129,7 +129,7 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     m_editor->setObjectName(QStringLiteral("editor"));
     m_editor->setFrameShape(QFrame::NoFrame);
     m_editor->setTabChangesFocus(true);
-    m_editor->setVerticalScrollBar(new ScrollBar(theme, Qt::Vertical));
+    m_editor->setVerticalScrollBar(new ScrollBar(theme));
     m_editor->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_editor->document()->setDocumentMargin(documentMargin);
     m_editor->viewport()->setAutoFillBackground(false);
