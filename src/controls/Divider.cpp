@@ -1,13 +1,10 @@
 #include "Divider.h"
 
-#include "Theme.h"
-
 #include <QPainter>
 
-Divider::Divider(const Theme& theme, QWidget* parent) : QWidget(parent), m_theme(theme)
+Divider::Divider(const Theme& theme, QWidget* parent) : Themed(theme, parent)
 {
     setFixedHeight(1);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void Divider::paintEvent(QPaintEvent*)

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QWidget>
 
-class Theme;
-
 /// A horizontal line. Main thread.
-class Divider : public QWidget
+class Divider : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -14,7 +14,4 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    const Theme& m_theme;
 };

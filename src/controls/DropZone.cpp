@@ -1,7 +1,6 @@
 #include "DropZone.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -23,10 +22,9 @@ static std::optional<QUrl> firstFile(const QMimeData* data)
     return std::nullopt;
 }
 
-DropZone::DropZone(const Theme& theme, QWidget* parent) : QWidget(parent), m_theme(theme)
+DropZone::DropZone(const Theme& theme, QWidget* parent) : Themed(theme, parent)
 {
     setAcceptDrops(true);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void DropZone::setHighlighted(bool isHighlighted)

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QUrl>
 #include <QWidget>
 
-class Theme;
-
 /// A dashed area to drop files on. It is highlighted while a file is dragged over it. Main thread.
-class DropZone : public QWidget
+class DropZone : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -30,6 +30,5 @@ protected:
 private:
     void setHighlighted(bool isHighlighted);
 
-    const Theme& m_theme;
     bool m_isHighlighted = false;
 };

@@ -1,7 +1,6 @@
 #include "FocusRing.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -10,12 +9,11 @@ static constexpr const char* outlinedProperty = "pithwiseOutlined";
 static constexpr const char* radiusProperty = "pithwiseOutlineRadius";
 static constexpr int ringWidth = static_cast<int>(Drawing::focusWidth);
 
-FocusRing::FocusRing(const Theme& theme, QWidget& window) : QWidget(&window), m_theme(theme)
+FocusRing::FocusRing(const Theme& theme, QWidget& window) : Themed(theme, &window)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     hide();
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* now) { follow(now); });
     follow(QApplication::focusWidget());

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QPointer>
 #include <QWidget>
 
-class Theme;
-
 /// The ring around what has the keyboard focus, outside of its bounds. There is one for each
 /// window, over everything else in it. Main thread.
-class FocusRing : public QWidget
+class FocusRing : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -27,7 +27,6 @@ private:
     void follow(QWidget* focused);
     void place();
 
-    const Theme& m_theme;
     QPointer<QWidget> m_outlined;
     int m_radius = 0;
     QList<QPointer<QWidget>> m_watched; // m_outlined and the widgets around it

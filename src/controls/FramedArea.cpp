@@ -1,12 +1,8 @@
 #include "FramedArea.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
-FramedArea::FramedArea(const Theme& theme, QWidget* parent) : QWidget(parent), m_theme(theme)
-{
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
-}
+FramedArea::FramedArea(const Theme& theme, QWidget* parent) : Themed(theme, parent) {}
 
 void FramedArea::paintEvent(QPaintEvent*)
 {

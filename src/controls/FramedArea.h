@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "Themed.h"
 
-class Theme;
+#include <QWidget>
 
 /// A rounded area with an outline and the ground for text, in which one writes or reads. Main
 /// thread.
-class FramedArea : public QWidget
+class FramedArea : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -17,7 +17,4 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    const Theme& m_theme;
 };

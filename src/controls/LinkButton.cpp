@@ -2,12 +2,11 @@
 
 #include "Drawing.h"
 #include "FocusRing.h"
-#include "Theme.h"
 
 static constexpr int radius = 4;
 
 LinkButton::LinkButton(const Theme& theme, const QString& text, QWidget* parent)
-    : QPushButton(text, parent), m_theme(theme)
+    : Themed(theme, text, parent)
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
@@ -15,14 +14,7 @@ LinkButton::LinkButton(const Theme& theme, const QString& text, QWidget* parent)
     setCursor(Qt::PointingHandCursor);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     FocusRing::outline(*this, *this, radius);
-    follow();
-    connect(&theme, &Theme::changed, this, &LinkButton::follow);
-}
-
-void LinkButton::follow()
-{
-    setFont(m_theme.font(TextStyle::caption));
-    update();
+    setTextStyle(TextStyle::caption);
 }
 
 QSize LinkButton::sizeHint() const

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QPushButton>
 
-class Theme;
-
 /// A button that looks like a link, in the size of a caption. Main thread.
-class LinkButton : public QPushButton
+class LinkButton : public Themed<QPushButton>
 {
     Q_OBJECT
 
@@ -21,7 +21,4 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void follow();
-
-    const Theme& m_theme;
 };

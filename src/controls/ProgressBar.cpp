@@ -1,20 +1,18 @@
 #include "ProgressBar.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
 #include <algorithm>
 
 static constexpr int barHeight = 6;
 static constexpr int percent = 100; // the scale for screen readers
 
-ProgressBar::ProgressBar(const Theme& theme, QWidget* parent) : QProgressBar(parent), m_theme(theme)
+ProgressBar::ProgressBar(const Theme& theme, QWidget* parent) : Themed(theme, parent)
 {
     setRange(0, percent);
     setValue(0);
     setTextVisible(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void ProgressBar::setFraction(double fraction)

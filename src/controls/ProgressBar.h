@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QProgressBar>
 
-class Theme;
-
 /// Shows how much is done. Main thread.
-class ProgressBar : public QProgressBar
+class ProgressBar : public Themed<QProgressBar>
 {
     Q_OBJECT
 
@@ -22,6 +22,5 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    const Theme& m_theme;
     double m_fraction = 0;
 };

@@ -4,7 +4,6 @@
 #include "Fade.h"
 #include "FocusRing.h"
 #include "Icon.h"
-#include "Theme.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -30,8 +29,7 @@ static int symbolSizeOf(ControlSize size)
 }
 
 PushButton::PushButton(const Theme& theme, const QString& text, ControlSize size, QWidget* parent)
-    : QPushButton(text, parent),
-      m_theme(theme),
+    : Themed(theme, text, parent),
       m_size(size),
       m_hover(new Fade(theme, *this)),
       m_press(new Fade(theme, *this))
@@ -41,16 +39,9 @@ PushButton::PushButton(const Theme& theme, const QString& text, ControlSize size
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     FocusRing::outline(*this, *this, radius);
-    follow();
-    connect(&theme, &Theme::changed, this, &PushButton::follow);
+    setTextStyle(size == ControlSize::small ? TextStyle::caption : TextStyle::body);
     connect(this, &QPushButton::pressed, m_press, [this] { m_press->moveTo(1); });
     connect(this, &QPushButton::released, m_press, [this] { m_press->moveTo(0); });
-}
-
-void PushButton::follow()
-{
-    setFont(m_theme.font(m_size == ControlSize::small ? TextStyle::caption : TextStyle::body));
-    update();
 }
 
 void PushButton::setSymbol(Symbol symbol)

@@ -2,17 +2,17 @@
 
 #include "ControlSize.h"
 #include "Symbol.h"
+#include "Themed.h"
 
 #include <QPushButton>
 
 #include <optional>
 
 class Fade;
-class Theme;
 
 /// A button with a text and perhaps an icon. The default button (setDefault) is filled with the
 /// accent. A click does not take the focus from the text that is being written. Main thread.
-class PushButton : public QPushButton
+class PushButton : public Themed<QPushButton>
 {
     Q_OBJECT
 
@@ -30,13 +30,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void follow();
     void paintGround(QPainter& painter) const;
     void paintContent(QPainter& painter) const;
     int contentWidth() const;
     bool isAccented() const;
 
-    const Theme& m_theme;
     ControlSize m_size;
     std::optional<Symbol> m_symbol;
     Fade* m_hover;

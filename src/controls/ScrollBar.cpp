@@ -1,7 +1,6 @@
 #include "ScrollBar.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
 #include <QCommonStyle>
 #include <QStyleOptionSlider>
@@ -31,15 +30,13 @@ public:
 
 } // namespace
 
-ScrollBar::ScrollBar(const Theme& theme, QWidget* parent)
-    : QScrollBar(Qt::Vertical, parent), m_theme(theme)
+ScrollBar::ScrollBar(const Theme& theme, QWidget* parent) : Themed(theme, Qt::Vertical, parent)
 {
     auto* const style = new Style;
     style->setParent(this);
     setStyle(style);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setAttribute(Qt::WA_Hover);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 QSize ScrollBar::sizeHint() const

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QScrollBar>
+#include "Themed.h"
 
-class Theme;
+#include <QScrollBar>
 
 /// A slim vertical scroll bar without arrows. Its ground is that of the text that it scrolls. Main
 /// thread.
-class ScrollBar : public QScrollBar
+class ScrollBar : public Themed<QScrollBar>
 {
     Q_OBJECT
 
@@ -17,7 +17,4 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    const Theme& m_theme;
 };

@@ -3,7 +3,6 @@
 #include "Drawing.h"
 #include "Fade.h"
 #include "Icon.h"
-#include "Theme.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -17,19 +16,12 @@ static constexpr int radius = 4;
 
 Segment::Segment(const Theme& theme, const QString& text, std::optional<Symbol> symbol,
                  QWidget* parent)
-    : QRadioButton(text, parent), m_theme(theme), m_symbol(symbol), m_hover(new Fade(theme, *this))
+    : Themed(theme, text, parent), m_symbol(symbol), m_hover(new Fade(theme, *this))
 {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    follow();
-    connect(&theme, &Theme::changed, this, &Segment::follow);
-}
-
-void Segment::follow()
-{
-    setFont(m_theme.font(TextStyle::callout));
-    update();
+    setTextStyle(TextStyle::callout);
 }
 
 int Segment::contentWidth() const

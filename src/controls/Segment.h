@@ -1,17 +1,17 @@
 #pragma once
 
 #include "Symbol.h"
+#include "Themed.h"
 
 #include <QRadioButton>
 
 #include <optional>
 
 class Fade;
-class Theme;
 
 /// One choice of a SegmentedControl. For the keyboard and for screen readers it is a radio button;
 /// it draws only its icon and its text. Main thread.
-class Segment : public QRadioButton
+class Segment : public Themed<QRadioButton>
 {
     Q_OBJECT
 
@@ -27,10 +27,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void follow();
     int contentWidth() const;
 
-    const Theme& m_theme;
     std::optional<Symbol> m_symbol;
     Fade* m_hover;
 };

@@ -6,7 +6,6 @@
 #include "Focus.h"
 #include "FocusRing.h"
 #include "Segment.h"
-#include "Theme.h"
 
 #include <QHBoxLayout>
 
@@ -16,7 +15,7 @@ static constexpr qreal shadowOpacity = 0.16;
 
 SegmentedControl::SegmentedControl(const Theme& theme, const std::vector<Choice>& choices,
                                    QWidget* parent)
-    : QWidget(parent), m_theme(theme), m_pill(new Fade(theme, *this))
+    : Themed(theme, parent), m_pill(new Fade(theme, *this))
 {
     AccessibleRole::set(*this, QAccessible::Grouping);
     auto* const layout = new QHBoxLayout(this);
@@ -37,7 +36,6 @@ SegmentedControl::SegmentedControl(const Theme& theme, const std::vector<Choice>
     }
     updateTabStop();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void SegmentedControl::setIndex(int index)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Symbol.h"
+#include "Themed.h"
 
 #include <QWidget>
 
@@ -9,12 +10,11 @@
 
 class Fade;
 class Segment;
-class Theme;
 
 /// A row of choices. One is always chosen and raised. For the Tab key the row is one stop; the
 /// arrow keys choose. Screen readers find radio buttons in a group that has this widget's
 /// accessible name. Main thread.
-class SegmentedControl : public QWidget
+class SegmentedControl : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -49,7 +49,6 @@ private:
     void choose(int index);
     void updateTabStop();
 
-    const Theme& m_theme;
     std::vector<Segment*> m_segments;
     int m_index = 0;
     Fade* m_pill; // where the raised part is, as an index

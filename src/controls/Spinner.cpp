@@ -1,7 +1,6 @@
 #include "Spinner.h"
 
 #include "Drawing.h"
-#include "Theme.h"
 
 #include <QTimerEvent>
 
@@ -13,13 +12,12 @@ static constexpr qreal outerRadius = 8.5;
 static constexpr qreal lineWidth = 2;
 static constexpr qreal faintest = 0.2;
 
-Spinner::Spinner(const Theme& theme, QWidget* parent) : QWidget(parent), m_theme(theme)
+Spinner::Spinner(const Theme& theme, QWidget* parent) : Themed(theme, parent)
 {
     setFixedSize(extent, extent);
-    connect(&theme, &Theme::changed, this, &Spinner::follow);
 }
 
-void Spinner::follow()
+void Spinner::followTheme()
 {
     if (isVisible() && m_theme.fadeDuration() > 0)
         m_timer.start(stepMilliseconds, this);
@@ -30,7 +28,7 @@ void Spinner::follow()
 
 void Spinner::showEvent(QShowEvent*)
 {
-    follow();
+    followTheme();
 }
 
 void Spinner::hideEvent(QHideEvent*)

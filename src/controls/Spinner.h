@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QBasicTimer>
 #include <QWidget>
 
-class Theme;
-
 /// Shows that something is going on. It costs nothing while it is hidden, and stands still if
 /// motion is reduced. Main thread.
-class Spinner : public QWidget
+class Spinner : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -21,11 +21,9 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void followTheme() final;
 
 private:
-    void follow();
-
-    const Theme& m_theme;
     QBasicTimer m_timer;
     int m_step = 0;
 };

@@ -3,7 +3,6 @@
 #include "Contrast.h"
 #include "Drawing.h"
 #include "Fade.h"
-#include "Theme.h"
 
 #include <QMouseEvent>
 
@@ -17,14 +16,13 @@ static constexpr qreal margin = thumbSize / 2 + Drawing::focusWidth; // room for
 static constexpr qreal shadowOpacity = 0.18;
 
 StopSlider::StopSlider(const Theme& theme, QWidget* parent)
-    : QSlider(Qt::Horizontal, parent), m_theme(theme), m_thumb(new Fade(theme, *this))
+    : Themed(theme, Qt::Horizontal, parent), m_thumb(new Fade(theme, *this))
 {
     setRange(0, lastStop);
     setPageStep(1);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, &QSlider::valueChanged, m_thumb, [this](int value) { m_thumb->moveTo(value); });
-    connect(&theme, &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 QSize StopSlider::sizeHint() const

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QSlider>
 
 class Fade;
-class Theme;
 
 /// A slider with three marked stops, 0, 1 and 2, and no positions between them. Main thread.
-class StopSlider : public QSlider
+class StopSlider : public Themed<QSlider>
 {
     Q_OBJECT
 
@@ -28,6 +29,5 @@ private:
     void paintTrack(QPainter& painter) const;
     void paintThumb(QPainter& painter) const;
 
-    const Theme& m_theme;
     Fade* m_thumb; // where the thumb is, in stops
 };

@@ -2,13 +2,12 @@
 
 #include "ColorRole.h"
 #include "Symbol.h"
+#include "Themed.h"
 
 #include <QWidget>
 
-class Theme;
-
 /// An icon for decoration only; screen readers ignore it. Main thread.
-class SymbolView : public QWidget
+class SymbolView : public Themed<QWidget>
 {
     Q_OBJECT
 
@@ -21,7 +20,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    const Theme& m_theme;
     Symbol m_symbol;
     ColorRole m_role;
 };

@@ -3,7 +3,6 @@
 #include "Drawing.h"
 #include "ScrollBar.h"
 #include "SummaryText.h"
-#include "Theme.h"
 
 #include <QFontDatabase>
 #include <QTextBlock>
@@ -103,7 +102,7 @@ QString shownAddress(const QUrl& link)
 } // namespace
 
 SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
-    : QTextBrowser(parent), m_theme(theme), m_openLink(std::move(openLink))
+    : Themed(theme, parent), m_openLink(std::move(openLink))
 {
     setFrameShape(QFrame::NoFrame);
     setOpenLinks(false);
@@ -116,14 +115,14 @@ SummaryView::SummaryView(const Theme& theme, OpenLink openLink, QWidget* parent)
     connect(this, &QTextBrowser::anchorClicked, this, &SummaryView::open);
     connect(this, &QTextBrowser::highlighted, this,
             [this](const QUrl& link) { showTarget(link, QCursor::pos()); });
-    connect(&theme, &Theme::changed, this, &SummaryView::follow);
-    follow();
+    setTextStyle(TextStyle::body);
+    followTheme();
 }
 
 /// Shows everything again in the theme's colours and font.
-void SummaryView::follow()
+void SummaryView::followTheme()
 {
-    setFont(m_theme.font(TextStyle::body));
+    Themed::followTheme();
     const Runs runs = std::exchange(m_runs, {});
     document()->clear();
     replaceChanged(runs);

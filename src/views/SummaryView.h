@@ -1,18 +1,17 @@
 #pragma once
 
 #include "InlineMarkdown.h"
+#include "Themed.h"
 
 #include <QTextBrowser>
 #include <QUrl>
 
 #include <functional>
 
-class Theme;
-
 /// Shows a summary while it streams. Only what has changed is laid out again. The user's selection
 /// and scroll position stay; the view scrolls along only if it is at the end of the text. Main
 /// thread.
-class SummaryView : public QTextBrowser
+class SummaryView : public Themed<QTextBrowser>
 {
     Q_OBJECT
 
@@ -29,9 +28,9 @@ public:
 
 protected:
     bool focusNextPrevChild(bool next) override;
+    void followTheme() final;
 
 private:
-    void follow();
     void replaceChanged(const std::vector<InlineMarkdown::Run>& runs);
     void insert(QTextCursor& cursor, const std::vector<InlineMarkdown::Run>& runs, qsizetype from,
                 qsizetype to) const;
@@ -40,7 +39,6 @@ private:
     void open(const QUrl& link) const;
     void showTarget(const QUrl& link, const QPoint& place);
 
-    const Theme& m_theme;
     OpenLink m_openLink;
     std::vector<InlineMarkdown::Run> m_runs; // what is shown now
 };

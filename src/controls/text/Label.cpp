@@ -1,19 +1,17 @@
 #include "Label.h"
 
-#include "Theme.h"
-
 Label::Label(const Theme& theme, TextStyle style, ColorRole role, const QString& text,
              QWidget* parent)
-    : QLabel(text, parent), m_theme(theme), m_style(style), m_role(role)
+    : Themed(theme, text, parent), m_role(role)
 {
     setTextFormat(Qt::PlainText);
-    follow();
-    connect(&theme, &Theme::changed, this, &Label::follow);
+    setTextStyle(style);
+    followTheme();
 }
 
-void Label::follow()
+void Label::followTheme()
 {
-    setFont(m_theme.font(m_style));
+    Themed::followTheme();
     QPalette colors = palette();
     colors.setColor(QPalette::WindowText, m_theme[m_role]);
     setPalette(colors);

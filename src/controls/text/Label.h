@@ -2,13 +2,12 @@
 
 #include "ColorRole.h"
 #include "TextStyle.h"
+#include "Themed.h"
 
 #include <QLabel>
 
-class Theme;
-
 /// Plain text in a style and colour of the theme. Main thread.
-class Label : public QLabel
+class Label : public Themed<QLabel>
 {
     Q_OBJECT
 
@@ -16,10 +15,9 @@ public:
     Label(const Theme& theme, TextStyle style, ColorRole role, const QString& text = {},
           QWidget* parent = nullptr);
 
-private:
-    void follow();
+protected:
+    void followTheme() final;
 
-    const Theme& m_theme;
-    TextStyle m_style;
+private:
     ColorRole m_role;
 };

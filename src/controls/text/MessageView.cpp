@@ -1,7 +1,6 @@
 #include "MessageView.h"
 
 #include "ScrollBar.h"
-#include "Theme.h"
 
 #include <QTextBlock>
 #include <QTextDocument>
@@ -13,7 +12,7 @@ static constexpr int lineHeight = 130; // percent
 static constexpr int mostLines = 10;
 
 MessageView::MessageView(const Theme& theme, TextStyle style, ColorRole role, QWidget* parent)
-    : QTextEdit(parent), m_theme(theme), m_style(style), m_role(role)
+    : Themed(theme, parent), m_role(role)
 {
     setReadOnly(true);
     setUndoRedoEnabled(false);
@@ -29,13 +28,13 @@ MessageView::MessageView(const Theme& theme, TextStyle style, ColorRole role, QW
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
-    follow();
-    connect(&theme, &Theme::changed, this, &MessageView::follow);
+    setTextStyle(style);
+    followTheme();
 }
 
-void MessageView::follow()
+void MessageView::followTheme()
 {
-    setFont(m_theme.font(m_style));
+    Themed::followTheme();
     setMessage(toPlainText());
 }
 

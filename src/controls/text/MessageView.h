@@ -2,14 +2,13 @@
 
 #include "ColorRole.h"
 #include "TextStyle.h"
+#include "Themed.h"
 
 #include <QTextEdit>
 
-class Theme;
-
 /// A message, centred in its area. It wraps anywhere if need be, scrolls if it is longer than the
 /// area, and can be selected. Main thread.
-class MessageView : public QTextEdit
+class MessageView : public Themed<QTextEdit>
 {
     Q_OBJECT
 
@@ -26,13 +25,11 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void followTheme() final;
 
 private:
     int wholeHeight(int width) const;
-    void follow();
     void center();
 
-    const Theme& m_theme;
-    TextStyle m_style;
     ColorRole m_role;
 };

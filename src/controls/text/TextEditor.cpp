@@ -4,7 +4,6 @@
 #include "FocusRing.h"
 #include "Label.h"
 #include "ScrollBar.h"
-#include "Theme.h"
 
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -118,7 +117,6 @@ private:
 
 TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     : FramedArea(theme, parent),
-      m_theme(theme),
       m_editor(new Editor([this](const QString& pasted) { return insertLarge(pasted); }, this)),
       m_divider(new Divider(theme, this)),
       m_note(new Label(theme, TextStyle::caption, ColorRole::secondary,
@@ -145,15 +143,15 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     m_note->setIndent(documentMargin);
     m_divider->hide();
     m_note->hide();
-    follow();
-    connect(&theme, &Theme::changed, this, &TextEditor::follow);
+    followTheme();
     // Connected before textChanged, so that the text is up to date when that is announced.
     connect(m_editor->document(), &QTextDocument::contentsChange, this, &TextEditor::takeChange);
     connect(m_editor, &QPlainTextEdit::textChanged, this, &TextEditor::textChanged);
 }
 
-void TextEditor::follow()
+void TextEditor::followTheme()
 {
+    FramedArea::followTheme();
     m_editor->setFont(m_theme.font(TextStyle::body));
 }
 

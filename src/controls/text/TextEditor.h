@@ -45,13 +45,14 @@ signals:
     /// may be large.
     void textChanged();
 
+protected:
+    void followTheme() final;
+
 private:
-    void follow();
     void takeChange(int position, int removed, int added);
     void showText(const QString& text);
     bool insertLarge(const QString& pasted);
 
-    const Theme& m_theme;
     QPlainTextEdit* m_editor;
     Divider* m_divider; // above the note
     Label* m_note;

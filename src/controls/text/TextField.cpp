@@ -2,7 +2,6 @@
 
 #include "Drawing.h"
 #include "FocusRing.h"
-#include "Theme.h"
 
 #include <QKeyEvent>
 
@@ -10,19 +9,19 @@ static constexpr int radius = 6;
 static constexpr int fieldHeight = 24;
 static constexpr int padding = 6; // besides the two pixels that Qt adds
 
-TextField::TextField(const Theme& theme, QWidget* parent) : QLineEdit(parent), m_theme(theme)
+TextField::TextField(const Theme& theme, QWidget* parent) : Themed(theme, parent)
 {
     setFrame(false);
     setTextMargins(padding, 0, padding, 0);
     setFixedHeight(fieldHeight);
     FocusRing::outline(*this, *this, radius);
-    follow();
-    connect(&theme, &Theme::changed, this, &TextField::follow);
+    setTextStyle(TextStyle::body);
+    followTheme();
 }
 
-void TextField::follow()
+void TextField::followTheme()
 {
-    setFont(m_theme.font(TextStyle::body));
+    Themed::followTheme();
     // Qt's own ground would have square corners.
     QPalette colors = palette();
     colors.setColor(QPalette::Base, Qt::transparent);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Themed.h"
+
 #include <QLineEdit>
 
-class Theme;
-
 /// A field for one line of text. It keeps Return to itself. Main thread.
-class TextField : public QLineEdit
+class TextField : public Themed<QLineEdit>
 {
     Q_OBJECT
 
@@ -17,9 +17,5 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-
-private:
-    void follow();
-
-    const Theme& m_theme;
+    void followTheme() final;
 };
