@@ -13,22 +13,22 @@ static constexpr int symbolGap = 5;
 static constexpr qreal accentHover = 0.08;
 static constexpr qreal accentPressed = 0.20;
 
-static int heightOf(ControlSize size)
+static int heightOf(PushButton::Size size)
 {
-    return size == ControlSize::small ? 20 : 24;
+    return size == PushButton::Size::small ? 20 : 24;
 }
 
-static int paddingOf(ControlSize size)
+static int paddingOf(PushButton::Size size)
 {
-    return size == ControlSize::small ? 8 : 12;
+    return size == PushButton::Size::small ? 8 : 12;
 }
 
-static int symbolSizeOf(ControlSize size)
+static int symbolSizeOf(PushButton::Size size)
 {
-    return size == ControlSize::small ? 14 : 16;
+    return size == PushButton::Size::small ? 14 : 16;
 }
 
-PushButton::PushButton(const Theme& theme, const QString& text, ControlSize size, QWidget* parent)
+PushButton::PushButton(const Theme& theme, const QString& text, QWidget* parent, Size size)
     : Themed(theme, text, parent),
       m_size(size),
       m_hover(new Fade(theme, *this)),
@@ -39,7 +39,7 @@ PushButton::PushButton(const Theme& theme, const QString& text, ControlSize size
     setAutoDefault(false);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     FocusRing::outline(*this, *this, radius);
-    setTextStyle(size == ControlSize::small ? TextStyle::caption : TextStyle::body);
+    setTextStyle(size == Size::small ? TextStyle::caption : TextStyle::body);
     connect(this, &QPushButton::pressed, m_press, [this] { m_press->moveTo(1); });
     connect(this, &QPushButton::released, m_press, [this] { m_press->moveTo(0); });
 }

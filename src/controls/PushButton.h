@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ControlSize.h"
 #include "Symbol.h"
 #include "Themed.h"
 
@@ -17,8 +16,11 @@ class PushButton : public Themed<QPushButton>
     Q_OBJECT
 
 public:
-    PushButton(const Theme& theme, const QString& text, ControlSize size = ControlSize::regular,
-               QWidget* parent = nullptr);
+    /// Regular controls are 24 logical pixels high, small ones 20.
+    enum class Size { regular, small };
+
+    PushButton(const Theme& theme, const QString& text, QWidget* parent = nullptr,
+               Size size = Size::regular);
 
     void setSymbol(Symbol symbol);
 
@@ -35,7 +37,7 @@ private:
     int contentWidth() const;
     bool isAccented() const;
 
-    ControlSize m_size;
+    Size m_size;
     std::optional<Symbol> m_symbol;
     Fade* m_hover;
     Fade* m_press;

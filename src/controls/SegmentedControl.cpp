@@ -5,6 +5,7 @@
 #include "Fade.h"
 #include "Focus.h"
 #include "FocusRing.h"
+#include "Make.h"
 #include "Segment.h"
 
 #include <QHBoxLayout>
@@ -18,9 +19,7 @@ SegmentedControl::SegmentedControl(const Theme& theme, const std::vector<Choice>
     : Themed(theme, parent), m_pill(new Fade(theme, *this))
 {
     AccessibleRole::set(*this, QAccessible::Grouping);
-    auto* const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
+    auto* const layout = Make::layout<QHBoxLayout>(this, 0);
     for (const Choice& choice : choices) {
         const int index = static_cast<int>(m_segments.size());
         auto* const segment = new Segment(theme, choice.text, choice.symbol, this);

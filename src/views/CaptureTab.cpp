@@ -2,6 +2,7 @@
 
 #include "AppState.h"
 #include "Focus.h"
+#include "Make.h"
 #include "PlatformWords.h"
 #include "PushButton.h"
 #include "SentenceLabel.h"
@@ -35,13 +36,10 @@ constexpr std::array choices = {
 CaptureTab::CaptureTab(AppState& state, const Theme& theme, QWidget* parent)
     : StateView(state, parent), m_buttons(new QWidget(this))
 {
-    auto* const row = new QHBoxLayout(m_buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(buttonSpacing);
+    auto* const row = Make::layout<QHBoxLayout>(m_buttons, buttonSpacing);
     for (const Choice& choice : choices) {
         auto* const button =
-            new PushButton(theme, QString::fromUtf8(choice.text), ControlSize::regular, m_buttons);
-        button->setObjectName(QString::fromUtf8(choice.name));
+            Make::named<PushButton>(choice.name, theme, QString::fromUtf8(choice.text), m_buttons);
         button->setSymbol(choice.symbol);
         connect(button, &QPushButton::clicked, &state,
                 [&state, kind = choice.kind] { state.capture(kind); });
@@ -52,9 +50,7 @@ CaptureTab::CaptureTab(AppState& state, const Theme& theme, QWidget* parent)
     auto* const note = new SentenceLabel(theme, TextStyle::caption, ColorRole::secondary,
                                          QString::fromUtf8(platformWords.captureNote), this);
 
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const column = Make::layout<QVBoxLayout>(this, spacing);
     column->addStretch();
     column->addWidget(m_buttons, 0, Qt::AlignHCenter);
     column->addWidget(note);

@@ -2,6 +2,7 @@
 
 #include "AppState.h"
 #include "Focus.h"
+#include "Make.h"
 #include "PushButton.h"
 #include "TextEditor.h"
 
@@ -13,25 +14,19 @@ static constexpr int spacing = 6;
 static constexpr int buttonSpacing = 8;
 
 ClipboardTab::ClipboardTab(AppState& state, const Theme& theme, QWidget* parent)
-    : StateView(state, parent), m_editor(new TextEditor(theme, this))
+    : StateView(state, parent), m_editor(Make::named<TextEditor>("sourceEditor", theme, this))
 {
     auto* const use =
-        new PushButton(theme, QStringLiteral("Use Clipboard"), ControlSize::regular, this);
-    m_clear = new PushButton(theme, QStringLiteral("Clear"), ControlSize::regular, this);
-    use->setObjectName(QStringLiteral("useClipboard"));
+        Make::named<PushButton>("useClipboard", theme, QStringLiteral("Use Clipboard"), this);
     use->setSymbol(Symbol::clipboard);
-    m_clear->setObjectName(QStringLiteral("clear"));
-    m_editor->setObjectName(QStringLiteral("sourceEditor"));
+    m_clear = Make::named<PushButton>("clear", theme, QStringLiteral("Clear"), this);
     m_editor->setPlaceholder(QStringLiteral("Paste or type text here…"));
     m_editor->setEditorName(QStringLiteral("Text to summarize"));
     setFocusProxy(m_editor);
 
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const column = Make::layout<QVBoxLayout>(this, spacing);
     column->addWidget(m_editor, 1);
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(buttonSpacing);
+    auto* const row = Make::layout<QHBoxLayout>(nullptr, buttonSpacing);
     row->addWidget(use);
     row->addWidget(m_clear);
     row->addStretch();

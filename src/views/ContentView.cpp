@@ -6,6 +6,7 @@
 #include "Label.h"
 #include "LinkButton.h"
 #include "MainView.h"
+#include "Make.h"
 #include "ModelSetupView.h"
 #include "PlatformWords.h"
 #include "ProgramName.h"
@@ -31,16 +32,12 @@ ContentView::ContentView(AppState& state, const Theme& theme, const Actions& act
 {
     resize(extent);
     theme.applyTo(*this);
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    auto* const column = Make::layout<QVBoxLayout>(this, 0);
     column->addLayout(makeHeader(theme));
     column->addWidget(new Divider(theme, this));
     m_body = new QStackedWidget(this);
-    m_setup = new ModelSetupView(theme, m_body);
-    m_setup->setObjectName(QStringLiteral("setup"));
-    m_main = new MainView(state, theme, actions.openLink, m_body);
-    m_main->setObjectName(QStringLiteral("main"));
+    m_setup = Make::named<ModelSetupView>("setup", theme, m_body);
+    m_main = Make::named<MainView>("main", state, theme, actions.openLink, m_body);
     m_body->addWidget(m_setup);
     m_body->addWidget(m_main);
     column->addWidget(m_body, 1);
@@ -54,15 +51,13 @@ ContentView::ContentView(AppState& state, const Theme& theme, const Actions& act
 
 QLayout* ContentView::makeHeader(const Theme& theme)
 {
-    auto* const row = new QHBoxLayout;
-    row->setContentsMargins(sidePadding, headerPadding, sidePadding, headerPadding);
-    row->setSpacing(titleSpacing);
+    auto* const row = Make::layout<QHBoxLayout>(
+        nullptr, titleSpacing, {sidePadding, headerPadding, sidePadding, headerPadding});
     row->addWidget(new SymbolView(theme, Symbol::quotation, symbolSize, ColorRole::accent, this));
     row->addWidget(new Label(theme, TextStyle::headline, ColorRole::label,
                              QString::fromUtf8(programName), this));
     row->addStretch();
-    auto* const note = new QHBoxLayout;
-    note->setSpacing(noteSpacing);
+    auto* const note = Make::layout<QHBoxLayout>(nullptr, noteSpacing);
     note->addWidget(
         new SymbolView(theme, Symbol::lockShield, noteSymbolSize, ColorRole::secondary, this));
     note->addWidget(new Label(theme, TextStyle::caption, ColorRole::secondary,
@@ -81,8 +76,7 @@ QLayout* ContentView::makeFooter(const Theme& theme, const std::function<void()>
     showHint();
     row->addWidget(m_hint);
     row->addStretch();
-    auto* const button = new LinkButton(theme, QStringLiteral("Quit"), this);
-    button->setObjectName(QStringLiteral("quit"));
+    auto* const button = Make::named<LinkButton>("quit", theme, QStringLiteral("Quit"), this);
     connect(button, &QPushButton::clicked, this, quit);
     row->addWidget(button);
     return row;

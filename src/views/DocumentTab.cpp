@@ -4,6 +4,7 @@
 #include "DropZone.h"
 #include "FileChooser.h"
 #include "Label.h"
+#include "Make.h"
 #include "PushButton.h"
 #include "SymbolView.h"
 
@@ -15,14 +16,9 @@ static constexpr int symbolSize = 26;
 DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
     : QWidget(parent), m_state(state)
 {
-    auto* const zone = new DropZone(theme, this);
-    zone->setObjectName(QStringLiteral("dropZone"));
-    auto* const fill = new QVBoxLayout(this);
-    fill->setContentsMargins(0, 0, 0, 0);
-    fill->addWidget(zone);
-    auto* const column = new QVBoxLayout(zone);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const zone = Make::named<DropZone>("dropZone", theme, this);
+    Make::layout<QVBoxLayout>(this, 0)->addWidget(zone);
+    auto* const column = Make::layout<QVBoxLayout>(zone, spacing);
     column->addStretch();
     column->addWidget(
         new SymbolView(theme, Symbol::trayArrow, symbolSize, ColorRole::secondary, zone), 0,
@@ -31,8 +27,7 @@ DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
                                 QStringLiteral("Drop a PDF, TXT, DOCX, RTF or image here"), zone),
                       0, Qt::AlignHCenter);
     auto* const choose =
-        new PushButton(theme, QStringLiteral("Choose File…"), ControlSize::regular, zone);
-    choose->setObjectName(QStringLiteral("chooseFile"));
+        Make::named<PushButton>("chooseFile", theme, QStringLiteral("Choose File…"), zone);
     setFocusProxy(choose);
     column->addWidget(choose, 0, Qt::AlignHCenter);
     column->addStretch();

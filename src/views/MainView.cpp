@@ -5,6 +5,7 @@
 #include "ClipboardTab.h"
 #include "DocumentTab.h"
 #include "Focus.h"
+#include "Make.h"
 #include "OneLineLabel.h"
 #include "OutputPanel.h"
 #include "PushButton.h"
@@ -65,21 +66,18 @@ MainView::MainView(AppState& state, const Theme& theme, SummaryView::OpenLink op
                    QWidget* parent)
     : StateView(state, parent), m_knownMode(state.mode), m_knownLength(state.length)
 {
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(padding, padding, padding, padding);
-    column->setSpacing(spacing);
+    auto* const column =
+        Make::layout<QVBoxLayout>(this, spacing, {padding, padding, padding, padding});
     addTabs(*column, theme);
     addControls(*column, theme);
-    auto* const output = new OutputPanel(state, theme, std::move(openLink), this);
-    output->setObjectName(QStringLiteral("output"));
-    column->addWidget(output, 1);
+    column->addWidget(Make::named<OutputPanel>("output", state, theme, std::move(openLink), this),
+                      1);
     refresh();
 }
 
 void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
 {
-    m_tabs = new SegmentedControl(theme, tabChoices(), this);
-    m_tabs->setObjectName(QStringLiteral("tabs"));
+    m_tabs = Make::named<SegmentedControl>("tabs", theme, tabChoices(), this);
     m_tabs->setAccessibleName(QStringLiteral("Source"));
     connect(m_tabs, &SegmentedControl::indexChanged, this, [this](int index) {
         const AppState::Tab tab = AppState::allTabs.at(static_cast<std::size_t>(index));
@@ -88,8 +86,7 @@ void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
     });
     column.addWidget(m_tabs);
 
-    m_pages = new QStackedWidget(this);
-    m_pages->setObjectName(QStringLiteral("tabArea"));
+    m_pages = Make::named<QStackedWidget>("tabArea", this);
     m_pages->setFixedHeight(tabHeight);
     auto* const document = new DocumentTab(state(), theme, m_pages);
     connect(document, &DocumentTab::chooserOpened, this, &MainView::chooserOpened);
@@ -103,10 +100,8 @@ void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
 
 void MainView::addControls(QVBoxLayout& column, const Theme& theme)
 {
-    auto* const controls = new QVBoxLayout;
-    controls->setSpacing(controlSpacing);
-    m_modes = new SegmentedControl(theme, modeChoices(), this);
-    m_modes->setObjectName(QStringLiteral("modes"));
+    auto* const controls = Make::layout<QVBoxLayout>(nullptr, controlSpacing);
+    m_modes = Make::named<SegmentedControl>("modes", theme, modeChoices(), this);
     m_modes->setAccessibleName(QStringLiteral("Kind of summary"));
     connect(m_modes, &SegmentedControl::indexChanged, this, [this](int index) {
         const SummaryMode mode = allSummaryModes.at(static_cast<std::size_t>(index));
@@ -124,19 +119,16 @@ QWidget* MainView::makeLengthRow(const Theme& theme)
     auto* const row = new QWidget(this);
     auto* const title =
         new Label(theme, TextStyle::caption, ColorRole::secondary, QStringLiteral("Length"), row);
-    m_length = new StopSlider(theme, row);
-    m_length->setObjectName(QStringLiteral("length"));
+    m_length = Make::named<StopSlider>("length", theme, row);
     m_length->setAccessibleName(QStringLiteral("Length"));
-    m_lengthLabel = new Label(theme, TextStyle::boldCaption, ColorRole::label, {}, row);
-    m_lengthLabel->setObjectName(QStringLiteral("lengthLabel"));
+    m_lengthLabel = Make::named<Label>("lengthLabel", theme, TextStyle::boldCaption,
+                                       ColorRole::label, QString(), row);
     m_lengthLabel->setFixedWidth(lengthLabelWidth);
     connect(m_length, &QSlider::valueChanged, this, [this](int value) {
         if (std::lround(state().length) != value)
             state().length = value;
     });
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(controlSpacing);
+    auto* const layout = Make::layout<QHBoxLayout>(row, controlSpacing);
     layout->addWidget(title);
     layout->addWidget(m_length, 1);
     layout->addWidget(m_lengthLabel);
@@ -146,21 +138,17 @@ QWidget* MainView::makeLengthRow(const Theme& theme)
 QWidget* MainView::makeActionRow(const Theme& theme)
 {
     auto* const row = new QWidget(this);
-    m_source = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, row);
-    m_source->setObjectName(QStringLiteral("sourceLine"));
+    m_source = Make::named<OneLineLabel>("sourceLine", theme, TextStyle::caption,
+                                         ColorRole::secondary, row);
     m_sourceTimer.setSingleShot(true);
     m_sourceTimer.setInterval(typingPause);
     connect(&m_sourceTimer, &QTimer::timeout, this, &MainView::showSource);
-    m_stop = new PushButton(theme, QStringLiteral("Stop"), ControlSize::regular, row);
-    m_stop->setObjectName(QStringLiteral("stop"));
-    m_summarize = new PushButton(theme, QStringLiteral("Summarize"), ControlSize::regular, row);
-    m_summarize->setObjectName(QStringLiteral("summarize"));
+    m_stop = Make::named<PushButton>("stop", theme, QStringLiteral("Stop"), row);
+    m_summarize = Make::named<PushButton>("summarize", theme, QStringLiteral("Summarize"), row);
     m_summarize->setDefault(true);
     connect(m_stop, &QPushButton::clicked, &state(), &AppState::stop);
     connect(m_summarize, &QPushButton::clicked, &state(), &AppState::summarize);
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(controlSpacing);
+    auto* const layout = Make::layout<QHBoxLayout>(row, controlSpacing);
     layout->addWidget(m_source, 1);
     layout->addWidget(m_stop);
     layout->addWidget(m_summarize);

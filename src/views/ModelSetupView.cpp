@@ -4,6 +4,7 @@
 #include "Focus.h"
 #include "FocusRing.h"
 #include "Label.h"
+#include "Make.h"
 #include "MessageView.h"
 #include "PlatformWords.h"
 #include "ProgressBar.h"
@@ -21,9 +22,7 @@ static constexpr int ringRadius = 4;
 
 ModelSetupView::ModelSetupView(const Theme& theme, QWidget* parent) : QWidget(parent)
 {
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const column = Make::layout<QVBoxLayout>(this, spacing);
     column->addStretch();
     column->addWidget(
         new SymbolView(theme, Symbol::circledArrow, symbolSize, ColorRole::accent, this), 0,
@@ -43,19 +42,16 @@ ModelSetupView::ModelSetupView(const Theme& theme, QWidget* parent) : QWidget(pa
 
 void ModelSetupView::addProgress(const Theme& theme)
 {
-    m_progress = new QWidget(this);
-    m_progress->setObjectName(QStringLiteral("download"));
-    m_bar = new ProgressBar(theme, m_progress);
-    m_bar->setObjectName(QStringLiteral("downloadBar"));
+    m_progress = Make::named<QWidget>("download", this);
+    m_bar = Make::named<ProgressBar>("downloadBar", theme, m_progress);
     m_bar->setAccessibleName(QStringLiteral("Download of the model"));
     m_bar->setFocusPolicy(Qt::TabFocus); // else only Quit could have the focus
     FocusRing::outline(*m_bar, *m_bar, ringRadius);
-    m_percentage = new Label(theme, TextStyle::caption, ColorRole::secondary, {}, m_progress);
-    m_percentage->setObjectName(QStringLiteral("percentage"));
+    m_percentage = Make::named<Label>("percentage", theme, TextStyle::caption, ColorRole::secondary,
+                                      QString(), m_progress);
     m_percentage->setAlignment(Qt::AlignCenter);
-    auto* const column = new QVBoxLayout(m_progress);
-    column->setContentsMargins(barPadding, 0, barPadding, 0);
-    column->setSpacing(spacing);
+    auto* const column =
+        Make::layout<QVBoxLayout>(m_progress, spacing, {barPadding, 0, barPadding, 0});
     column->addWidget(m_bar);
     column->addWidget(m_percentage);
     layout()->addWidget(m_progress);
@@ -64,15 +60,13 @@ void ModelSetupView::addProgress(const Theme& theme)
 void ModelSetupView::addFailure(const Theme& theme)
 {
     auto* const column = static_cast<QVBoxLayout*>(layout());
-    m_message = new MessageView(theme, TextStyle::caption, ColorRole::error, this);
-    m_message->setObjectName(QStringLiteral("setupError"));
+    m_message =
+        Make::named<MessageView>("setupError", theme, TextStyle::caption, ColorRole::error, this);
     FocusRing::outline(*m_message, *m_message, ringRadius);
-    auto* const row = new QHBoxLayout;
-    row->setContentsMargins(textPadding, 0, textPadding, 0);
+    auto* const row = Make::layout<QHBoxLayout>(nullptr, 0, {textPadding, 0, textPadding, 0});
     row->addWidget(m_message);
     column->addLayout(row);
-    m_button = new PushButton(theme, {}, ControlSize::regular, this);
-    m_button->setObjectName(QStringLiteral("startDownload"));
+    m_button = Make::named<PushButton>("startDownload", theme, QString(), this);
     m_button->setDefault(true);
     column->addWidget(m_button, 0, Qt::AlignHCenter);
     connect(m_button, &QPushButton::clicked, this, &ModelSetupView::startRequested);

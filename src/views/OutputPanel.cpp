@@ -5,6 +5,7 @@
 #include "Focus.h"
 #include "FocusRing.h"
 #include "FramedArea.h"
+#include "Make.h"
 #include "MessageView.h"
 #include "OneLineLabel.h"
 #include "PushButton.h"
@@ -42,14 +43,12 @@ OutputPanel::OutputPanel(AppState& state, const Theme& theme, SummaryView::OpenL
                          QWidget* parent)
     : StateView(state, parent)
 {
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const column = Make::layout<QVBoxLayout>(this, spacing);
     column->addWidget(makeFrame(theme, std::move(openLink)), 1);
     m_actions = makeActions(theme);
     column->addWidget(m_actions, 0, Qt::AlignHCenter);
-    m_news = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, this);
-    m_news->setObjectName(QStringLiteral("news"));
+    m_news =
+        Make::named<OneLineLabel>("news", theme, TextStyle::caption, ColorRole::secondary, this);
     m_news->setAlignment(Qt::AlignCenter);
     column->addWidget(m_news);
     refresh();
@@ -57,27 +56,21 @@ OutputPanel::OutputPanel(AppState& state, const Theme& theme, SummaryView::OpenL
 
 FramedArea* OutputPanel::makeFrame(const Theme& theme, SummaryView::OpenLink openLink)
 {
-    auto* const frame = new FramedArea(theme, this);
-    frame->setObjectName(QStringLiteral("outputFrame"));
-    auto* const fill = new QVBoxLayout(frame);
-    fill->setContentsMargins(outline, outline, outline, outline);
+    auto* const frame = Make::named<FramedArea>("outputFrame", theme, this);
     m_pages = new QStackedLayout;
-    fill->addLayout(m_pages);
+    Make::layout<QVBoxLayout>(frame, 0, {outline, outline, outline, outline})->addLayout(m_pages);
 
-    m_placeholder = new Label(theme, TextStyle::body, ColorRole::tertiary,
-                              QStringLiteral("Your summary will appear here."), frame);
-    m_placeholder->setObjectName(QStringLiteral("outputPlaceholder"));
-    static_cast<Label*>(m_placeholder)->setAlignment(Qt::AlignCenter);
-    m_error = new MessageView(theme, TextStyle::body, ColorRole::error, frame);
-    m_error->setObjectName(QStringLiteral("error"));
+    auto* const placeholder =
+        Make::named<Label>("outputPlaceholder", theme, TextStyle::body, ColorRole::tertiary,
+                           QStringLiteral("Your summary will appear here."), frame);
+    placeholder->setAlignment(Qt::AlignCenter);
+    m_placeholder = placeholder;
+    m_error = Make::named<MessageView>("error", theme, TextStyle::body, ColorRole::error, frame);
     auto* const errorPage = new QWidget(frame);
-    auto* const errorFill = new QVBoxLayout(errorPage);
     constexpr int inside = padding - outline;
-    errorFill->setContentsMargins(inside, inside, inside, inside);
-    errorFill->addWidget(m_error);
+    Make::layout<QVBoxLayout>(errorPage, 0, {inside, inside, inside, inside})->addWidget(m_error);
     m_progress = makeProgress(theme);
-    m_summary = new SummaryView(theme, std::move(openLink), frame);
-    m_summary->setObjectName(QStringLiteral("summary"));
+    m_summary = Make::named<SummaryView>("summary", theme, std::move(openLink), frame);
     m_summary->setAccessibleName(QStringLiteral("Summary"));
     FocusRing::outline(*m_error, *frame, FramedArea::radius);
     FocusRing::outline(*m_summary, *frame, FramedArea::radius);
@@ -88,14 +81,12 @@ FramedArea* OutputPanel::makeFrame(const Theme& theme, SummaryView::OpenLink ope
 
 QWidget* OutputPanel::makeProgress(const Theme& theme)
 {
-    auto* const page = new QWidget(this);
-    page->setObjectName(QStringLiteral("progress"));
-    m_progressStatus = new OneLineLabel(theme, TextStyle::caption, ColorRole::secondary, page);
-    m_progressStatus->setObjectName(QStringLiteral("progressStatus"));
+    auto* const page = Make::named<QWidget>("progress", this);
+    m_progressStatus = Make::named<OneLineLabel>("progressStatus", theme, TextStyle::caption,
+                                                 ColorRole::secondary, page);
     m_progressStatus->setAlignment(Qt::AlignCenter);
-    auto* const column = new QVBoxLayout(page);
-    column->setContentsMargins(padding, padding, padding, padding);
-    column->setSpacing(spacing);
+    auto* const column =
+        Make::layout<QVBoxLayout>(page, spacing, {padding, padding, padding, padding});
     column->addStretch();
     column->addWidget(new Spinner(theme, page), 0, Qt::AlignHCenter);
     column->addWidget(m_progressStatus);
@@ -105,15 +96,11 @@ QWidget* OutputPanel::makeProgress(const Theme& theme)
 
 QWidget* OutputPanel::makeActions(const Theme& theme)
 {
-    auto* const bar = new QWidget(this);
-    bar->setObjectName(QStringLiteral("outputActions"));
-    auto* const row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(spacing);
+    auto* const bar = Make::named<QWidget>("outputActions", this);
+    auto* const row = Make::layout<QHBoxLayout>(bar, spacing);
     for (const Action& action : choices) {
-        auto* const button =
-            new PushButton(theme, QString::fromUtf8(action.text), ControlSize::small, bar);
-        button->setObjectName(QString::fromUtf8(action.name));
+        auto* const button = Make::named<PushButton>(
+            action.name, theme, QString::fromUtf8(action.text), bar, PushButton::Size::small);
         button->setSymbol(action.symbol);
         connect(button, &QPushButton::clicked, &state(), action.perform);
         row->addWidget(button);

@@ -3,6 +3,7 @@
 #include "AppState.h"
 #include "Focus.h"
 #include "Label.h"
+#include "Make.h"
 #include "PushButton.h"
 #include "TextField.h"
 
@@ -22,16 +23,13 @@ static bool isFilled(const QString& text)
 
 WebTab::WebTab(AppState& state, const Theme& theme, QWidget* parent)
     : StateView(state, parent),
-      m_address(new TextField(theme, this)),
+      m_address(Make::named<TextField>("address", theme, this)),
       // "&&" is shown as "&"; a single one would mark a shortcut key.
-      m_fetch(
-          new PushButton(theme, QStringLiteral("Fetch && Summarize"), ControlSize::regular, this))
+      m_fetch(Make::named<PushButton>("fetch", theme, QStringLiteral("Fetch && Summarize"), this))
 {
-    m_address->setObjectName(QStringLiteral("address"));
     m_address->setAccessibleName(QStringLiteral("Web address"));
     m_address->setPlaceholderText(QStringLiteral("https://example.com/article"));
     m_address->setInputMethodHints(Qt::ImhUrlCharactersOnly);
-    m_fetch->setObjectName(QStringLiteral("fetch"));
     m_fetch->setSymbol(Symbol::documentArrow);
     setFocusProxy(m_address);
     auto* const note =
@@ -41,9 +39,7 @@ WebTab::WebTab(AppState& state, const Theme& theme, QWidget* parent)
                   this);
     note->setWordWrap(true);
 
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(spacing);
+    auto* const column = Make::layout<QVBoxLayout>(this, spacing);
     column->addWidget(m_address);
     column->addWidget(m_fetch, 0, Qt::AlignLeft);
     column->addWidget(note);

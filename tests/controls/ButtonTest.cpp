@@ -11,7 +11,7 @@ class ButtonTest : public ControlTest
 TEST_F(ButtonTest, ButtonsHaveTheHeightOfTheirSize)
 {
     EXPECT_EQ(add<PushButton>(QStringLiteral("Stop")).sizeHint().height(), 24);
-    auto& small = add<PushButton>(QStringLiteral("Stop"), ControlSize::small);
+    auto& small = add<PushButton>(QStringLiteral("Stop"), nullptr, PushButton::Size::small);
     EXPECT_EQ(small.sizeHint().height(), 20);
     const int width = small.sizeHint().width();
     small.setSymbol(Symbol::copy);

@@ -106,7 +106,7 @@ void addButtons(QVBoxLayout& column, const Theme& theme)
     });
     addStates(column, [&] {
         auto* const button =
-            new PushButton(theme, QStringLiteral("Daily Note"), ControlSize::small);
+            new PushButton(theme, QStringLiteral("Daily Note"), nullptr, PushButton::Size::small);
         button->setSymbol(Symbol::notePlus);
         return button;
     });

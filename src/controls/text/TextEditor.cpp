@@ -3,6 +3,7 @@
 #include "Divider.h"
 #include "FocusRing.h"
 #include "Label.h"
+#include "Make.h"
 #include "ScrollBar.h"
 
 #include <QMimeData>
@@ -133,9 +134,8 @@ TextEditor::TextEditor(const Theme& theme, QWidget* parent)
     m_editor->viewport()->setAutoFillBackground(false);
     setFocusProxy(m_editor);
     FocusRing::outline(*m_editor, *this, radius);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(padding, padding, padding, padding);
-    layout->setSpacing(padding);
+    auto* const layout =
+        Make::layout<QVBoxLayout>(this, padding, {padding, padding, padding, padding});
     layout->addWidget(m_editor);
     layout->addWidget(m_divider);
     layout->addWidget(m_note);
