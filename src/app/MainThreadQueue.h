@@ -11,7 +11,7 @@
 /// Functions that any thread hands to the main thread. Once in each turn of its event loop, the
 /// main thread runs those that are there, in order. However fast they come, the user's events get
 /// their turn.
-class MainThreadQueue : public std::enable_shared_from_this<MainThreadQueue>
+class MainThreadQueue
 {
 public:
     /// Makes an empty queue. Any thread, while there is an application object.

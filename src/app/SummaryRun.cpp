@@ -13,12 +13,13 @@ namespace SummaryRun {
 
 namespace {
 
+/// What is reported: one of the listener's functions.
+using Kind = std::function<void(const QString&)> Listener::*;
+
 /// What a run reports and the main thread has not handled yet.
 class Updates : public std::enable_shared_from_this<Updates>
 {
 public:
-    enum class Kind { status, output, finished, failed };
-
     Updates(std::shared_ptr<MainThreadQueue> queue, std::shared_ptr<const CancelToken> token,
             Listener listener)
         : m_queue(std::move(queue)), m_token(std::move(token)), m_listener(std::move(listener))
@@ -30,8 +31,8 @@ public:
         const MutexLock lock(m_mutex);
         const bool isDelivering = !m_pending.empty();
         std::erase_if(m_pending, [kind](const Update& update) {
-            return update.kind == kind || kind == Kind::finished ||
-                   (kind == Kind::failed && update.kind == Kind::status);
+            return update.kind == kind || kind == &Listener::finished ||
+                   (kind == &Listener::failed && update.kind == &Listener::status);
         });
         m_pending.push_back({kind, std::move(text)});
         if (!isDelivering)
@@ -56,23 +57,8 @@ private:
         for (const Update& update : updates) {
             // The listener may have stopped the run.
             if (!m_token->isCancelled())
-                listener(update.kind)(update.text);
+                (m_listener.*update.kind)(update.text);
         }
-    }
-
-    const std::function<void(const QString&)>& listener(Kind kind) const
-    {
-        switch (kind) {
-        case Kind::status:
-            return m_listener.status;
-        case Kind::output:
-            return m_listener.output;
-        case Kind::finished:
-            return m_listener.finished;
-        case Kind::failed:
-            break;
-        }
-        return m_listener.failed;
     }
 
     const std::shared_ptr<MainThreadQueue> m_queue;
@@ -85,7 +71,7 @@ private:
 void run(const Request& request, const CancelToken& token, const Pithwise::Generate& generate,
          Updates& updates)
 {
-    const auto add = [&updates](Updates::Kind kind) {
+    const auto add = [&updates](Kind kind) {
         return [&updates, kind](const std::string& text) {
             updates.add(kind, QtText::fromUtf8(text));
         };
@@ -93,11 +79,11 @@ void run(const Request& request, const CancelToken& token, const Pithwise::Gener
     try {
         const std::string text = QtText::toUtf8(QStringView(request.text).trimmed());
         const std::string summary =
-            Pithwise::run(text, request.mode, request.length, token, add(Updates::Kind::status),
-                          add(Updates::Kind::output), generate);
-        updates.add(Updates::Kind::finished, QtText::fromUtf8(summary));
+            Pithwise::run(text, request.mode, request.length, token, add(&Listener::status),
+                          add(&Listener::output), generate);
+        updates.add(&Listener::finished, QtText::fromUtf8(summary));
     } catch (const std::exception& error) {
-        updates.add(Updates::Kind::failed, QtText::sentence(error));
+        updates.add(&Listener::failed, QtText::sentence(error));
     }
 }
 
