@@ -5,10 +5,11 @@
 #include "DocumentReader.h"
 #include "LibraryMessages.h"
 #include "MemoryLimit.h"
-#include "Mutex.h"
 #include "PageRecord.h"
 #include "RecognizedPages.h"
 #include "Utf8.h"
+
+#include <QSemaphore>
 
 #include <algorithm>
 #include <new>
@@ -27,49 +28,14 @@ constexpr int exitPages = 4; // the text is in the records of the pages
 
 constexpr const char* noMemory = "Reading the document takes too much memory.";
 
-/// How many more reads may go on at once.
-class Turns
+/// One for each read that may go on at once.
+QSemaphore& turns()
 {
-public:
-    void take()
-    {
-        const MutexLock lock(m_mutex);
-        while (m_free == 0)
-            m_freed.wait(m_mutex);
-        --m_free;
-    }
-
-    void giveBack()
-    {
-        const MutexLock lock(m_mutex);
-        ++m_free;
-        m_freed.notifyOne();
-    }
-
-private:
-    Mutex m_mutex;
-    ConditionVariable m_freed;
-    unsigned int m_free PITHWISE_GUARDED_BY(m_mutex) = std::max(std::thread::hardware_concurrency(),
-                                                                1U);
-};
-
-/// One of the reads that may go on at once.
-class Turn
-{
-public:
-    Turn() { turns().take(); }
-    ~Turn() { turns().giveBack(); }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-private:
-    static Turns& turns()
-    {
-        // Never destroyed: a read may still be waiting when the process ends.
-        static auto* const all = new Turns;
-        return *all;
-    }
-};
+    // Never destroyed: a read may still be waiting when the process ends.
+    static auto* const all =
+        new QSemaphore(static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U)));
+    return *all;
+}
 
 int print(std::FILE& stream, const std::string& text, int status)
 {
@@ -98,7 +64,8 @@ std::optional<RecognizedPages> takePages(std::string& output)
 DocumentText read(const std::filesystem::path& file, const std::string& program,
                   std::chrono::milliseconds limit)
 {
-    const Turn turn;
+    turns().acquire();
+    const QSemaphoreReleaser turn(turns());
     Child::Result result =
         Child::run({program, command, std::filesystem::absolute(file).native()}, limit);
     const bool hasExited = result.end == Child::End::exited;
