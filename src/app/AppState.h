@@ -107,13 +107,11 @@ private:
     enum class Effort { little, much }; // much work waits for its turn
     QFuture<Reading> inBackground(std::function<DocumentText()> read,
                                   Effort effort = Effort::little);
-    QCoro::Task<QString> inBackgroundOrNothing(std::function<std::string()> read,
-                                               Effort effort = Effort::little);
     QCoro::Task<> takeWhatIsThere();
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);
     QFuture<Reading> clipboardText();
-    QCoro::Task<QString> frontWindowText();
+    QFuture<Reading> capturedText(ScreenGrab::Kind kind);
     QCoro::Task<> acceptClipboard(QString messageOtherwise);
 
     const AppServices m_services;

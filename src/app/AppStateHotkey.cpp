@@ -2,6 +2,7 @@
 #include "PlatformWords.h"
 #include "QtText.h"
 
+#include <QCoroFuture>
 #include <QPointer>
 
 QCoro::Task<> AppState::handleHotkey()
@@ -32,11 +33,11 @@ QCoro::Task<> AppState::takeWhatIsThere()
         tab = Tab::capture;
         isWorking = true;
         status = QStringLiteral("Capturing and reading text…");
-        const QString captured = co_await frontWindowText();
+        const Reading captured = co_await capturedText(ScreenGrab::Kind::window);
         if (!state)
             co_return;
-        if (!captured.isEmpty()) {
-            accept(captured, QStringLiteral("Active window"));
+        if (!captured.text.isEmpty()) {
+            accept(captured.text, QStringLiteral("Active window"));
             co_return;
         }
         isWorking = false;

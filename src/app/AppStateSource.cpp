@@ -76,14 +76,6 @@ QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read, Effo
     }
 }
 
-/// The text that `read` returns, normalised; empty if it fails.
-QCoro::Task<QString> AppState::inBackgroundOrNothing(std::function<std::string()> read,
-                                                     Effort effort)
-{
-    const Reading reading = co_await inBackground(std::move(read), effort);
-    co_return reading.text;
-}
-
 // The next two functions are not written inline where they are awaited: GCC 12 destroys a function
 // object twice if it is made in an expression that contains co_await.
 
@@ -92,11 +84,10 @@ QFuture<Reading> AppState::clipboardText()
     return inBackground([read = m_services.clipboardText] { return read().value_or(""); });
 }
 
-QCoro::Task<QString> AppState::frontWindowText()
+QFuture<Reading> AppState::capturedText(ScreenGrab::Kind kind)
 {
-    return inBackgroundOrNothing(
-        [capture = m_services.captureText] { return capture(ScreenGrab::Kind::window); },
-        Effort::much);
+    return inBackground([capture = m_services.captureText, kind] { return capture(kind); },
+                        Effort::much);
 }
 
 QCoro::Task<> AppState::acceptClipboard(QString messageOtherwise)
@@ -134,7 +125,5 @@ void AppState::fetchURL()
 void AppState::capture(ScreenGrab::Kind kind)
 {
     beginReading(QStringLiteral("Capturing and reading text…"));
-    acceptWhenRead(inBackground([capture = m_services.captureText, kind] { return capture(kind); },
-                                Effort::much),
-                   QtText::fromUtf8(ScreenGrab::labelOf(kind)));
+    acceptWhenRead(capturedText(kind), QtText::fromUtf8(ScreenGrab::labelOf(kind)));
 }
