@@ -104,9 +104,8 @@ private:
     void flash(const QString& message);
     void copy(const QString& text);
 
-    enum class Effort { little, much }; // much work waits for its turn
     QFuture<Reading> inBackground(std::function<DocumentText()> read,
-                                  Effort effort = Effort::little);
+                                  BackgroundThreads::Start start = &BackgroundThreads::start);
     QCoro::Task<> takeWhatIsThere();
     template <typename Awaitable>
     QCoro::Task<> acceptWhenRead(Awaitable source, QString label);

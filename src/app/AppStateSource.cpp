@@ -4,7 +4,6 @@
 
 #include <QCoroFuture>
 #include <QPointer>
-#include <QPromise>
 
 #include <utility>
 
@@ -52,7 +51,8 @@ QCoro::Task<> AppState::acceptWhenRead(Awaitable source, QString label)
         accept(reading.text, label);
 }
 
-QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read, Effort effort)
+QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read,
+                                        BackgroundThreads::Start start)
 {
     const auto reading = [read = std::move(read)] {
         try {
@@ -65,14 +65,9 @@ QFuture<Reading> AppState::inBackground(std::function<DocumentText()> read, Effo
         }
     };
     try {
-        return effort == Effort::much ? m_threads.runInTurn<Reading>(reading)
-                                      : m_threads.run<Reading>(reading);
+        return m_threads.run<Reading>(start, reading);
     } catch (const std::exception& error) {
-        QPromise<Reading> promise;
-        promise.start();
-        promise.addResult(Reading::failed(error));
-        promise.finish();
-        return promise.future();
+        return QtFuture::makeReadyFuture(Reading::failed(error));
     }
 }
 
@@ -87,7 +82,7 @@ QFuture<Reading> AppState::clipboardText()
 QFuture<Reading> AppState::capturedText(ScreenGrab::Kind kind)
 {
     return inBackground([capture = m_services.captureText, kind] { return capture(kind); },
-                        Effort::much);
+                        &BackgroundThreads::startInTurn);
 }
 
 QCoro::Task<> AppState::acceptClipboard(QString messageOtherwise)

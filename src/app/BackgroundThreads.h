@@ -39,17 +39,18 @@ public:
     void startInTurn(std::function<void()> work);
     static constexpr int mostInTurn = 2;
 
-    /// The same with a result, an empty one where the work is dropped before its turn: who waits
-    /// for it takes it out in any case.
+    /// One of these two.
+    using Start = void (BackgroundThreads::*)(std::function<void()>);
+
+    /// Starts work that has a result, an empty one where the work is dropped before its turn: who
+    /// waits for it takes it out in any case.
     template <typename Result>
-    QFuture<Result> run(std::function<Result()> work)
+    QFuture<Result> run(Start begin, std::function<Result()> work)
     {
-        return promised(&BackgroundThreads::start, std::move(work));
-    }
-    template <typename Result>
-    QFuture<Result> runInTurn(std::function<Result()> work)
-    {
-        return promised(&BackgroundThreads::startInTurn, std::move(work));
+        const auto promised = std::make_shared<Promised<Result>>();
+        QFuture<Result> future = promised->promise.future();
+        (this->*begin)([promised, work = std::move(work)] { promised->finish(work()); });
+        return future;
     }
 
 private:
@@ -76,19 +77,5 @@ private:
         }
     };
 
-    template <typename Result>
-    QFuture<Result> promised(void (BackgroundThreads::*begin)(std::function<void()>),
-                             std::function<Result()> work);
-
     std::shared_ptr<Running> m_running;
 };
-
-template <typename Result>
-QFuture<Result> BackgroundThreads::promised(void (BackgroundThreads::*begin)(std::function<void()>),
-                                            std::function<Result()> work)
-{
-    const auto promised = std::make_shared<Promised<Result>>();
-    QFuture<Result> future = promised->promise.future();
-    (this->*begin)([promised, work = std::move(work)] { promised->finish(work()); });
-    return future;
-}

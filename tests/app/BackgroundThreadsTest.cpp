@@ -93,7 +93,7 @@ TEST(BackgroundThreadsTest, WhatWaitsForItsTurnIsDroppedAtTheEnd)
         }
         while (begun < 2) // or the test's time limit
             std::this_thread::yield();
-        dropped = threads.runInTurn<int>([] { return 7; });
+        dropped = threads.run<int>(&BackgroundThreads::startInTurn, [] { return 7; });
     }
     EXPECT_TRUE(dropped.isFinished());
     EXPECT_EQ(dropped.result(), 0);
