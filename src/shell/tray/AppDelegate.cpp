@@ -123,12 +123,7 @@ QRect AppDelegate::findPlace() const
     return PopoverPlace::inCorner(Popover::contentSize, monitorOf(screenAt(QCursor::pos())));
 }
 
-void AppDelegate::handleHotkey()
-{
-    runHotkey();
-}
-
-QCoro::Task<> AppDelegate::runHotkey()
+QCoro::Task<> AppDelegate::handleHotkey()
 {
     const QPointer<AppDelegate> delegate(this);
     co_await m_state.handleHotkey();

@@ -41,7 +41,7 @@ public:
     void showPopover();
 
     /// What the hotkey does: summarises what is in front, and then shows the popover.
-    void handleHotkey();
+    QCoro::Task<> handleHotkey();
 
     /// Between these two calls, clicks close nothing: a window of another process belongs to the
     /// popover, as a file chooser may. Afterwards the popover has the keyboard again. Calls nest.
@@ -61,7 +61,6 @@ private:
     bool wasClosedByThisClick() const;
     QRect findPlace() const;
     void drawIcon() const;
-    QCoro::Task<> runHotkey();
 
     AppState& m_state;
     ModelManager& m_model;

@@ -4,6 +4,7 @@
 #include "ContentView.h"
 #include "CurtainedScreenshot.h"
 #include "HotKey.h"
+#include "Instance.h"
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
 #include "ModelOption.h"
@@ -56,8 +57,11 @@ Application::~Application()
 void Application::launch(Instance& instance)
 {
     m_delegate.applicationDidFinishLaunching();
-    QObject::connect(&instance, &Instance::requested, &m_delegate,
-                     [this](Instance::Request request) { handle(request); });
+    QObject::connect(&instance, &Instance::toggleRequested, &m_delegate,
+                     &AppDelegate::togglePopover);
+    QObject::connect(&instance, &Instance::showRequested, &m_delegate, &AppDelegate::showPopover);
+    QObject::connect(&instance, &Instance::hotkeyRequested, &m_delegate,
+                     &AppDelegate::handleHotkey);
 }
 
 AppServices Application::services(const std::filesystem::path& model)
@@ -96,19 +100,4 @@ std::string Application::captureText(ScreenGrab::Kind kind)
     const auto screenshot = Screenshot::create();
     CurtainedScreenshot curtained(*screenshot, curtain);
     return ScreenGrab::captureText(kind, curtained, [&curtain] { curtain.lift(); });
-}
-
-void Application::handle(Instance::Request request)
-{
-    switch (request) {
-    case Instance::Request::toggle:
-        m_delegate.togglePopover();
-        break;
-    case Instance::Request::show:
-        m_delegate.showPopover();
-        break;
-    case Instance::Request::hotkey:
-        m_delegate.handleHotkey();
-        break;
-    }
 }

@@ -3,13 +3,13 @@
 #include "AppDelegate.h"
 #include "AppState.h"
 #include "DesktopAppearance.h"
-#include "Instance.h"
 #include "ModelManager.h"
 #include "Theme.h"
 
 #include <filesystem>
 #include <memory>
 
+class Instance;
 class LastingPasteboard;
 class MainThreadQueue;
 
@@ -31,7 +31,6 @@ private:
     AppServices services(const std::filesystem::path& model);
     std::string captureText(ScreenGrab::Kind kind);
     std::unique_ptr<QWidget> makeContent();
-    void handle(Instance::Request request);
 
     Theme m_theme;
     DesktopAppearance m_appearance{m_theme};

@@ -4,22 +4,14 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
+#include <array>
+
 // The top-level domain "local" belongs to nobody.
 static const QString busName = QStringLiteral("local.pithwise.Pithwise");
 static const QString busPath = QStringLiteral("/local/pithwise/Pithwise");
 
-static QString nameOf(Instance::Request request)
-{
-    switch (request) {
-    case Instance::Request::toggle:
-        return QStringLiteral("Toggle");
-    case Instance::Request::show:
-        return QStringLiteral("Show");
-    case Instance::Request::hotkey:
-        break;
-    }
-    return QStringLiteral("Hotkey");
-}
+// In the order of the requests.
+static constexpr std::array methods = {"Toggle", "Hotkey"};
 
 Instance::Answer Instance::ask(Request request)
 {
@@ -27,8 +19,8 @@ Instance::Answer Instance::ask(Request request)
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return Answer::nobody;
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(busName, busPath, busName, nameOf(request));
+    const QLatin1String method(methods.at(static_cast<std::size_t>(request)));
+    QDBusMessage message = QDBusMessage::createMethodCall(busName, busPath, busName, method);
     message.setAutoStartService(false);
     const QDBusMessage reply = bus.call(message, QDBus::Block, limit);
     if (reply.type() == QDBusMessage::ReplyMessage)

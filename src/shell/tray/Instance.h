@@ -11,7 +11,7 @@ class Instance : public QObject
     Q_CLASSINFO("D-Bus Interface", "local.pithwise.Pithwise")
 
 public:
-    enum class Request { toggle, show, hotkey };
+    enum class Request { toggle, hotkey };
     enum class Answer {
         done,
         nobody, // no process is the application, or there is no bus
@@ -27,10 +27,12 @@ public:
 
 public slots:
     // What other processes may ask for; the bus has these names.
-    Q_SCRIPTABLE void Toggle() { emit requested(Request::toggle); }
-    Q_SCRIPTABLE void Show() { emit requested(Request::show); }
-    Q_SCRIPTABLE void Hotkey() { emit requested(Request::hotkey); }
+    Q_SCRIPTABLE void Toggle() { emit toggleRequested(); }
+    Q_SCRIPTABLE void Show() { emit showRequested(); }
+    Q_SCRIPTABLE void Hotkey() { emit hotkeyRequested(); }
 
 signals:
-    void requested(Instance::Request request);
+    void toggleRequested();
+    void showRequested();
+    void hotkeyRequested();
 };
