@@ -16,15 +16,6 @@
 #include <utility>
 #include <variant>
 
-namespace {
-
-void callLater(std::chrono::milliseconds delay, std::function<void()> function)
-{
-    QTimer::singleShot(delay, QCoreApplication::instance(), std::move(function));
-}
-
-} // namespace
-
 AppServices AppServices::system()
 {
     const SelectionGrabber::Ports ports = SelectionGrabber::systemPorts();
@@ -47,6 +38,9 @@ AppServices AppServices::system()
         .appendToNote = DailyNote::append,
         .documentsFolder = DocumentsFolder::path,
         .now = [] { return QDateTime::currentDateTime(); },
-        .later = callLater,
+        .later =
+            [](std::chrono::milliseconds delay, std::function<void()> function) {
+                QTimer::singleShot(delay, QCoreApplication::instance(), std::move(function));
+            },
     };
 }

@@ -19,12 +19,10 @@ std::string_view AppState::rawValue(Tab tab)
     return tabLabels.at(static_cast<std::size_t>(tab));
 }
 
-std::optional<AppState::Tab> AppState::tabFromRawValue(std::string_view rawValue)
+std::optional<AppState::Tab> AppState::tabFromRawValue(std::string_view wanted)
 {
-    const auto* const found = std::find(tabLabels.begin(), tabLabels.end(), rawValue);
-    if (found == tabLabels.end())
-        return std::nullopt;
-    return allTabs.at(static_cast<std::size_t>(found - tabLabels.begin()));
+    const auto* const found = std::ranges::find(allTabs, wanted, rawValue);
+    return found == allTabs.end() ? std::nullopt : std::optional(*found);
 }
 
 AppState* AppState::createShared()

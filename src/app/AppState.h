@@ -37,7 +37,7 @@ public:
 
     /// The label of a tab. It also identifies the tab in lists.
     static std::string_view rawValue(Tab tab);
-    static std::optional<Tab> tabFromRawValue(std::string_view rawValue);
+    static std::optional<Tab> tabFromRawValue(std::string_view wanted);
 
     /// The program's one state, with the real services. Made by the first call and destroyed with
     /// the application object. Any thread.

@@ -41,14 +41,8 @@ static std::string headingOf(const QString& label)
 
 static std::string textOf(const Entry& entry, const std::string& time)
 {
-    std::string text = "## " + time + " — ";
-    text += headingOf(entry.label);
-    text += " (";
-    text += rawValue(entry.mode);
-    text += ")\n\n";
-    text += entry.output.toStdString();
-    text += "\n\n";
-    return text;
+    return "## " + time + " — " + headingOf(entry.label) + " (" +
+           std::string(rawValue(entry.mode)) + ")\n\n" + entry.output.toStdString() + "\n\n";
 }
 
 /// Makes the folder if it is missing. A new one is for the user alone, because notes may be

@@ -10,10 +10,8 @@ std::string_view rawValue(SummaryMode mode)
     return rawValues.at(static_cast<std::size_t>(mode));
 }
 
-std::optional<SummaryMode> summaryModeFromRawValue(std::string_view rawValue)
+std::optional<SummaryMode> summaryModeFromRawValue(std::string_view wanted)
 {
-    const auto* const found = std::find(rawValues.begin(), rawValues.end(), rawValue);
-    if (found == rawValues.end())
-        return std::nullopt;
-    return allSummaryModes.at(static_cast<std::size_t>(found - rawValues.begin()));
+    const auto* const found = std::ranges::find(allSummaryModes, wanted, rawValue);
+    return found == allSummaryModes.end() ? std::nullopt : std::optional(*found);
 }

@@ -14,4 +14,4 @@ inline constexpr std::array allSummaryModes = {SummaryMode::bullets, SummaryMode
 std::string_view rawValue(SummaryMode mode);
 
 /// The mode with exactly this label, if there is one.
-std::optional<SummaryMode> summaryModeFromRawValue(std::string_view rawValue);
+std::optional<SummaryMode> summaryModeFromRawValue(std::string_view wanted);
