@@ -47,12 +47,10 @@ void Segment::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled())
         painter.setOpacity(Drawing::disabledOpacity);
-    if (isDown() && !isChecked())
-        Drawing::fill(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius,
-                      m_theme[ColorRole::pressed]);
-    else if (!isChecked())
-        Drawing::fill(painter, QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius,
-                      Drawing::faded(m_theme[ColorRole::hover], m_hover->value()));
+    if (!isChecked())
+        Drawing::fill(painter, rect().adjusted(inset, inset, -inset, -inset), radius,
+                      isDown() ? m_theme[ColorRole::pressed]
+                               : Drawing::faded(m_theme[ColorRole::hover], m_hover->value()));
     QRect place = rect();
     place.setLeft((width() - contentWidth()) / 2);
     place.setWidth(contentWidth());

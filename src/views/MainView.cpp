@@ -18,7 +18,6 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -52,12 +51,6 @@ std::vector<SegmentedControl::Choice> modeChoices()
     for (const SummaryMode mode : allSummaryModes)
         choices.push_back({QtText::fromUtf8(rawValue(mode))});
     return choices;
-}
-
-template <typename Value, std::size_t count>
-int indexOf(const std::array<Value, count>& all, Value value)
-{
-    return static_cast<int>(std::find(all.begin(), all.end(), value) - all.begin());
 }
 
 } // namespace
@@ -157,13 +150,13 @@ QWidget* MainView::makeActionRow(const Theme& theme)
 
 void MainView::refresh()
 {
-    const int tab = indexOf(AppState::allTabs, state().tab.get());
+    const int tab = static_cast<int>(state().tab.get());
     const bool hadTabFocus = Focus::isIn(*m_pages);
     m_tabs->setIndex(tab);
     m_pages->setCurrentIndex(tab);
-    m_modes->setIndex(indexOf(allSummaryModes, state().mode.get()));
+    m_modes->setIndex(static_cast<int>(state().mode.get()));
     const SummaryLength length = state().lengthValue();
-    m_length->setValue(indexOf(allSummaryLengths, length));
+    m_length->setValue(static_cast<int>(length));
     const QString lengthText = QtText::fromUtf8(label(length));
     m_lengthLabel->setText(lengthText);
     if (m_length->accessibleDescription() != lengthText) // else it would be told again

@@ -1,5 +1,8 @@
 #include "SummaryText.h"
 
+#include <QStringList>
+
+#include <algorithm>
 #include <array>
 
 namespace SummaryText {
@@ -20,32 +23,21 @@ constexpr std::array<Mark, 4> marks = {{
     {u"* ", u"\u2022 "},
 }};
 
-void appendLine(QString& result, QStringView line)
-{
-    for (const Mark& mark : marks) {
-        if (line.startsWith(mark.written)) {
-            result += mark.shown;
-            result += line.sliced(mark.written.size());
-            return;
-        }
-    }
-    result += line;
-}
-
 } // namespace
 
 QString withMarks(QStringView markdown)
 {
-    QString result;
-    result.reserve(markdown.size());
-    for (qsizetype begin = 0;;) {
-        const qsizetype end = markdown.indexOf(u'\n', begin);
-        appendLine(result, markdown.sliced(begin, (end < 0 ? markdown.size() : end) - begin));
-        if (end < 0)
-            return result;
-        result += u'\n';
-        begin = end + 1;
+    QStringList lines;
+    for (const QStringView line : markdown.split(u'\n')) {
+        const auto* const mark =
+            std::find_if(marks.begin(), marks.end(), [line](const Mark& candidate) {
+                return line.startsWith(candidate.written);
+            });
+        lines += mark == marks.end()
+                     ? line.toString()
+                     : mark->shown.toString().append(line.sliced(mark->written.size()));
     }
+    return lines.join(u'\n');
 }
 
 std::vector<InlineMarkdown::Run> rendered(QStringView markdown)
@@ -55,11 +47,8 @@ std::vector<InlineMarkdown::Run> rendered(QStringView markdown)
 
 bool hasMark(QStringView line)
 {
-    for (const Mark& mark : marks) {
-        if (line.startsWith(mark.shown))
-            return true;
-    }
-    return false;
+    return std::any_of(marks.begin(), marks.end(),
+                       [line](const Mark& mark) { return line.startsWith(mark.shown); });
 }
 
 } // namespace SummaryText

@@ -21,11 +21,6 @@ constexpr int lineHeight = 130; // percent
 constexpr qreal codeGround = 0.07;
 constexpr int longestAddress = 120; // characters shown of it; they fit every screen
 
-bool looksLike(const InlineMarkdown::Run& a, const InlineMarkdown::Run& b)
-{
-    return a.bold == b.bold && a.italic == b.italic && a.code == b.code && a.link == b.link;
-}
-
 qsizetype length(const Runs& runs)
 {
     qsizetype sum = 0;
@@ -39,7 +34,7 @@ qsizetype commonBeginning(const Runs& a, const Runs& b)
 {
     qsizetype common = 0;
     for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-        if (!looksLike(a[i], b[i]))
+        if (!a[i].looksLike(b[i]))
             return common;
         const QString& x = a[i].text;
         const QString& y = b[i].text;
@@ -56,7 +51,7 @@ qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
 {
     qsizetype common = 0;
     for (auto i = a.rbegin(), j = b.rbegin(); i != a.rend() && j != b.rend(); ++i, ++j) {
-        if (!looksLike(*i, *j))
+        if (!i->looksLike(*j))
             break;
         const auto [end, other] =
             std::mismatch(i->text.rbegin(), i->text.rend(), j->text.rbegin(), j->text.rend());

@@ -72,11 +72,6 @@ QString withoutStandIns(QByteArrayView text)
     return decoder.decode(result);
 }
 
-bool looksLike(const Run& a, const Run& b)
-{
-    return a.bold == b.bold && a.italic == b.italic && a.code == b.code && a.link == b.link;
-}
-
 /// Goes through what cmark has read and collects what it shows.
 class Reader
 {
@@ -129,7 +124,7 @@ void Reader::show(QByteArrayView text, bool isCode)
 {
     const QString link = m_links.empty() ? QString() : m_links.back();
     Run run = {withoutStandIns(text), m_strong > 0, m_emphasis > 0, isCode, link};
-    if (!m_runs.empty() && looksLike(m_runs.back(), run))
+    if (!m_runs.empty() && m_runs.back().looksLike(run))
         m_runs.back().text += run.text;
     else
         m_runs.push_back(std::move(run));

@@ -22,6 +22,13 @@ struct Run
     QString link; // where it leads, without escapes and references; empty for none
 
     bool operator==(const Run&) const = default;
+
+    /// Whether nothing but the text differs.
+    bool looksLike(const Run& other) const
+    {
+        return bold == other.bold && italic == other.italic && code == other.code &&
+               link == other.link;
+    }
 };
 
 /// What `text` shows, from its beginning to its end; two runs in a row look different. There is no
