@@ -69,8 +69,7 @@ void DropZone::dropEvent(QDropEvent* event)
 
 void DropZone::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     const QColor& accent = m_theme[ColorRole::accent];
     QPen pen(accent, lineWidth, Qt::CustomDashLine, Qt::FlatCap);
     pen.setDashPattern({dashLength / lineWidth, dashLength / lineWidth}); // in widths of the line

@@ -74,8 +74,7 @@ void FocusRing::place()
 
 void FocusRing::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     const QColor color = Drawing::faded(m_theme[ColorRole::accent], Drawing::focusOpacity);
     Drawing::edge(painter, rect(), m_radius + ringWidth, QPen(color, ringWidth));
 }

@@ -6,8 +6,7 @@ FramedArea::FramedArea(const Theme& theme, QWidget* parent) : Themed(theme, pare
 
 void FramedArea::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     Drawing::fill(painter, rect(), radius, m_theme[ColorRole::textBackground]);
     Drawing::edge(painter, rect(), radius, QPen(m_theme[ColorRole::outline], 1));
 }

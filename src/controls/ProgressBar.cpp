@@ -30,8 +30,7 @@ QSize ProgressBar::sizeHint() const
 
 void ProgressBar::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     const qreal radius = height() / 2.0;
     Drawing::fill(painter, rect(), radius, m_theme[ColorRole::track]);
     if (m_fraction <= 0)

@@ -81,10 +81,7 @@ bool PushButton::event(QEvent* event)
 
 void PushButton::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(Drawing::disabledOpacity);
+    Drawing::Painter painter(*this);
     paintGround(painter);
     paintContent(painter);
 }

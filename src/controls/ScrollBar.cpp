@@ -52,8 +52,7 @@ void ScrollBar::paintEvent(QPaintEvent*)
     initStyleOption(&option);
     const QRectF thumb =
         style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     const bool isActive = underMouse() || isSliderDown();
     const QColor color =
         Drawing::faded(m_theme[ColorRole::label], isActive ? activeOpacity : restOpacity);

@@ -43,10 +43,7 @@ bool Segment::event(QEvent* event)
 
 void Segment::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(Drawing::disabledOpacity);
+    Drawing::Painter painter(*this);
     if (!isChecked())
         Drawing::fill(painter, rect().adjusted(inset, inset, -inset, -inset), radius,
                       isDown() ? m_theme[ColorRole::pressed]

@@ -66,10 +66,7 @@ void SegmentedControl::updateTabStop()
 
 void SegmentedControl::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(Drawing::disabledOpacity);
+    Drawing::Painter painter(*this);
     Drawing::fill(painter, rect(), radius, m_theme[ColorRole::trough]);
 
     const qreal segmentWidth = static_cast<qreal>(width()) / static_cast<qreal>(m_segments.size());

@@ -46,8 +46,7 @@ void Spinner::timerEvent(QTimerEvent* event)
 
 void Spinner::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
+    Drawing::Painter painter(*this);
     painter.translate(rect().toRectF().center());
     painter.rotate(m_step * 360.0 / spokes);
     for (int spoke = 0; spoke < spokes; ++spoke) {

@@ -68,10 +68,7 @@ void StopSlider::mouseReleaseEvent(QMouseEvent* event)
 
 void StopSlider::paintEvent(QPaintEvent*)
 {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(Drawing::disabledOpacity);
+    Drawing::Painter painter(*this);
     paintTrack(painter);
     paintThumb(painter);
 }

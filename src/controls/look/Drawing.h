@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QPainter>
 #include <QRectF>
+#include <QWidget>
 
 /// Parts that several controls draw in the same way.
 namespace Drawing {
@@ -13,6 +14,18 @@ constexpr qreal disabledOpacity = 0.4;
 /// The opacity of a focus ring in the accent colour, and its width.
 constexpr qreal focusOpacity = 0.6;
 constexpr qreal focusWidth = 2;
+
+/// A painter of smooth edges on a widget, which is pale while it is disabled.
+class Painter : public QPainter
+{
+public:
+    explicit Painter(QWidget& widget) : QPainter(&widget)
+    {
+        setRenderHint(Antialiasing);
+        if (!widget.isEnabled())
+            setOpacity(disabledOpacity);
+    }
+};
 
 inline QColor faded(QColor color, qreal opacity)
 {

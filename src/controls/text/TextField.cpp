@@ -44,10 +44,7 @@ void TextField::keyPressEvent(QKeyEvent* event)
 void TextField::paintEvent(QPaintEvent* event)
 {
     {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        if (!isEnabled())
-            painter.setOpacity(Drawing::disabledOpacity);
+        Drawing::Painter painter(*this);
         Drawing::fill(painter, rect(), radius, m_theme[ColorRole::textBackground]);
         Drawing::edge(painter, rect(), radius, QPen(m_theme[ColorRole::outline], 1));
     }
