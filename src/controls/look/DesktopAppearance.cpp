@@ -6,8 +6,6 @@
 #include <QApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QEvent>
 #include <QPalette>
 #include <QStyle>
@@ -79,25 +77,19 @@ void DesktopAppearance::ask(const QDBusConnection& bus)
     if (!bus.isConnected())
         return;
     QDBusConnection connection = bus;
-    // The slot takes the whole message. A slot with three parameters is silently not called as long
+    // The slots take whole messages. A slot with three parameters is silently not called as long
     // as nothing else in the process has made the type of the third known to Qt.
     connection.connect(service, objectPath, settingsInterface, QStringLiteral("SettingChanged"),
                        this, SLOT(takeChange(QDBusMessage)));
     QDBusMessage call = QDBusMessage::createMethodCall(service, objectPath, settingsInterface,
                                                        QStringLiteral("ReadAll"));
     call << QStringList{appearanceGroup, gnomeGroup};
-    auto* const watcher = new QDBusPendingCallWatcher(connection.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        takeAll(*watcher);
-        watcher->deleteLater();
-    });
+    connection.callWithCallback(call, this, SLOT(takeAll(QDBusMessage)));
 }
 
-void DesktopAppearance::takeAll(const QDBusPendingCallWatcher& call)
+void DesktopAppearance::takeAll(const QDBusMessage& reply)
 {
-    const QDBusMessage reply = call.reply();
-    if (reply.type() != QDBusMessage::ReplyMessage ||
-        reply.signature() != QLatin1String("a{sa{sv}}"))
+    if (reply.signature() != QLatin1String("a{sa{sv}}"))
         return;
     const auto groups = qdbus_cast<Groups>(reply.arguments().constFirst());
     for (auto group = groups.begin(); group != groups.end(); ++group) {

@@ -6,7 +6,6 @@
 #include <QDBusMessage>
 #include <QVariantMap>
 
-class QDBusPendingCallWatcher;
 class Theme;
 
 /// Keeps a theme in the look that the desktop wants. Asks its settings portal (color-scheme,
@@ -25,11 +24,11 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
+    void takeAll(const QDBusMessage& reply);
     void takeChange(const QDBusMessage& message);
 
 private:
     void ask(const QDBusConnection& bus);
-    void takeAll(const QDBusPendingCallWatcher& call);
     void take(const QString& group, const QString& key, const QVariant& value);
     void update();
 
