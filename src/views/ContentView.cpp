@@ -1,6 +1,7 @@
 #include "ContentView.h"
 
 #include "Divider.h"
+#include "FileChooser.h"
 #include "Focus.h"
 #include "FocusRing.h"
 #include "Label.h"
@@ -28,7 +29,7 @@ static constexpr int noteSpacing = 4;
 
 ContentView::ContentView(AppState& state, const Theme& theme, const Actions& actions,
                          QWidget* parent)
-    : QWidget(parent), m_hasHotkey(actions.hasHotkey)
+    : QWidget(parent), m_hasHotkey(actions.hasHotkey), m_chooser(new FileChooser(*this))
 {
     resize(extent);
     theme.applyTo(*this);
@@ -37,7 +38,7 @@ ContentView::ContentView(AppState& state, const Theme& theme, const Actions& act
     column->addWidget(new Divider(theme, this));
     m_body = new QStackedWidget(this);
     m_setup = Make::named<ModelSetupView>("setup", theme, m_body);
-    m_main = Make::named<MainView>("main", state, theme, actions.openLink, m_body);
+    m_main = Make::named<MainView>("main", state, theme, *m_chooser, actions.openLink, m_body);
     m_body->addWidget(m_setup);
     m_body->addWidget(m_main);
     column->addWidget(m_body, 1);
@@ -45,8 +46,6 @@ ContentView::ContentView(AppState& state, const Theme& theme, const Actions& act
     column->addLayout(makeFooter(theme, actions.quit));
     new FocusRing(theme, *this);
     connect(m_setup, &ModelSetupView::startRequested, this, &ContentView::startRequested);
-    connect(m_main, &MainView::chooserOpened, this, &ContentView::chooserOpened);
-    connect(m_main, &MainView::chooserClosed, this, &ContentView::chooserClosed);
 }
 
 QLayout* ContentView::makeHeader(const Theme& theme)

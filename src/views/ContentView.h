@@ -8,6 +8,7 @@
 #include <functional>
 
 class AppState;
+class FileChooser;
 class MainView;
 class ModelSetupView;
 class QLabel;
@@ -45,15 +46,14 @@ public:
     /// the view is first shown, and whenever what has the focus can no longer have it.
     void takeFocus();
 
+    /// The chooser of documents, whose window may belong to another process.
+    const FileChooser& chooser() const { return *m_chooser; }
+
     /// The size that the view is designed for. It can do with less height.
     QSize sizeHint() const override { return extent; }
 
 signals:
     void startRequested();
-    /// The file chooser is open from the first of these signals to the second. Its window may
-    /// belong to another process.
-    void chooserOpened();
-    void chooserClosed();
 
 protected:
     bool event(QEvent* event) override;
@@ -67,6 +67,7 @@ private:
     QLayout* makeFooter(const Theme& theme, const std::function<void()>& quit);
 
     const std::function<bool()> m_hasHotkey;
+    FileChooser* m_chooser;
     QLabel* m_hint; // the hint in the footer
     QStackedWidget* m_body;
     ModelSetupView* m_setup;

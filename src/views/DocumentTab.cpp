@@ -13,7 +13,7 @@
 static constexpr int spacing = 8;
 static constexpr int symbolSize = 26;
 
-DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
+DocumentTab::DocumentTab(AppState& state, const Theme& theme, FileChooser& chooser, QWidget* parent)
     : QWidget(parent), m_state(state)
 {
     auto* const zone = Make::named<DropZone>("dropZone", theme, this);
@@ -32,11 +32,8 @@ DocumentTab::DocumentTab(AppState& state, const Theme& theme, QWidget* parent)
     column->addWidget(choose, 0, Qt::AlignHCenter);
     column->addStretch();
 
-    auto* const chooser = new FileChooser(*this);
-    connect(choose, &QPushButton::clicked, chooser, &FileChooser::open);
-    connect(chooser, &FileChooser::opened, this, &DocumentTab::chooserOpened);
-    connect(chooser, &FileChooser::closed, this, &DocumentTab::chooserClosed);
-    connect(chooser, &FileChooser::chosen, this,
+    connect(choose, &QPushButton::clicked, &chooser, &FileChooser::open);
+    connect(&chooser, &FileChooser::chosen, this,
             [this](const std::filesystem::path& file) { m_state.loadFile(file); });
     // Queued, so that the program from which the file is dragged gets its answer at once.
     connect(zone, &DropZone::dropped, this, &DocumentTab::load, Qt::QueuedConnection);

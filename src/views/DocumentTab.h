@@ -4,6 +4,7 @@
 #include <QWidget>
 
 class AppState;
+class FileChooser;
 class Theme;
 
 /// The tab of the source that is a file, dropped or chosen. Main thread.
@@ -12,13 +13,9 @@ class DocumentTab : public QWidget
     Q_OBJECT
 
 public:
-    /// Requires: `state` outlives this view.
-    DocumentTab(AppState& state, const Theme& theme, QWidget* parent = nullptr);
-
-signals:
-    /// The file chooser is on the screen from the first of these signals to the second.
-    void chooserOpened();
-    void chooserClosed();
+    /// Requires: `state` and `chooser` outlive this view.
+    DocumentTab(AppState& state, const Theme& theme, FileChooser& chooser,
+                QWidget* parent = nullptr);
 
 private:
     void load(const QUrl& file);

@@ -55,20 +55,20 @@ std::vector<SegmentedControl::Choice> modeChoices()
 
 } // namespace
 
-MainView::MainView(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
-                   QWidget* parent)
+MainView::MainView(AppState& state, const Theme& theme, FileChooser& chooser,
+                   SummaryView::OpenLink openLink, QWidget* parent)
     : StateView(state, parent), m_knownMode(state.mode), m_knownLength(state.length)
 {
     auto* const column =
         Make::layout<QVBoxLayout>(this, spacing, {padding, padding, padding, padding});
-    addTabs(*column, theme);
+    addTabs(*column, theme, chooser);
     addControls(*column, theme);
     column->addWidget(Make::named<OutputPanel>("output", state, theme, std::move(openLink), this),
                       1);
     refresh();
 }
 
-void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
+void MainView::addTabs(QVBoxLayout& column, const Theme& theme, FileChooser& chooser)
 {
     m_tabs = Make::named<SegmentedControl>("tabs", theme, tabChoices(), this);
     m_tabs->setAccessibleName(QStringLiteral("Source"));
@@ -81,11 +81,8 @@ void MainView::addTabs(QVBoxLayout& column, const Theme& theme)
 
     m_pages = Make::named<QStackedWidget>("tabArea", this);
     m_pages->setFixedHeight(tabHeight);
-    auto* const document = new DocumentTab(state(), theme, m_pages);
-    connect(document, &DocumentTab::chooserOpened, this, &MainView::chooserOpened);
-    connect(document, &DocumentTab::chooserClosed, this, &MainView::chooserClosed);
     m_pages->addWidget(new ClipboardTab(state(), theme, m_pages));
-    m_pages->addWidget(document);
+    m_pages->addWidget(new DocumentTab(state(), theme, chooser, m_pages));
     m_pages->addWidget(new WebTab(state(), theme, m_pages));
     m_pages->addWidget(new CaptureTab(state(), theme, m_pages));
     column.addWidget(m_pages);

@@ -6,6 +6,7 @@
 
 #include <QTimer>
 
+class FileChooser;
 class Label;
 class OneLineLabel;
 class PushButton;
@@ -20,8 +21,8 @@ class MainView : public StateView
     Q_OBJECT
 
 public:
-    MainView(AppState& state, const Theme& theme, SummaryView::OpenLink openLink,
-             QWidget* parent = nullptr);
+    MainView(AppState& state, const Theme& theme, FileChooser& chooser,
+             SummaryView::OpenLink openLink, QWidget* parent = nullptr);
 
     /// Does what Return does when nothing else uses it: clicks Summarize.
     void performDefault();
@@ -33,16 +34,11 @@ public:
     /// else as takeFocus() does.
     void replaceFocus();
 
-signals:
-    /// The file chooser is on the screen from the first of these signals to the second.
-    void chooserOpened();
-    void chooserClosed();
-
 protected:
     void refresh() final;
 
 private:
-    void addTabs(QVBoxLayout& column, const Theme& theme);
+    void addTabs(QVBoxLayout& column, const Theme& theme, FileChooser& chooser);
     void addControls(QVBoxLayout& column, const Theme& theme);
     QWidget* makeLengthRow(const Theme& theme);
     QWidget* makeActionRow(const Theme& theme);

@@ -1,4 +1,5 @@
 #include "DropZone.h"
+#include "FileChooser.h"
 #include "ViewFixture.h"
 
 #include <QFileDialog>
@@ -137,8 +138,8 @@ TEST_F(DocumentTabTest, TheChosenFileIsLoaded)
     QFile file(folder.filePath(QStringLiteral("a.TXT")));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
-    QSignalSpy openings(view.get(), &ContentView::chooserOpened);
-    QSignalSpy closings(view.get(), &ContentView::chooserClosed);
+    QSignalSpy openings(&view->chooser(), &FileChooser::opened);
+    QSignalSpy closings(&view->chooser(), &FileChooser::closed);
     show();
     click("chooseFile");
     ASSERT_TRUE(chooser());
@@ -156,7 +157,7 @@ TEST_F(DocumentTabTest, TheChosenFileIsLoaded)
 
 TEST_F(DocumentTabTest, ACancelledChooserChangesNothing)
 {
-    QSignalSpy closings(view.get(), &ContentView::chooserClosed);
+    QSignalSpy closings(&view->chooser(), &FileChooser::closed);
     show();
     click("chooseFile");
     chooser()->reject();
@@ -170,7 +171,7 @@ TEST_F(DocumentTabTest, ACancelledChooserChangesNothing)
 
 TEST_F(DocumentTabTest, ThereIsOneChooserAtATime)
 {
-    QSignalSpy openings(view.get(), &ContentView::chooserOpened);
+    QSignalSpy openings(&view->chooser(), &FileChooser::opened);
     show();
     button("chooseFile").click();
     button("chooseFile").click();

@@ -3,6 +3,7 @@
 #include "ClipboardOffer.h"
 #include "ContentView.h"
 #include "CurtainedScreenshot.h"
+#include "FileChooser.h"
 #include "HotKey.h"
 #include "Instance.h"
 #include "LastingPasteboard.h"
@@ -86,9 +87,9 @@ std::unique_ptr<QWidget> Application::makeContent()
                                           HotKey::isGranted};
     auto view = std::make_unique<ContentView>(m_state, m_theme, actions);
     view->follow(m_model);
-    QObject::connect(view.get(), &ContentView::chooserOpened, &m_delegate,
+    QObject::connect(&view->chooser(), &FileChooser::opened, &m_delegate,
                      &AppDelegate::pauseOutsideClicks);
-    QObject::connect(view.get(), &ContentView::chooserClosed, &m_delegate,
+    QObject::connect(&view->chooser(), &FileChooser::closed, &m_delegate,
                      &AppDelegate::resumeOutsideClicks);
     return view;
 }
