@@ -25,17 +25,14 @@ std::optional<AppState::Tab> AppState::tabFromRawValue(std::string_view wanted)
     return found == allTabs.end() ? std::nullopt : std::optional(*found);
 }
 
-AppState* AppState::createShared()
-{
-    auto* const state = new AppState(AppServices::system());
-    state->moveToThread(QCoreApplication::instance()->thread());
-    qAddPostRoutine([] { delete &shared(); });
-    return state;
-}
-
 AppState& AppState::shared()
 {
-    static AppState* const state = createShared();
+    static AppState* const state = [] {
+        auto* const made = new AppState(AppServices::system());
+        made->moveToThread(QCoreApplication::instance()->thread());
+        qAddPostRoutine([] { delete &shared(); });
+        return made;
+    }();
     return *state;
 }
 

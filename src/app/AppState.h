@@ -96,8 +96,6 @@ public:
     void appendToDailyNote();
 
 private:
-    static AppState* createShared();
-
     void accept(const QString& normalised, const QString& label);
     void fail(const QString& sentence);
     void beginReading(const QString& message);

@@ -7,9 +7,8 @@
 struct DocumentText
 {
     // Not explicit, because mostly the whole document has been read.
-    DocumentText(std::string whole = {}) : text(std::move(whole)) {}
-    DocumentText(std::string part, std::string itsShare)
-        : text(std::move(part)), share(std::move(itsShare))
+    DocumentText(std::string itsText = {}, std::string itsShare = {})
+        : text(std::move(itsText)), share(std::move(itsShare))
     {}
 
     std::string text;  // valid UTF-8

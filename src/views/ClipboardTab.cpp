@@ -20,8 +20,8 @@ ClipboardTab::ClipboardTab(AppState& state, const Theme& theme, QWidget* parent)
         Make::named<PushButton>("useClipboard", theme, QStringLiteral("Use Clipboard"), this);
     use->setSymbol(Symbol::clipboard);
     m_clear = Make::named<PushButton>("clear", theme, QStringLiteral("Clear"), this);
-    m_editor->setPlaceholder(QStringLiteral("Paste or type text here…"));
-    m_editor->setEditorName(QStringLiteral("Text to summarize"));
+    m_editor->describe(QStringLiteral("Paste or type text here…"),
+                       QStringLiteral("Text to summarize"));
     setFocusProxy(m_editor);
 
     auto* const column = Make::layout<QVBoxLayout>(this, spacing);

@@ -353,7 +353,7 @@ TEST_F(TextControlTest, ReturnBreaksTheLineAndTabLeaves)
 TEST_F(TextControlTest, ThePlaceholderIsWhereTheTextWillBe)
 {
     auto& area = add<TextEditor>();
-    area.setPlaceholder(QStringLiteral("HHHH"));
+    area.describe(QStringLiteral("HHHH"));
     show();
     area.clearFocus();
     const QPoint placeholder = cornerOf(area, theme[ColorRole::tertiary]);
@@ -367,7 +367,7 @@ TEST_F(TextControlTest, ThePlaceholderIsWhereTheTextWillBe)
 TEST_F(TextControlTest, AClickOnThePlaceholderGoesToTheEditor)
 {
     auto& area = add<TextEditor>();
-    area.setPlaceholder(QStringLiteral("Paste or type text here…"));
+    area.describe(QStringLiteral("Paste or type text here…"));
     show();
     window.setFocus();
     QTest::mouseClick(window.childAt(area.mapTo(&window, QPoint(16, 16))), Qt::LeftButton);

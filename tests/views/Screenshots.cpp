@@ -146,7 +146,7 @@ void addTexts(QVBoxLayout& column, const Theme& theme)
     row(column, {empty, filled});
 
     auto* const editor = new TextEditor(theme);
-    editor->setPlaceholder(QStringLiteral("Paste or type text here…"));
+    editor->describe(QStringLiteral("Paste or type text here…"));
     auto* const written = new TextEditor(theme);
     written->setText(QStringLiteral("Some text.\n").repeated(20));
     for (TextEditor* area : {editor, written})

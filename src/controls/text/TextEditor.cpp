@@ -227,12 +227,8 @@ bool TextEditor::insertLarge(const QString& pasted)
     return true;
 }
 
-void TextEditor::setPlaceholder(const QString& text)
+void TextEditor::describe(const QString& placeholder, const QString& name)
 {
-    m_editor->setPlaceholderText(text);
-}
-
-void TextEditor::setEditorName(const QString& name)
-{
+    m_editor->setPlaceholderText(placeholder);
     m_editor->setAccessibleName(name);
 }

@@ -35,10 +35,8 @@ public:
     /// Replaces the whole text, which the user cannot undo. Does nothing if the text is the same.
     void setText(const QString& text);
 
-    void setPlaceholder(const QString& text);
-
-    /// Sets the name that screen readers give the editor.
-    void setEditorName(const QString& name);
+    /// Shows `placeholder` while there is no text. Screen readers call the editor `name`.
+    void describe(const QString& placeholder, const QString& name = {});
 
 signals:
     /// The text has changed, by the user or by setText(). The signal does not carry the text, which

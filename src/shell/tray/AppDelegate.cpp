@@ -15,20 +15,14 @@
 #include <utility>
 #include <variant>
 
-namespace {
-
-const QScreen& screenAt(const QPoint& point)
+/// The monitor that `point` is on, else the first one.
+static PopoverPlace::Monitor monitorAt(const QPoint& point)
 {
     const QScreen* screen = QGuiApplication::screenAt(point);
-    return screen != nullptr ? *screen : *QGuiApplication::primaryScreen();
+    if (screen == nullptr)
+        screen = QGuiApplication::primaryScreen();
+    return {screen->geometry(), screen->availableGeometry()};
 }
-
-PopoverPlace::Monitor monitorOf(const QScreen& screen)
-{
-    return {screen.geometry(), screen.availableGeometry()};
-}
-
-} // namespace
 
 AppDelegate::AppDelegate(AppState& state, ModelManager& model, const Theme& theme,
                          MakeContent makeContent)
@@ -119,8 +113,8 @@ QRect AppDelegate::findPlace() const
     if (!icon.isValid() && m_lastClick)
         icon = QRect(*m_lastClick, QSize(1, 1));
     if (icon.isValid() && QGuiApplication::screenAt(icon.center()) != nullptr)
-        return PopoverPlace::atIcon(icon, Popover::contentSize, monitorOf(screenAt(icon.center())));
-    return PopoverPlace::inCorner(Popover::contentSize, monitorOf(screenAt(QCursor::pos())));
+        return PopoverPlace::atIcon(icon, Popover::contentSize, monitorAt(icon.center()));
+    return PopoverPlace::inCorner(Popover::contentSize, monitorAt(QCursor::pos()));
 }
 
 QCoro::Task<> AppDelegate::handleHotkey()
