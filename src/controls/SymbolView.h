@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ColorRole.h"
 #include "Symbol.h"
 #include "Themed.h"
 

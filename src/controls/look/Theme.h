@@ -1,13 +1,15 @@
 #pragma once
 
 #include "Appearance.h"
-#include "TextStyle.h"
 #include "ThemeColors.h"
 
 #include <QFont>
 #include <QObject>
 
 class QWidget;
+
+/// The sizes and weights of text. Theme has a font for each.
+enum class TextStyle { title, headline, body, callout, caption, boldCaption, smallCaption };
 
 /// Holds the look of everything that is drawn: colours, fonts, durations. Every widget of ours
 /// takes a theme, which must outlive it, and follows its changes. Main thread.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "ColorRole.h"
-#include "TextStyle.h"
 #include "Themed.h"
 
 #include <QTextEdit>
