@@ -1,11 +1,24 @@
 #pragma once
 
-#include "ObservableObject.h"
-
+#include <QObject>
 #include <QThread>
 
 #include <cassert>
 #include <utility>
+
+/// Base class of objects that own Published fields.
+class ObservableObject : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+signals:
+    /// A field is about to be set, perhaps to the value that it has already. It still has the old
+    /// value.
+    void willChange();
+};
 
 /// A field that announces every assignment through its owner's willChange(), before the value is
 /// stored. Assign only on the owner's thread.
