@@ -15,11 +15,6 @@
 
 namespace DailyNote {
 
-static std::string headerOf(const std::string& day)
-{
-    return "# Summaries — " + day + "\n\n";
-}
-
 /// The label as a heading: what would end the heading or change its writing direction becomes a
 /// space.
 static std::string headingOf(const QString& label)
@@ -61,7 +56,7 @@ void append(const std::filesystem::path& documents, const Entry& entry, const QD
         const std::filesystem::path folder = documents / "Pithwise Notes";
         std::filesystem::create_directories(documents);
         makeFolder(folder);
-        NoteFile::append(folder / (day + ".md"), headerOf(day), text);
+        NoteFile::append(folder / (day + ".md"), "# Summaries — " + day + "\n\n", text);
     } catch (const std::system_error& error) {
         // The error's own text also names functions and paths.
         throw std::runtime_error(error.code().message() + ".");

@@ -40,11 +40,6 @@ QString withMarks(QStringView markdown)
     return lines.join(u'\n');
 }
 
-std::vector<InlineMarkdown::Run> rendered(QStringView markdown)
-{
-    return InlineMarkdown::parse(withMarks(markdown));
-}
-
 bool hasMark(QStringView line)
 {
     return std::any_of(marks.begin(), marks.end(),

@@ -67,7 +67,7 @@ qsizetype commonEnd(const Runs& a, const Runs& b, qsizetype most)
 Runs shownRuns(QStringView markdown)
 {
     const QString text = markdown.toString().replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    Runs runs = SummaryText::rendered(text);
+    Runs runs = InlineMarkdown::parse(SummaryText::withMarks(text));
     for (InlineMarkdown::Run& run : runs) {
         for (QChar& character : run.text) {
             if (character == u'\r' || character == u'\uFDD0' || character == u'\uFDD1')

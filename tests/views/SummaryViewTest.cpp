@@ -34,7 +34,7 @@ TEST(SummaryText, OtherLinesStayAsTheyAre)
 
 TEST(SummaryText, ABulletIsNoEmphasis)
 {
-    const auto runs = SummaryText::rendered(u"* a\n* *b*");
+    const auto runs = InlineMarkdown::parse(SummaryText::withMarks(u"* a\n* *b*"));
     ASSERT_EQ(runs.size(), 2u);
     EXPECT_EQ(runs[0].text, QStringLiteral("\u2022 a\n\u2022 "));
     EXPECT_TRUE(runs[1].italic);
