@@ -3,10 +3,8 @@
 #include "Icon.h"
 
 #include <QIconEngine>
+#include <QLineF>
 #include <QPainter>
-
-#include <array>
-#include <cmath>
 
 namespace QuotationMark {
 
@@ -21,22 +19,12 @@ QPixmap symbol(int side, const QColor& color)
 /// drawn over them.
 QPixmap rim(int side, const QColor& color)
 {
-    constexpr qreal straight = 1.0 / 16; // of the side
-    const qreal diagonal = straight * std::sqrt(0.5);
-    const std::array<QPointF, 8> directions = {{{straight, 0},
-                                                {-straight, 0},
-                                                {0, straight},
-                                                {0, -straight},
-                                                {diagonal, diagonal},
-                                                {diagonal, -diagonal},
-                                                {-diagonal, diagonal},
-                                                {-diagonal, -diagonal}}};
     QPixmap result(side, side);
     result.fill(Qt::transparent);
     QPainter painter(&result);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    for (const QPointF& direction : directions)
-        painter.drawPixmap(direction * side, symbol(side, color));
+    for (int angle = 0; angle < 360; angle += 45)
+        painter.drawPixmap(QLineF::fromPolar(side / 16.0, angle).p2(), symbol(side, color));
     return result;
 }
 
