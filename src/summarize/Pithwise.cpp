@@ -6,6 +6,7 @@
 #include "WhiteSpace.h"
 
 #include <optional>
+#include <utility>
 
 namespace Pithwise {
 
@@ -18,11 +19,13 @@ constexpr std::string_view sectionText =
     "Summarize the key facts, decisions and any tasks (with owners and deadlines) from this "
     "excerpt in 3 to 5 concise sentences.\n\nExcerpt:\n";
 
-Generate sharedEngine()
+Generate sharedEngine(std::filesystem::path chosen)
 {
-    return [](const std::filesystem::path& model, std::string_view system, std::string_view user,
-              int maxTokens, const CancelToken& token, const TextCallback& onUpdate) {
-        return LlamaEngine::shared().generate(model, system, user, maxTokens, token, onUpdate);
+    return [chosen = std::move(chosen)](const std::filesystem::path& model, std::string_view system,
+                                        std::string_view user, int maxTokens,
+                                        const CancelToken& token, const TextCallback& onUpdate) {
+        return LlamaEngine::shared().generate(chosen.empty() ? model : chosen, system, user,
+                                              maxTokens, token, onUpdate);
     };
 }
 

@@ -42,8 +42,9 @@ using Generate = std::function<std::string(
     const std::filesystem::path& model, std::string_view system, std::string_view user,
     int maxTokens, const CancelToken& token, const TextCallback& onUpdate)>;
 
-/// Calls LlamaEngine::shared().generate().
-Generate sharedEngine();
+/// Calls LlamaEngine::shared().generate(), unless it is empty with the model `chosen` in place of
+/// the one that it is called with.
+Generate sharedEngine(std::filesystem::path chosen = {});
 
 /// Summarises `text` and returns the summary. A text of more than
 /// `singlePassLimit` characters is summarised by way of notes on sections that are spread over it.

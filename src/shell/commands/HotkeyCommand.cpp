@@ -93,7 +93,7 @@ AppServices services(const std::string& model, std::string selection)
         [selection = std::move(selection)]() -> QCoro::Task<std::optional<std::string>> {
         co_return selection.empty() ? std::nullopt : std::optional(selection);
     };
-    services.generate = ModelOption::engine(model);
+    services.generate = Pithwise::sharedEngine(model);
     if (!model.empty())
         services.isModelReady = [] { return true; };
     return services;

@@ -34,7 +34,7 @@ int run(const SummaryRequest& request)
         printer.update(answer);
     };
     const std::string summary = Pithwise::run(text, request.mode, request.length, token, onStatus,
-                                              onOutput, ModelOption::engine(request.model));
+                                              onOutput, Pithwise::sharedEngine(request.model));
     statusLine.clear();
     printer.finish(summary);
     const std::string_view visible = WhiteSpace::trimmed(summary);

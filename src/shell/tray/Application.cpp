@@ -8,7 +8,6 @@
 #include "Instance.h"
 #include "LastingPasteboard.h"
 #include "MainThreadQueue.h"
-#include "ModelOption.h"
 #include "Screenshot.h"
 #include "SelectionGrabber.h"
 
@@ -73,7 +72,7 @@ AppServices Application::services(const std::filesystem::path& model)
     ports.pasteboard = m_grabPasteboard;
     services.grabSelection = [ports] { return SelectionGrabber::grab(ports); };
     services.captureText = [this](ScreenGrab::Kind kind) { return captureText(kind); };
-    services.generate = ModelOption::engine(model.string());
+    services.generate = Pithwise::sharedEngine(model);
     services.isModelReady = [this] {
         return std::holds_alternative<ModelManager::Ready>(m_model.state());
     };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Pithwise.h"
-
 #include <string>
 
 /// What a command's option --model asks for. `model` is the path that the user gave, empty without
@@ -10,8 +8,5 @@ namespace ModelOption {
 
 /// Throws AppError if the user named a file that is not there.
 void requireFile(const std::string& model);
-
-/// The shared engine with the model file that the user named, or with the downloaded one.
-Pithwise::Generate engine(const std::string& model);
 
 } // namespace ModelOption
