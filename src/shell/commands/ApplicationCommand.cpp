@@ -10,7 +10,7 @@
 #include "ModelOption.h"
 #include "Mutex.h"
 #include "ProgramName.h"
-#include "QtArguments.h"
+#include "QtApplication.h"
 #include "Terminal.h"
 
 #include <QApplication>
@@ -34,7 +34,7 @@ public:
         const MutexLock lock(m_mutex);
         m_isMade = true;
         if (m_canQuit)
-            quit();
+            quitSoon();
     }
 
     /// Says that there is an application object from now on.
@@ -43,7 +43,7 @@ public:
         const MutexLock lock(m_mutex);
         m_canQuit = true;
         if (m_isMade)
-            quit();
+            quitSoon();
     }
 
     /// Says that there is no application object from now on.
@@ -54,12 +54,6 @@ public:
     }
 
 private:
-    static void quit()
-    {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                                  Qt::QueuedConnection);
-    }
-
     Mutex m_mutex;
     bool m_isMade PITHWISE_GUARDED_BY(m_mutex) = false;
     bool m_canQuit PITHWISE_GUARDED_BY(m_mutex) = false;

@@ -2,8 +2,7 @@
 
 #include "AppError.h"
 #include "Interrupt.h"
-#include "Interrupted.h"
-#include "QtArguments.h"
+#include "QtApplication.h"
 #include "Screenshot.h"
 #include "WhiteSpace.h"
 
@@ -14,32 +13,17 @@
 
 namespace CaptureSource {
 
-namespace {
-
-/// Provides the fonts in which the selection shows its size, without any windows.
-class Fonts
+static std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
 {
-public:
-    Fonts()
-    {
+    QtArguments arguments;
+    std::optional<QGuiApplication> application;
+    if (kind == ScreenGrab::Kind::region) {
+        // For the fonts in which the selection shows its size. It needs no windows.
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        m_application.emplace(m_arguments.count, m_arguments.values);
+        application.emplace(arguments.count, arguments.values);
     }
-
-private:
-    QtArguments m_arguments;
-    std::optional<QGuiApplication> m_application;
-};
-
-std::string capture(ScreenGrab::Kind kind, Screenshot& screenshot)
-{
-    std::optional<Fonts> fonts;
-    if (kind == ScreenGrab::Kind::region)
-        fonts.emplace();
     return ScreenGrab::captureText(kind, screenshot, [] {});
 }
-
-} // namespace
 
 std::string read(ScreenGrab::Kind kind)
 {

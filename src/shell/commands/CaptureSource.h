@@ -4,6 +4,12 @@
 
 #include <string>
 
+/// Thrown when the user has interrupted a command. It is no error that they need to be told about.
+struct Interrupted
+{
+    int exitStatus;
+};
+
 /// Reads the source that a command's option --capture names.
 namespace CaptureSource {
 

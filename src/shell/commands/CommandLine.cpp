@@ -2,11 +2,11 @@
 
 #include "AppError.h"
 #include "ApplicationCommand.h"
+#include "CaptureSource.h"
 #include "ClipboardOffer.h"
 #include "DesktopSource.h"
 #include "DocumentProcess.h"
 #include "HotkeyCommand.h"
-#include "Interrupted.h"
 #include "ModelCommand.h"
 #include "PlanCommand.h"
 #include "ReadCommand.h"

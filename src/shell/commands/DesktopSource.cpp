@@ -4,7 +4,7 @@
 #include "Child.h"
 #include "ClipboardText.h"
 #include "Pasteboard.h"
-#include "QtArguments.h"
+#include "QtApplication.h"
 #include "SelectionGrabber.h"
 #include "WhiteSpace.h"
 

@@ -8,11 +8,9 @@
 #include "Interrupt.h"
 #include "ModelFile.h"
 #include "ModelOption.h"
-#include "QtArguments.h"
+#include "QtApplication.h"
 #include "QtText.h"
 #include "StatusLine.h"
-
-#include <QCoreApplication>
 
 #include <filesystem>
 #include <optional>
@@ -21,13 +19,6 @@
 namespace HotkeyCommand {
 
 namespace {
-
-void quitSoon()
-{
-    // Queued, because the event loop may not have begun.
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                              Qt::QueuedConnection);
-}
 
 /// Shows a state on the standard streams, and ends the event loop when the summary is complete.
 class Display

@@ -5,9 +5,9 @@
 #include "Interrupt.h"
 #include "ModelFile.h"
 #include "ModelManager.h"
+#include "QtApplication.h"
 #include "StatusLine.h"
 
-#include <QCoreApplication>
 #include <QNetworkProxyFactory>
 
 #include <iostream>
@@ -46,10 +46,8 @@ static void quitAtEnd(const ModelManager& manager)
 int download()
 {
     int count = 0;
-    QCoreApplication application(count, nullptr);
-    const Interrupt interrupt([&application] {
-        QMetaObject::invokeMethod(&application, &QCoreApplication::quit, Qt::QueuedConnection);
-    });
+    const QCoreApplication application(count, nullptr);
+    const Interrupt interrupt(quitSoon);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
 
     StatusLine line(*stderr);

@@ -2,9 +2,9 @@
 
 #include "HTMLText.h"
 #include "Interrupt.h"
+#include "QtApplication.h"
 #include "Utf8.h"
 
-#include <QCoreApplication>
 #include <QNetworkProxyFactory>
 
 #include <signal.h>
@@ -22,13 +22,6 @@ struct Outcome
     std::string text;
     std::exception_ptr error;
 };
-
-void quitSoon()
-{
-    // Queued, because the event loop may not have begun.
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                              Qt::QueuedConnection);
-}
 
 QCoro::Task<> fetch(std::string address, Outcome& outcome)
 {

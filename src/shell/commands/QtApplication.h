@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QCoreApplication>
+
 /// What an application object of Qt is made with, which it refers to as long as it lives.
 struct QtArguments
 {
@@ -11,3 +13,11 @@ struct QtArguments
     char name[9] = "pithwise";
     char* values[2] = {name, nullptr};
 };
+
+/// Ends the event loop, which may not have begun yet. Any thread, while there is an application
+/// object.
+inline void quitSoon()
+{
+    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                              Qt::QueuedConnection);
+}
