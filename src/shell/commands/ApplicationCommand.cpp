@@ -7,7 +7,7 @@
 #include "HomeFolder.h"
 #include "Instance.h"
 #include "Interrupt.h"
-#include "ModelOption.h"
+#include "ModelCommand.h"
 #include "Mutex.h"
 #include "ProgramName.h"
 #include "QtApplication.h"
@@ -93,7 +93,7 @@ int runApplication(const std::string& model)
     Instance instance;
     if (!isFirst(instance))
         return 0;
-    ModelOption::requireFile(model);
+    ModelCommand::requireFile(model);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     Application application(model);
     application.launch(instance);

@@ -6,8 +6,8 @@
 #include "ClipboardOffer.h"
 #include "DesktopSource.h"
 #include "Interrupt.h"
+#include "ModelCommand.h"
 #include "ModelFile.h"
-#include "ModelOption.h"
 #include "QtApplication.h"
 #include "QtText.h"
 #include "StatusLine.h"
@@ -92,7 +92,7 @@ AppServices services(const std::string& model, std::string selection)
 
 void requireModel(const std::string& model)
 {
-    ModelOption::requireFile(model);
+    ModelCommand::requireFile(model);
     std::error_code ignored;
     if (model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored))
         throw AppError("The language model is missing; \"pithwise model download\" fetches it.");

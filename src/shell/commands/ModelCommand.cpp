@@ -66,4 +66,11 @@ int download()
     return interrupt.exitStatus();
 }
 
+void requireFile(const std::string& model)
+{
+    std::error_code ignored;
+    if (!model.empty() && !std::filesystem::is_regular_file(model, ignored))
+        throw AppError("There is no file named " + model + ".");
+}
+
 } // namespace ModelCommand

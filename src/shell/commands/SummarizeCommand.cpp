@@ -5,7 +5,6 @@
 #include "Interrupt.h"
 #include "ModelCommand.h"
 #include "ModelFile.h"
-#include "ModelOption.h"
 #include "Pithwise.h"
 #include "SourceText.h"
 #include "StatusLine.h"
@@ -15,7 +14,7 @@ namespace SummarizeCommand {
 
 int run(const SummaryRequest& request)
 {
-    ModelOption::requireFile(request.model);
+    ModelCommand::requireFile(request.model);
     const std::string text = SourceText::read(request);
     std::error_code ignored;
     if (request.model.empty() && !std::filesystem::is_regular_file(ModelFile::path(), ignored)) {
