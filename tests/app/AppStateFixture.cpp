@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QCoroFuture>
+#include <QTimer>
 
 AppStateFixture::AppStateFixture()
 {
@@ -83,7 +84,11 @@ AppServices AppStateFixture::services()
 void AppStateFixture::waitForRuns(int number) const
 {
     waitForRunsUnheard(number);
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(); // starts the timer that hands over what they told
+    QTimer later;
+    later.setSingleShot(true);
+    later.start(0);
+    EXPECT_TRUE(waitUntil([&] { return !later.isActive(); }));
 }
 
 void AppStateFixture::waitForRunsUnheard(int number) const
