@@ -8,8 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -97,12 +99,15 @@ TEST_F(MainThreadQueueTest, ClosedByOneOfItsFunctionsItRunsNoneOfTheOthers)
 
 TEST_F(MainThreadQueueTest, ClosedItDropsWhatWaitsAndWhatStillComes)
 {
-    const auto held = std::make_shared<int>();
-    m_queue->post([this, held] { m_called.emplace_back("dropped"); });
+    auto waiting = std::make_shared<int>();
+    const std::weak_ptr heldByWaiting = waiting;
+    m_queue->post([this, held = std::move(waiting)] { m_called.emplace_back("dropped"); });
     m_queue->close();
-    EXPECT_EQ(held.use_count(), 1);
-    m_queue->post([this, held] { m_called.emplace_back("too late"); });
-    EXPECT_EQ(held.use_count(), 1);
+    EXPECT_TRUE(heldByWaiting.expired());
+    auto late = std::make_shared<int>();
+    const std::weak_ptr heldByLate = late;
+    m_queue->post([this, held = std::move(late)] { m_called.emplace_back("too late"); });
+    EXPECT_TRUE(heldByLate.expired());
     m_queue->close();
     waitForTurn();
     EXPECT_THAT(m_called, ElementsAre());

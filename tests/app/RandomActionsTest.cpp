@@ -186,7 +186,7 @@ protected:
         state->setSource("the last text", "Label");
         EXPECT_TRUE(waitUntil([&] {
             check();
-            return m_token.use_count() <= 2 && !state->token()->isCancelled();
+            return !state->isWorking && !state->token()->isCancelled();
         }));
         const bool isLast = m_text == "the last text"; // no source has come in after it
         EXPECT_EQ(state->output.get(), isLast ? "the last text: end" : state->output.get());

@@ -68,7 +68,7 @@ private:
 
     std::string run(Call call, const Pithwise::TextCallback& onUpdate);
 
-    const LivingThreads m_threads;
+    const LivingThreads m_threads{};
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<Call> m_calls;

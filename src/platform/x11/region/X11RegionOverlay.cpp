@@ -4,11 +4,13 @@
 #include "X11InputGrab.h"
 #include "X11RegionPicture.h"
 
+#include <QScopeGuard>
+
 #include <poll.h>
 #include <xcb/xcb_keysyms.h>
 
 #include <array>
-#include <mutex>
+#include <atomic>
 
 namespace X11RegionOverlay {
 
@@ -93,10 +95,10 @@ QRect followUser(X11Connection& connection, X11RegionPicture& picture, int cance
 std::optional<QImage> select(X11Connection& connection, const QImage& screen, int cancelDescriptor)
 {
     // Only one region is chosen at a time in a process, because there is one pointer.
-    static std::mutex pointer;
-    const std::unique_lock turn(pointer, std::try_to_lock);
-    if (!turn)
+    static std::atomic_flag isUnderWay;
+    if (isUnderWay.test_and_set())
         return std::nullopt;
+    const auto end = qScopeGuard([] { isUnderWay.clear(); });
     X11RegionPicture picture(connection, screen);
     X11InputGrab grab(connection);
     if (!grab.take(cancelDescriptor))
