@@ -26,7 +26,7 @@ protected:
         state = std::make_unique<AppState>(real);
     }
 
-    const LivingThreads m_runs;
+    const LivingThreads m_runs{};
     LlamaEngine m_engine;
 };
 

@@ -65,7 +65,7 @@ protected:
         QCoreApplication::processEvents(); // what the run has told last
     }
 
-    const LivingThreads m_runs;
+    const LivingThreads m_runs{};
     std::promise<void> m_hasWritten;
     std::promise<void> m_mayEnd;
     std::string m_cancelsAt;
