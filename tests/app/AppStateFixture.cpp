@@ -84,6 +84,11 @@ AppServices AppStateFixture::services()
 void AppStateFixture::waitForRuns(int number) const
 {
     waitForRunsUnheard(number);
+    hearAll();
+}
+
+void AppStateFixture::hearAll() const
+{
     QCoreApplication::sendPostedEvents(); // starts the timer that hands over what they told
     QTimer later;
     later.setSingleShot(true);

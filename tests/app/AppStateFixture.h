@@ -46,6 +46,9 @@ protected:
     /// The same without any turn of the event loop, so that nothing of it arrives yet.
     void waitForRunsUnheard(int number) const;
 
+    /// Returns when all that other threads have told by now has arrived.
+    void hearAll() const;
+
     void waitForCalls(std::size_t count);
 
     /// Starts a run, of which the engine's call is `number`.
