@@ -235,6 +235,14 @@ TEST_F(ChildTest, OneThatIsWaitedForCanOpenADescriptorByItsName)
     EXPECT_EQ(Child::run({"/bin/cat", name}, m_limit).output, "text");
 }
 
+TEST_F(ChildTest, WhatItWritesToIsOpenInItOnce)
+{
+    // Another one that is started meanwhile would have it too, and keep it open.
+    const std::string script = "own=$(readlink /proc/$$/fd/1); for file in /proc/$$/fd/*; do "
+                               "[ \"$(readlink $file)\" != \"$own\" ] || echo ${file##*/}; done";
+    EXPECT_EQ(runShell(script).output, "1\n");
+}
+
 TEST_F(ChildTest, ADetachedOneGoesOnWhenItHasClosedItsOutput)
 {
     const std::string script = "printf some; exec >/dev/null\n"
