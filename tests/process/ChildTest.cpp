@@ -155,6 +155,13 @@ TEST_F(ChildTest, OneThatIsSilentForTooLongIsKilled)
     EXPECT_FALSE(std::filesystem::exists("/proc/" + number));
 }
 
+TEST_F(ChildTest, OneThatKeepsTellingMayTakeLongerThanTheLimit)
+{
+    const Child::Result result = runShell("for i in 1 2 3 4; do sleep 0.7; echo $i; done", 2s);
+    EXPECT_EQ(result.end, Child::End::exited);
+    EXPECT_EQ(result.output, "1\n2\n3\n4\n");
+}
+
 TEST_F(ChildTest, WhatItWritesToStandardErrorIsDropped)
 {
     EXPECT_EQ(runShell("readlink /proc/$$/fd/2").output, "/dev/null\n");
