@@ -1,16 +1,11 @@
 #include "TrayHost.h"
 
 #include "DesktopKind.h"
+#include "StatusNotifierHost.h"
 #include "X11Connection.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-#include <QDBusServiceWatcher>
-#include <QDBusVariant>
 
 #include <xcb/xcb.h>
 
@@ -18,53 +13,6 @@
 #include <utility>
 
 namespace {
-
-const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
-const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
-
-/// Notices panels that find icons over the session bus.
-class StatusNotifierHost : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit StatusNotifierHost(std::function<void()> came)
-        : m_came(std::move(came)),
-          m_bus(QDBusConnection::sessionBus()),
-          m_watcher(watcherName, m_bus, QDBusServiceWatcher::WatchForRegistration)
-    {
-        if (!m_bus.isConnected())
-            return;
-        connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this,
-                &StatusNotifierHost::ask);
-        // The watcher may come before the host. It also tells when a host comes.
-        m_bus.connect(watcherName, watcherPath, watcherName,
-                      QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(ask()));
-        ask();
-    }
-
-private slots:
-    void ask()
-    {
-        QDBusMessage question = QDBusMessage::createMethodCall(
-            watcherName, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
-            QStringLiteral("Get"));
-        question << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
-        question.setAutoStartService(false);
-        auto* const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(question), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-            answer->deleteLater();
-            const QDBusPendingReply<QDBusVariant> reply = *answer;
-            if (!reply.isError() && reply.value().variant().toBool())
-                m_came();
-        });
-    }
-
-private:
-    const std::function<void()> m_came;
-    QDBusConnection m_bus;
-    QDBusServiceWatcher m_watcher;
-};
 
 /// Notices panels that take in icons as windows.
 class XEmbedHost : public QAbstractNativeEventFilter
@@ -127,5 +75,3 @@ std::unique_ptr<TrayHost> TrayHost::create(const std::function<void()>& came)
 {
     return std::make_unique<AnyTrayHost>(came);
 }
-
-#include "TrayHost.moc"
