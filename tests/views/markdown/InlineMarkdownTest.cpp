@@ -68,9 +68,9 @@ TEST(InlineMarkdown, NoBlockBeginsAtTheBeginningOfALine)
 TEST(InlineMarkdown, WhiteSpaceAndLineBreaksStayAsTheyAre)
 {
     for (const std::string space :
-         {" ",      "  ",     "\t",           "\n",      "\n\n\n", " \n ",  "  \n",
-          "\r",     "\r\n",   "\n\r",         " \r\n\t", "\f",     "\v",    "\n\f\r\v",
-          "\u0085", "\u00A0", "\u00A0\u00A0", "\u2028",  "\u2029", "\u3000"}) {
+         {" ",      "  ",     "\t",     "\n",           "\n\n\n", " \n ",   "  \n",
+          "\r",     "\r\n",   "\n\r",   " \r\n\t",      "\f",     "\v",     "\n\f\r\v",
+          "\n\v\n", "\u0085", "\u00A0", "\u00A0\u00A0", "\u2028", "\u2029", "\u3000"}) {
         EXPECT_EQ(shown(space.c_str()), space);
         EXPECT_EQ(shown((space + "a" + space + "b" + space).c_str()),
                   space + "a" + space + "b" + space);
