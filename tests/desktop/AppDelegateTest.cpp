@@ -9,6 +9,7 @@
 #include "SelectionFixture.h"
 #include "TestWindow.h"
 #include "Theme.h"
+#include "X11Connection.h"
 
 #include <QCoroFuture>
 #include <QPromise>
@@ -17,6 +18,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <optional>
 #include <thread>
 
 namespace {
@@ -45,6 +47,25 @@ protected:
                 return *widget;
         }
         throw std::runtime_error("There is no popover.");
+    }
+
+    /// Its area, once it is where the window manager wants it and Qt knows that.
+    QRect areaOfShownPopover()
+    {
+        waitFor("the popover in its place", [this] {
+            return popover().windowHandle()->isExposed() &&
+                   popover().geometry().topLeft() == serversPlaceOf(popover().winId());
+        });
+        return popover().geometry();
+    }
+
+    static std::optional<QPoint> serversPlaceOf(WId window)
+    {
+        const auto connection = X11Connection::open();
+        const auto place =
+            connection->reply<xcb_translate_coordinates_reply_t>(xcb_translate_coordinates(
+                connection->get(), static_cast<xcb_window_t>(window), connection->root(), 0, 0));
+        return place ? std::optional(QPoint(place->dst_x, place->dst_y)) : std::nullopt;
     }
 
     bool isFailed() const { return std::holds_alternative<ModelManager::Failed>(m_model.state()); }
@@ -205,8 +226,7 @@ TEST_F(AppDelegateTest, ThePopoverStaysDuringACaptureOfAWindowThatItDoesNotCover
 {
     m_delegate.applicationDidFinishLaunching();
     m_delegate.showPopover();
-    waitFor("the popover", [this] { return popover().windowHandle()->isExposed(); });
-    const QRect area = popover().geometry();
+    const QRect area = areaOfShownPopover();
     TestWindow beside(m_session, {20, 600, 200, 200});
     TestWindow below(m_session, {area.left() - 100, area.top() + 100, 200, 200});
     for (TestWindow* window : {&beside, &below})
@@ -224,8 +244,7 @@ TEST_F(CompositedAppDelegateTest, ThePopoverStaysDuringACaptureOfTheWindowBelowI
 {
     m_delegate.applicationDidFinishLaunching();
     m_delegate.showPopover();
-    waitFor("the popover", [this] { return popover().windowHandle()->isExposed(); });
-    TestWindow below(m_session, popover().geometry());
+    TestWindow below(m_session, areaOfShownPopover());
     below.show();
     EXPECT_FALSE(m_delegate.hideForCapture(below.id()));
     EXPECT_TRUE(popover().isVisible());
